@@ -1,0 +1,73 @@
+// What a simulated board is made of, read from a small JSON file (board/boards/*.json).
+//
+// Every part of the simulated board reads the same description; docs/board.md explains each key.
+// A key that is absent has the value a plain, healthy panel would have.
+#ifndef BOARD_DESCRIPTION_DESCRIPTION_H_
+#define BOARD_DESCRIPTION_DESCRIPTION_H_
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace board {
+
+struct Connector {
+  uint32_t type = 14;    // DRM connector type code (drm_mode.h); in the file its name or the number
+  uint32_t type_id = 1;  // counts from 1 within the type; given by the order in the file
+  bool connected = true;
+  bool has_encoder = true;
+  bool lit = true;               // its encoder is routed to a CRTC
+  bool picture_controls = true;  // has brightness, contrast, saturation and hue properties
+};
+
+// What the simulated display device gets wrong. An errno of 0 means that the call works.
+struct Faults {
+  int open_errno = 0;       // opening the display device
+  bool no_device = false;   // there is no display device at all
+  bool not_master = false;  // another program is DRM master: writes answer EACCES
+  int gamma_errno = 0;      // setting GAMMA_LUT
+  int commit_errno = 0;     // every atomic commit
+};
+
+enum class Engine {
+  kComplete,    // all five entry points
+  kMissing,     // no library
+  kWithoutGet,  // no hwpq_lite_get_3dlut
+  kRunFails,    // hwpq_lite_run answers a negative result
+};
+
+struct Description {
+  std::string name;                               // the file's name without .json
+  std::string platform = "qxt200";                // ro.board.platform
+  std::map<std::string, std::string> properties;  // set before the daemon starts
+  uint16_t store_version[2] = {2, 0};             // of the base-parameter store
+  bool store_empty = false;                       // the store holds no records: every getter fails
+  std::vector<Connector> connectors;              // default: one connected eDP panel
+  uint32_t gamma_lut_size = 1024;  // entries the CRTC takes; 0: no GAMMA_LUT property
+  uint32_t dump_width = 1920;      // size and format of the picture dumps
+  uint32_t dump_height = 1080;
+  std::string dump_format_in = "nv12";
+  std::string dump_format_out = "rgb";
+  Engine engine = Engine::kComplete;
+  Faults faults;
+};
+
+// Reads a description. Throws std::runtime_error that names the file, the key and what is allowed
+// there: a board that is described wrongly must not start.
+Description read_description(const std::filesystem::path& file);
+
+// Where a running board keeps its state: the folder named by the environment variable BOARD_DIR,
+// "/board" when unset. Every part of the simulated board finds its files below it:
+//   description.json        a copy of the board's description
+//   properties/NAME         one file a system property, holding its value without a newline
+//   baseparameter/          the base-parameter store
+//   drm/                    the display device's state
+//   screen/                 what the display service shows
+//   calls                   one line a program that the daemon started, its arguments
+std::filesystem::path board_folder();
+
+}  // namespace board
+
+#endif  // BOARD_DESCRIPTION_DESCRIPTION_H_

@@ -1,0 +1,25 @@
+# project_hardening: flags every object gets, ours or not. project_options: what our code adds.
+set(PQ_SANITIZE "" CACHE STRING "Sanitizers for everything built here, as -fsanitize= takes them")
+
+add_library(project_hardening INTERFACE)
+target_compile_options(project_hardening INTERFACE -fstack-protector-strong
+                       -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+target_link_options(project_hardening INTERFACE -Wl,-z,relro,-z,now)
+if(PQ_SANITIZE)
+  target_compile_options(project_hardening INTERFACE -fsanitize=${PQ_SANITIZE}
+                         -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(project_hardening INTERFACE -fsanitize=${PQ_SANITIZE})
+else()
+  target_compile_options(project_hardening INTERFACE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
+                         $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+endif()
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL aarch64)
+  target_compile_options(project_hardening INTERFACE -mbranch-protection=standard)
+  target_link_options(project_hardening INTERFACE -Wl,-z,max-page-size=16384)
+endif()
+
+add_library(project_options INTERFACE)
+target_compile_features(project_options INTERFACE cxx_std_20)
+target_compile_options(project_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                       -Wformat=2 -Wnon-virtual-dtor -Werror)
+target_link_libraries(project_options INTERFACE project_hardening)
