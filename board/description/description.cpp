@@ -1,6 +1,5 @@
 #include "description/description.h"
 
-#include <cerrno>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -11,27 +10,14 @@
 
 #include <cjson/cJSON.h>
 
+#include "description/names.h"
+
 namespace board {
 namespace {
 
 struct DeleteJson {
   void operator()(cJSON* item) const { cJSON_Delete(item); }
 };
-
-// Names as DRM users write them; the codes are the kernel's (drm_mode.h).
-constexpr std::string_view kConnectorTypes[] = {
-    "unknown",   "VGA", "DVI-I",  "DVI-D",  "DVI-A", "composite", "s-video", "LVDS", "component",
-    "9-pin DIN", "DP",  "HDMI-A", "HDMI-B", "TV",    "eDP",       "Virtual", "DSI",  "DPI"};
-
-constexpr std::pair<std::string_view, int> kErrnoNames[] = {
-    {"EACCES", EACCES}, {"EBUSY", EBUSY},   {"EINVAL", EINVAL}, {"EIO", EIO},
-    {"ENODEV", ENODEV}, {"ENOENT", ENOENT}, {"ENOMEM", ENOMEM}, {"ENOSPC", ENOSPC}};
-
-constexpr std::pair<std::string_view, Engine> kEngineNames[] = {
-    {"complete", Engine::kComplete},
-    {"missing", Engine::kMissing},
-    {"without-get", Engine::kWithoutGet},
-    {"run-fails", Engine::kRunFails}};
 
 // One object of the file: hands out members by kind and complains about keys nobody asked for.
 class Reader {

@@ -20,6 +20,8 @@ struct Connector {
   bool has_encoder = true;
   bool lit = true;               // its encoder is routed to a CRTC
   bool picture_controls = true;  // has brightness, contrast, saturation and hue properties
+
+  bool operator==(const Connector&) const = default;
 };
 
 // What the simulated display device gets wrong. An errno of 0 means that the call works.
@@ -29,6 +31,8 @@ struct Faults {
   bool not_master = false;  // another program is DRM master: writes answer EACCES
   int gamma_errno = 0;      // setting GAMMA_LUT
   int commit_errno = 0;     // every atomic commit
+
+  bool operator==(const Faults&) const = default;
 };
 
 enum class Engine {
@@ -52,11 +56,16 @@ struct Description {
   std::string dump_format_out = "rgb";
   Engine engine = Engine::kComplete;
   Faults faults;
+
+  bool operator==(const Description&) const = default;
 };
 
 // Reads a description. Throws std::runtime_error that names the file, the key and what is allowed
 // there: a board that is described wrongly must not start.
 Description read_description(const std::filesystem::path& file);
+
+// The text of a file that read_description() reads back alike, every key written out.
+std::string to_json(const Description& description);
 
 // Where a running board keeps its state: the folder named by the environment variable BOARD_DIR,
 // "/board" when unset. Every part of the simulated board finds its files below it:

@@ -1,0 +1,232 @@
+#include "launch/board.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+
+#include "files/files.h"
+#include "launch/installation.h"
+#include "launch/listening.h"
+#include "properties/property_store.h"
+
+namespace board {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr Board::Milliseconds kPollStep{5};
+
+// Asks again and again until the answer is yes or the time is over.
+bool wait_until(Board::Milliseconds timeout, const std::function<bool()>& condition) {
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() >= end) return false;
+    std::this_thread::sleep_for(kPollStep);
+  }
+  return true;
+}
+
+std::string joined(const std::vector<fs::path>& paths, char separator) {
+  std::string text;
+  for (const auto& path : paths)
+    text += (text.empty() ? "" : std::string(1, separator)) + path.string();
+  return text;
+}
+
+// The launcher's own processes get what they need to find programs, and nothing that changes how
+// libraries load.
+std::vector<std::string> clean_environment() {
+  return {"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
+}
+
+void keep_from_caller(std::map<std::string, std::string>& environment, const char* name) {
+  if (const char* value = std::getenv(name)) environment[name] = value;
+}
+
+}  // namespace
+
+Board::Board(const std::string& name_or_file, BoardOptions options)
+    : Board(read_description(description_file(name_or_file)), std::move(options)) {}
+
+Board::Board(const Description& description, BoardOptions options)
+    : description_(description),
+      options_(std::move(options)),
+      isolation_(choose_isolation(options_.isolation)),
+      state_(options_.state) {
+  if (options_.daemon.empty()) options_.daemon = daemon_program();
+  options_.daemon = fs::absolute(options_.daemon);
+  state_.boot(description_);
+  fs::remove(state_.path() / "log");
+}
+
+Board::~Board() = default;
+
+void Board::start() {
+  if (session_) throw std::runtime_error("the daemon runs already");
+  if (::access(options_.daemon.c_str(), X_OK) != 0) {
+    throw std::runtime_error("cannot run the daemon " + options_.daemon.string() + ": " +
+                             std::strerror(errno) + " (is it built?)");
+  }
+  log_at_start_ = log().size();
+  int output = STDERR_FILENO;
+  if (!options_.log_to_terminal) {
+    output =
+        ::open((state_.path() / "log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+  }
+  try {
+    session_ = std::make_unique<Session>(
+        Session::Options{command(), init_arguments(), clean_environment(), output});
+  } catch (const std::exception& error) {
+    if (!options_.log_to_terminal) ::close(output);
+    throw std::runtime_error(std::string(error.what()) + "\n" + log());
+  }
+  if (!options_.log_to_terminal) ::close(output);
+}
+
+int Board::stop(int signal, Milliseconds timeout) {
+  if (!session_) throw std::runtime_error("the daemon does not run");
+  session_->signal(signal);
+  const auto status = wait(timeout);
+  if (!status) {
+    session_.reset();
+    throw std::runtime_error("the daemon did not end within " + std::to_string(timeout.count()) +
+                             " ms after signal " + std::to_string(signal) + " and was killed");
+  }
+  return *status;
+}
+
+int Board::restart(int signal) {
+  const int status = stop(signal);
+  start();
+  return status;
+}
+
+std::optional<int> Board::wait(Milliseconds timeout) {
+  if (!session_) throw std::runtime_error("the daemon does not run");
+  const auto status = session_->wait(timeout);
+  if (status) session_.reset();
+  return status;
+}
+
+void Board::signal(int number) {
+  if (session_) session_->signal(number);
+}
+
+pid_t Board::daemon_pid() const {
+  if (!session_) throw std::runtime_error("the daemon does not run");
+  return session_->daemon_pid();
+}
+
+bool Board::wait_until_listening(uint16_t port, Milliseconds timeout) {
+  wait_until(timeout, [&] { return listening(port) || session_->wait(Milliseconds(0)); });
+  return listening(port);
+}
+
+std::optional<std::string> Board::property(std::string_view name) const {
+  return PropertyStore(file("/board/properties")).get(name);
+}
+
+void Board::set_property(std::string_view name, std::string_view value) const {
+  const int result = PropertyStore(file("/board/properties")).set(name, value);
+  if (result != 0) {
+    throw std::runtime_error("cannot set " + std::string(name) + " to \"" + std::string(value) +
+                             "\": " + PropertyStore::explain(result));
+  }
+}
+
+fs::path Board::file(const fs::path& path_on_board) const {
+  return state_.file(path_on_board);
+}
+
+std::string Board::read(const fs::path& path_on_board) const {
+  auto content = read_file(file(path_on_board));
+  if (!content) throw std::runtime_error("cannot read " + path_on_board.string());
+  return *std::move(content);
+}
+
+void Board::write(const fs::path& path_on_board, std::string_view content) const {
+  const auto path = file(path_on_board);
+  fs::create_directories(path.parent_path());
+  std::ofstream stream(path, std::ios::binary);
+  if (!(stream << content << std::flush)) {
+    throw std::runtime_error("cannot write " + path_on_board.string());
+  }
+}
+
+std::string Board::log() const {
+  return read_file(state_.path() / "log").value_or("");
+}
+
+bool Board::wait_for_log(std::string_view text, Milliseconds timeout) {
+  return wait_until(timeout, [&] { return log().find(text, log_at_start_) != std::string::npos; });
+}
+
+std::vector<std::string> Board::calls() const {
+  std::istringstream record(read_file(file("/board/calls")).value_or(""));
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(record, line);) {
+    lines.push_back(line.substr(line.find(' ') + 1));
+  }
+  return lines;
+}
+
+std::vector<std::string> Board::command() const {
+  const std::string init = program_folder() / "board_init";
+  if (isolation_ == Isolation::kPreload) return {init};
+  std::vector<fs::path> visible{build_folder(), options_.daemon};
+  visible.insert(visible.end(), options_.libraries.begin(), options_.libraries.end());
+  visible.insert(visible.end(), options_.companions.begin(), options_.companions.end());
+  auto command = private_root_command(state_.mounts(), visible);
+  command.push_back(init);
+  return command;
+}
+
+std::vector<std::string> Board::init_arguments() const {
+  std::vector<std::string> arguments;
+  for (const auto& [name, value] : daemon_environment()) {
+    arguments.insert(arguments.end(), {"--set", name + "=" + value});
+  }
+  auto companions = companion_programs();
+  companions.insert(companions.end(), options_.companions.begin(), options_.companions.end());
+  for (const auto& program : companions) {
+    arguments.insert(arguments.end(), {"--companion", program});
+  }
+  arguments.insert(arguments.end(), {"--", options_.daemon});
+  arguments.insert(arguments.end(), options_.arguments.begin(), options_.arguments.end());
+  return arguments;
+}
+
+std::map<std::string, std::string> Board::daemon_environment() const {
+  std::map<std::string, std::string> environment;
+  for (const char* name : {"TZ", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS"}) {
+    keep_from_caller(environment, name);
+  }
+  // The sanitizer's runtime comes after what the board preloads, and need not mind.
+  keep_from_caller(environment, "ASAN_OPTIONS");
+  environment["ASAN_OPTIONS"] += ":verify_asan_link_order=0";
+
+  auto libraries = options_.libraries;
+  libraries.push_back(library_folder());
+  environment["LD_LIBRARY_PATH"] = joined(libraries, ':');
+  auto preloaded = preload_libraries();
+  if (isolation_ == Isolation::kPreload) {
+    preloaded.push_back(path_mapping_library());
+    environment["BOARD_PATHS"] = path_mapping(state_.mounts());
+    environment["BOARD_DIR"] = state_.board();
+  }
+  if (!preloaded.empty()) environment["LD_PRELOAD"] = joined(preloaded, ':');
+  environment["PATH"] = "/system/bin:/usr/bin:/bin";
+  for (const auto& [name, value] : options_.environment)
+    environment[name] = value;
+  return environment;
+}
+
+}  // namespace board

@@ -1,0 +1,34 @@
+// Where the launcher finds what a board is made of: the folders of this build.
+#ifndef BOARD_LAUNCH_INSTALLATION_H_
+#define BOARD_LAUNCH_INSTALLATION_H_
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace board {
+
+std::filesystem::path build_folder();
+std::filesystem::path library_folder();  // the board's shared libraries
+std::filesystem::path program_folder();  // becomes /system/bin
+std::filesystem::path daemon_program();
+
+// Programs that run as long as the board does, beside the daemon. The ones that this build has.
+std::vector<std::filesystem::path> companion_programs();
+
+// Libraries that every program of the board is started with, in this order.
+std::vector<std::filesystem::path> preload_libraries();
+
+// Answers for absolute paths where a private root cannot be made.
+std::filesystem::path path_mapping_library();
+
+// The described boards by name, sorted.
+std::vector<std::string> board_names();
+
+// The description for a board's name, or the file itself when `name_or_file` is the path of one.
+// Throws std::runtime_error that lists the boards there are.
+std::filesystem::path description_file(const std::string& name_or_file);
+
+}  // namespace board
+
+#endif  // BOARD_LAUNCH_INSTALLATION_H_

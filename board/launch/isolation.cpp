@@ -1,0 +1,90 @@
+#include "launch/isolation.h"
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+
+#include "launch/installation.h"
+
+namespace board {
+namespace {
+
+namespace fs = std::filesystem;
+
+// An own user namespace even for root: so the daemon has the same rights whoever starts it, and may
+// neither make device nodes nor override file modes. An own process namespace: when its first
+// process ends, the kernel ends all others.
+const std::vector<std::string> kBubblewrap = {"bwrap",          "--die-with-parent",
+                                              "--unshare-user", "--unshare-pid",
+                                              "--unshare-ipc",  "--as-pid-1",
+                                              "--cap-drop",     "ALL",
+                                              "--proc",         "/proc",
+                                              "--dev",          "/dev",
+                                              "--tmpfs",        "/tmp"};
+
+// What the programs of this machine need to run: /lib and the like may be links into /usr.
+void add_system_folders(std::vector<std::string>& command) {
+  for (const char* folder : {"/usr", "/etc", "/bin", "/sbin", "/lib", "/lib32", "/lib64"}) {
+    if (fs::is_symlink(folder)) {
+      command.insert(command.end(), {"--symlink", fs::read_symlink(folder), folder});
+    } else {
+      command.insert(command.end(), {"--ro-bind-try", folder, folder});
+    }
+  }
+}
+
+std::string try_private_root() {
+  std::string line;
+  auto command = kBubblewrap;
+  add_system_folders(command);
+  for (const auto& word : command)
+    line += word + ' ';
+  line += "/bin/true 2>&1";
+  FILE* pipe = ::popen(line.c_str(), "r");
+  if (pipe == nullptr) return "cannot start a shell";
+  std::string output;
+  std::array<char, 256> part{};
+  while (std::fgets(part.data(), part.size(), pipe) != nullptr)
+    output += part.data();
+  if (::pclose(pipe) == 0) return "";
+  while (output.ends_with('\n'))
+    output.pop_back();
+  return output.empty() ? "bwrap failed" : output;
+}
+
+}  // namespace
+
+const std::string& private_root_obstacle() {
+  static const std::string obstacle = try_private_root();
+  return obstacle;
+}
+
+Isolation choose_isolation(Isolation wanted) {
+  if (wanted != Isolation::kAuto) return wanted;
+  return private_root_obstacle().empty() ? Isolation::kNamespace : Isolation::kPreload;
+}
+
+std::vector<std::string> private_root_command(const std::vector<Mount>& mounts,
+                                              const std::vector<fs::path>& extra) {
+  auto command = kBubblewrap;
+  add_system_folders(command);
+  for (const auto& mount : mounts) {
+    command.insert(command.end(),
+                   {mount.writable ? "--bind" : "--ro-bind", mount.on_host, mount.on_board});
+  }
+  for (const auto& path : extra) {
+    command.insert(command.end(), {"--ro-bind", path, path});
+  }
+  command.insert(command.end(), {"--chdir", "/"});
+  return command;
+}
+
+std::string path_mapping(const std::vector<Mount>& mounts) {
+  std::string text;
+  for (const auto& mount : mounts) {
+    text += (text.empty() ? "" : ":") + mount.on_board.string() + "=" + mount.on_host.string();
+  }
+  return text;
+}
+
+}  // namespace board

@@ -1,0 +1,14 @@
+// Whether somebody listens on a TCP port (IPv4) of the caller's network, asked of the kernel: a
+// connection made to find out would be a client that the daemon has to serve.
+#ifndef BOARD_LAUNCH_LISTENING_H_
+#define BOARD_LAUNCH_LISTENING_H_
+
+#include <cstdint>
+
+namespace board {
+
+bool listening(uint16_t port);
+
+}  // namespace board
+
+#endif  // BOARD_LAUNCH_LISTENING_H_

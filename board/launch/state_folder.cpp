@@ -1,0 +1,134 @@
+#include "launch/state_folder.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+#include "baseparameter/panel_defaults.h"
+#include "baseparameter/parameter_store.h"
+#include "files/files.h"
+#include "launch/installation.h"
+#include "properties/property_store.h"
+
+namespace board {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A folder's name tells whose board it is, so that nobody is offered somebody else's.
+std::string temporary_prefix() {
+  return "qxboard-" + std::to_string(::getuid()) + "-";
+}
+
+fs::path make_temporary_folder() {
+  std::string name = (fs::temp_directory_path() / (temporary_prefix() + "XXXXXX")).string();
+  if (::mkdtemp(name.data()) == nullptr) {
+    throw std::runtime_error("cannot make a temporary folder " + name + ": " +
+                             std::strerror(errno));
+  }
+  return name;
+}
+
+void write_or_throw(const fs::path& file, std::string_view content) {
+  if (const int result = replace_file(file, content); result != 0) {
+    throw std::runtime_error("cannot write " + file.string() + ": " + std::strerror(-result));
+  }
+}
+
+void boot_device(const fs::path& folder, const Faults& faults) {
+  fs::remove(folder / "card0");
+  if (!faults.no_device) write_or_throw(folder / "card0", "");
+}
+
+void boot_store(const fs::path& folder, const Description& description) {
+  if (description.store_empty || fs::exists(folder / "version")) return;
+  ParameterStore(folder).seed(
+      panel_defaults(description.store_version[0], description.store_version[1]));
+}
+
+void boot_properties(const fs::path& folder, const Description& description) {
+  auto defaults = description.properties;
+  defaults.emplace("ro.board.platform", description.platform);
+  PropertyStore(folder).boot(defaults);
+}
+
+// What is on the screen does not outlive the power.
+void boot_screen(const fs::path& folder) {
+  fs::remove_all(folder);
+  fs::create_directories(folder);
+}
+
+}  // namespace
+
+StateFolder::StateFolder(const fs::path& path) : temporary_(path.empty()) {
+  path_ = temporary_ ? make_temporary_folder() : fs::absolute(path).lexically_normal();
+  for (const char* folder : {"data/vendor/qxalgo", "var/cache", "dev/dri", "board/properties",
+                             "board/baseparameter", "board/drm", "board/screen"}) {
+    fs::create_directories(path_ / folder);
+  }
+  lock();
+}
+
+StateFolder::~StateFolder() {
+  std::error_code ignored;
+  if (temporary_) fs::remove_all(path_, ignored);
+  ::close(lock_);
+}
+
+void StateFolder::lock() {
+  const auto file = path_ / "lock";
+  lock_ = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) == 0) return;
+  const int error = errno;
+  if (lock_ >= 0) ::close(lock_);
+  throw std::runtime_error(error == EWOULDBLOCK
+                               ? "another board is running with the state folder " + path_.string()
+                               : "cannot lock " + file.string() + ": " + std::strerror(error));
+}
+
+void StateFolder::boot(const Description& description) const {
+  write_or_throw(board() / "description.json", to_json(description));
+  boot_device(path_ / "dev/dri", description.faults);
+  boot_store(board() / "baseparameter", description);
+  boot_properties(board() / "properties", description);
+  boot_screen(board() / "screen");
+}
+
+std::vector<Mount> StateFolder::mounts() const {
+  return {{"/data", path_ / "data", true},
+          {"/var/cache", path_ / "var/cache", true},
+          {"/board", board(), true},
+          {"/dev/dri", path_ / "dev/dri", true},
+          {"/system/bin", program_folder(), false}};
+}
+
+fs::path StateFolder::file(const fs::path& on_board) const {
+  for (const auto& mount : mounts()) {
+    const auto rest = on_board.lexically_normal().lexically_relative(mount.on_board);
+    if (!rest.empty() && *rest.begin() != "..") return mount.on_host / rest;
+  }
+  throw std::runtime_error(on_board.string() + " is no path of the board");
+}
+
+std::vector<fs::path> running_boards() {
+  std::vector<fs::path> boards;
+  for (const auto& entry : fs::directory_iterator(fs::temp_directory_path())) {
+    if (!entry.path().filename().string().starts_with(temporary_prefix())) continue;
+    const int lock = ::open((entry.path() / "lock").c_str(), O_RDONLY | O_CLOEXEC);
+    if (lock < 0) continue;
+    if (::flock(lock, LOCK_SH | LOCK_NB) != 0) boards.push_back(entry.path());
+    ::close(lock);
+  }
+  return boards;
+}
+
+}  // namespace board

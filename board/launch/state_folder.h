@@ -1,0 +1,58 @@
+// The folder that holds everything a simulated board writes:
+//   data/ var/cache/ board/    what the board sees as /data, /var/cache and /board
+//   dev/dri/                   the placeholder of the display device
+//   log                        what the daemon and its companions printed, unless on a terminal
+//   lock                       locked as long as the board is up
+#ifndef BOARD_LAUNCH_STATE_FOLDER_H_
+#define BOARD_LAUNCH_STATE_FOLDER_H_
+
+#include <filesystem>
+#include <string_view>
+#include <vector>
+
+#include "description/description.h"
+
+namespace board {
+
+// A folder of the board's root and what stands for it on this machine.
+struct Mount {
+  std::filesystem::path on_board;
+  std::filesystem::path on_host;
+  bool writable;
+};
+
+class StateFolder {
+ public:
+  // path: created when missing, kept at the end. Empty: a temporary folder, removed at the end.
+  // Throws std::runtime_error when it cannot be made or another board has it.
+  explicit StateFolder(const std::filesystem::path& path);
+  ~StateFolder();
+  StateFolder(const StateFolder&) = delete;
+  StateFolder& operator=(const StateFolder&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path board() const { return path_ / "board"; }  // see board_folder()
+
+  // Brings the folder into the state that a board has after power-on: what a board keeps is kept,
+  // what is missing is made as it leaves the factory. Throws std::runtime_error.
+  void boot(const Description& description) const;
+
+  std::vector<Mount> mounts() const;
+
+  // Where a board's file is on this machine. Throws std::runtime_error when no mount holds it.
+  std::filesystem::path file(const std::filesystem::path& on_board) const;
+
+ private:
+  void lock();
+
+  std::filesystem::path path_;
+  bool temporary_;
+  int lock_ = -1;
+};
+
+// The temporary state folders of this user's boards that are up.
+std::vector<std::filesystem::path> running_boards();
+
+}  // namespace board
+
+#endif  // BOARD_LAUNCH_STATE_FOLDER_H_

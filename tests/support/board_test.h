@@ -1,0 +1,47 @@
+// Fixture of the scenario tests: each test has a simulated board of its own, in the private network
+// that scenario_main.cpp has put the test program into, so that every daemon can have its port.
+#ifndef TESTS_SUPPORT_BOARD_TEST_H_
+#define TESTS_SUPPORT_BOARD_TEST_H_
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "launch/board.h"
+
+namespace board {
+
+inline constexpr uint16_t kDaemonPort = 5543;
+
+class BoardTest : public testing::Test {
+ protected:
+  // Skips the test where this machine allows no private network and root.
+  void SetUp() override;
+  // Shows the board's log when the test failed.
+  void TearDown() override;
+
+  // Powers on a board (boards/NAME.json, or a Description). Files and properties may then be put in
+  // place before the daemon starts. A second call powers off the first board.
+  template <typename What = std::string>
+  Board& power_on(const What& what = "tv", BoardOptions options = {}) {
+    board_.reset();
+    board_ = std::make_unique<Board>(what, std::move(options));
+    return *board_;
+  }
+
+  // Powers on unless done, starts the daemon and waits until it listens. Ends the test program with
+  // a clear message when it does not.
+  Board& start_daemon();
+
+  // The board that is on.
+  Board& board() { return *board_; }
+
+ private:
+  std::unique_ptr<Board> board_;
+};
+
+}  // namespace board
+
+#endif  // TESTS_SUPPORT_BOARD_TEST_H_

@@ -1,0 +1,46 @@
+#include "support/private_network.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "launch/isolation.h"
+
+namespace board {
+namespace {
+
+constexpr const char* kMarker = "PQ_TESTS_IN_PRIVATE_NETWORK";
+
+}  // namespace
+
+bool in_private_network() {
+  return std::getenv(kMarker) != nullptr;
+}
+
+void enter_private_network(char** argv) {
+  if (in_private_network() || !private_root_obstacle().empty()) return;
+  const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+  std::vector<const char*> command{"bwrap",
+                                   "--die-with-parent",
+                                   "--unshare-user",
+                                   "--unshare-net",
+                                   "--cap-drop",
+                                   "ALL",
+                                   "--dev-bind",
+                                   "/",
+                                   "/",
+                                   "--setenv",
+                                   kMarker,
+                                   "1",
+                                   "--",
+                                   self.c_str()};
+  for (char** argument = argv + 1; *argument != nullptr; ++argument)
+    command.push_back(*argument);
+  command.push_back(nullptr);
+  ::execvp(command[0], const_cast<char**>(command.data()));
+}
+
+}  // namespace board
