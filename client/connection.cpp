@@ -1,0 +1,174 @@
+#include "pqclient/connection.h"
+
+#include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <memory>
+#include <sstream>
+#include <system_error>
+
+#include "pqclient/error.h"
+
+namespace pqclient {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr const char* kForwardHint = "try: adb forward tcp:5543 tcp:5543";
+
+std::string error_text(int error) {
+  return std::generic_category().message(error);
+}
+
+// "5 s", "0.3 s"
+std::string seconds(milliseconds time) {
+  std::ostringstream text;
+  text << static_cast<double>(time.count()) / 1000.0 << " s";
+  return text.str();
+}
+
+// False when the deadline passed first. Errors of the socket count as ready: the next call on it
+// tells them.
+bool wait_until_ready(int socket, short events, const Deadline& deadline) {
+  pollfd entry{.fd = socket, .events = events, .revents = 0};
+  for (;;) {
+    const int result = poll(&entry, 1, static_cast<int>(deadline.left().count()));
+    if (result >= 0 || errno != EINTR) return result != 0;
+  }
+}
+
+struct FreeAddresses {
+  void operator()(addrinfo* list) const { freeaddrinfo(list); }
+};
+using AddressList = std::unique_ptr<addrinfo, FreeAddresses>;
+
+AddressList look_up(const Address& address) {
+  addrinfo wanted{};
+  wanted.ai_family = AF_UNSPEC;
+  wanted.ai_socktype = SOCK_STREAM;
+  addrinfo* list = nullptr;
+  const std::string port = std::to_string(address.port);
+  const int result = getaddrinfo(address.host.c_str(), port.c_str(), &wanted, &list);
+  if (result != 0) {
+    throw Error(ErrorKind::kConnect, "cannot find the host \"" + address.host + "\": " +
+                                         gai_strerror(result) + ". Give its address with --host");
+  }
+  return AddressList(list);
+}
+
+// Returns 0 or the errno of the failure.
+int connect_before(int socket, const addrinfo& to, const Deadline& deadline) {
+  if (connect(socket, to.ai_addr, to.ai_addrlen) == 0) return 0;
+  if (errno != EINPROGRESS && errno != EINTR) return errno;
+  if (!wait_until_ready(socket, POLLOUT, deadline)) return ETIMEDOUT;
+  int error = 0;
+  socklen_t size = sizeof error;
+  if (getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
+  return error;
+}
+
+}  // namespace
+
+std::string Address::text() const {
+  const bool is_ipv6 = host.find(':') != std::string::npos;
+  return (is_ipv6 ? "[" + host + "]" : host) + ":" + std::to_string(port);
+}
+
+milliseconds Deadline::left() const {
+  // Rounded up: a wait of 0 ms for the last fraction would spin.
+  const auto rest = std::chrono::ceil<milliseconds>(end_ - std::chrono::steady_clock::now());
+  return std::clamp(rest, milliseconds(0), milliseconds(3'600'000));
+}
+
+Connection::Connection(const Address& address, Deadline deadline) : address_(address.text()) {
+  const AddressList list = look_up(address);
+  int error = 0;
+  for (const addrinfo* entry = list.get(); entry != nullptr; entry = entry->ai_next) {
+    socket_ = socket(entry->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    if (socket_ < 0) {
+      error = errno;
+      continue;
+    }
+    error = connect_before(socket_, *entry, deadline);
+    if (error == 0) break;
+    close(std::exchange(socket_, -1));
+  }
+  if (socket_ < 0) {
+    throw Error(ErrorKind::kConnect, "cannot connect to " + address_ + ": " + error_text(error) +
+                                         ". Is the server running? For a board on USB " +
+                                         kForwardHint);
+  }
+  // A packet leaves in one piece, without waiting for the board to acknowledge the one before.
+  const int on = 1;
+  (void)setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
+Connection& Connection::operator=(Connection&& other) noexcept {
+  std::swap(address_, other.address_);
+  std::swap(socket_, other.socket_);
+  return *this;
+}
+
+Connection::~Connection() {
+  if (socket_ >= 0) close(socket_);
+}
+
+void Connection::send_all(ByteView bytes, Deadline deadline) {
+  while (!bytes.empty()) {
+    const ssize_t sent = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (sent >= 0) {
+      bytes = bytes.subspan(static_cast<std::size_t>(sent));
+    } else if (errno == EAGAIN) {
+      if (!wait_until_ready(socket_, POLLOUT, deadline)) {
+        throw Error(ErrorKind::kTimeout, address_ + " takes no more bytes for " +
+                                             seconds(deadline.budget()) +
+                                             ": the server is busy or has stopped");
+      }
+    } else if (errno != EINTR) {
+      throw Error(ErrorKind::kConnectionLost,
+                  "lost the connection to " + address_ + " while sending: " + error_text(errno));
+    }
+  }
+}
+
+std::size_t Connection::receive_some(std::span<std::uint8_t> into, Deadline deadline) {
+  for (;;) {
+    const ssize_t received = recv(socket_, into.data(), into.size(), 0);
+    if (received >= 0) return static_cast<std::size_t>(received);
+    if (errno == EAGAIN) {
+      if (!wait_until_ready(socket_, POLLIN, deadline)) {
+        throw Error(ErrorKind::kTimeout, "no answer within " + seconds(deadline.budget()) +
+                                             " from " + address_ + ": is the server running? " +
+                                             kForwardHint);
+      }
+    } else if (errno != EINTR) {
+      throw Error(ErrorKind::kConnectionLost,
+                  "lost the connection to " + address_ +
+                      " while waiting for the answer: " + error_text(errno));
+    }
+  }
+}
+
+void Connection::receive_exactly(std::span<std::uint8_t> into, Deadline deadline) {
+  const std::size_t wanted = into.size();
+  while (!into.empty()) {
+    const std::size_t received = receive_some(into, deadline);
+    if (received == 0) {
+      // adb accepts for a port where nothing listens on the board, and then hangs up.
+      throw Error(ErrorKind::kConnectionLost,
+                  address_ + " closed the connection after " +
+                      std::to_string(wanted - into.size()) + " of " + std::to_string(wanted) +
+                      " bytes: the server ended, or the port is forwarded by adb and no server "
+                      "listens on the board");
+    }
+    into = into.subspan(received);
+  }
+}
+
+}  // namespace pqclient

@@ -1,0 +1,73 @@
+// A TCP connection on which nothing can hang: every operation ends by its deadline.
+// Bytes only; what they mean is the business of packets.h and tuning_client.h.
+// One thread at a time. Failures throw Error and leave the connection open, but what was sent or
+// received by then is unknown: to start afresh, open another one.
+#ifndef PQCLIENT_CONNECTION_H_
+#define PQCLIENT_CONNECTION_H_
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "pqclient/packets.h"
+
+namespace pqclient {
+
+struct Address {
+  std::string host = "127.0.0.1";  // name, IPv4 or IPv6 address
+  std::uint16_t port = kDefaultPort;
+
+  // "192.0.2.7:5543", "[2001:db8::7]:5543"
+  [[nodiscard]] std::string text() const;
+};
+
+// A point in time that remembers how far off it was, for the error text.
+class Deadline {
+ public:
+  explicit Deadline(std::chrono::milliseconds budget)
+      : budget_(budget), end_(std::chrono::steady_clock::now() + budget) {}
+
+  [[nodiscard]] std::chrono::milliseconds budget() const { return budget_; }
+  // Never negative.
+  [[nodiscard]] std::chrono::milliseconds left() const;
+
+ private:
+  std::chrono::milliseconds budget_;
+  std::chrono::steady_clock::time_point end_;
+};
+
+class Connection {
+ public:
+  // Tries the host's addresses in turn. Throws kConnect, also when the time is over.
+  // The look-up of a name is the resolver's and keeps to its own time-outs.
+  Connection(const Address& address, Deadline deadline);
+  Connection(Connection&& other) noexcept
+      : address_(std::move(other.address_)), socket_(std::exchange(other.socket_, -1)) {}
+  Connection& operator=(Connection&& other) noexcept;
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection();
+
+  // Throws kTimeout, or kConnectionLost when the board has closed; never raises SIGPIPE.
+  void send_all(ByteView bytes, Deadline deadline);
+
+  // Waits for at least one byte; returns how many arrived, 0 when the board has closed.
+  // Throws kTimeout, or kConnectionLost on a reset.
+  std::size_t receive_some(std::span<std::uint8_t> into, Deadline deadline);
+
+  // Fills all of `into`. Throws kTimeout, or kConnectionLost when the board closes before that.
+  void receive_exactly(std::span<std::uint8_t> into, Deadline deadline);
+
+  // The address as the user gave it, for messages.
+  [[nodiscard]] const std::string& address() const { return address_; }
+
+ private:
+  std::string address_;
+  int socket_ = -1;
+};
+
+}  // namespace pqclient
+
+#endif  // PQCLIENT_CONNECTION_H_

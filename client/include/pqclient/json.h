@@ -1,0 +1,39 @@
+// Ownership and the few accessors that we miss in cJSON.
+#ifndef PQCLIENT_JSON_H_
+#define PQCLIENT_JSON_H_
+
+#include <cjson/cJSON.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace pqclient {
+
+struct DeleteJson {
+  void operator()(cJSON* tree) const { cJSON_Delete(tree); }
+};
+// A tree and all below it.
+using JsonPtr = std::unique_ptr<cJSON, DeleteJson>;
+
+// Null when the text is no JSON. What follows the first value is left unread.
+JsonPtr parse_json(std::string_view text);
+
+// One line without blanks.
+std::string print_json(const cJSON& tree);
+
+// The last member of that exact name, or null. Last, because a reply may name one twice.
+const cJSON* last_member(const cJSON& object, std::string_view name);
+
+// Element of an array, or null.
+const cJSON* element(const cJSON& array, int index);
+
+JsonPtr copy_json(const cJSON& tree);
+
+// Gives the item to the object or array.
+void add_member(cJSON& object, const char* name, JsonPtr item);
+void add_element(cJSON& array, JsonPtr item);
+
+}  // namespace pqclient
+
+#endif  // PQCLIENT_JSON_H_

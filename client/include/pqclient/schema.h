@@ -1,0 +1,48 @@
+// What the two documents hold: the client's own table of sections, member names and ranges.
+// The board cuts numbers silently and drops names that it does not know, so whoever sends a change
+// checks it here first. Constant data; any thread may call.
+#ifndef PQCLIENT_SCHEMA_H_
+#define PQCLIENT_SCHEMA_H_
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pqclient {
+
+enum class MemberType { kText, kNumber };
+
+struct Member {
+  std::string_view name;
+  MemberType type = MemberType::kNumber;
+  std::int64_t min = 0;  // of a number, and of each entry of a table
+  std::int64_t max = 0;
+  int count = 1;    // entries; 1 is a single value, not a table of one
+  int columns = 0;  // entries in a row when shown: the table's own row where it has two dimensions
+
+  [[nodiscard]] bool is_table() const { return count > 1; }
+};
+
+struct Section {
+  std::string_view name;
+  std::span<const Member> members;  // in the order of the document
+  bool has_scenes;                  // also in the AIPQ document, once for each AI scene
+};
+
+// The scenes of the AIPQ document.
+inline constexpr int kSceneCount = 12;
+
+std::span<const Section> sections();
+
+// Null when there is none. Names are exact, with their case.
+const Section* find_section(std::string_view name);
+const Member* find_member(const Section& section, std::string_view name);
+
+// Up to three known names that the user may have meant, best first. Case does not count.
+std::vector<std::string_view> nearest_members(const Section& section, std::string_view name);
+
+}  // namespace pqclient
+
+#endif  // PQCLIENT_SCHEMA_H_

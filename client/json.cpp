@@ -1,0 +1,51 @@
+#include "pqclient/json.h"
+
+#include <new>
+
+namespace pqclient {
+
+JsonPtr parse_json(std::string_view text) {
+  return JsonPtr(cJSON_ParseWithLength(text.data(), text.size()));
+}
+
+std::string print_json(const cJSON& tree) {
+  struct FreeText {
+    void operator()(char* text) const { cJSON_free(text); }
+  };
+  const std::unique_ptr<char, FreeText> text(cJSON_PrintUnformatted(&tree));
+  if (!text) throw std::bad_alloc();
+  return text.get();
+}
+
+const cJSON* last_member(const cJSON& object, std::string_view name) {
+  const cJSON* found = nullptr;
+  for (const cJSON* item = object.child; item != nullptr; item = item->next) {
+    if (item->string != nullptr && name == item->string) found = item;
+  }
+  return found;
+}
+
+const cJSON* element(const cJSON& array, int index) {
+  const cJSON* item = cJSON_IsArray(&array) != 0 && index >= 0 ? array.child : nullptr;
+  for (; item != nullptr && index > 0; --index)
+    item = item->next;
+  return item;
+}
+
+JsonPtr copy_json(const cJSON& tree) {
+  JsonPtr copy(cJSON_Duplicate(&tree, 1));
+  if (!copy) throw std::bad_alloc();
+  return copy;
+}
+
+void add_member(cJSON& object, const char* name, JsonPtr item) {
+  if (cJSON_AddItemToObject(&object, name, item.get()) == 0) throw std::bad_alloc();
+  (void)item.release();
+}
+
+void add_element(cJSON& array, JsonPtr item) {
+  if (cJSON_AddItemToArray(&array, item.get()) == 0) throw std::bad_alloc();
+  (void)item.release();
+}
+
+}  // namespace pqclient

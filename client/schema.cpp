@@ -1,0 +1,228 @@
+#include "pqclient/schema.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <limits>
+#include <numeric>
+#include <utility>
+
+namespace pqclient {
+namespace {
+
+template <typename Integer>
+constexpr Member table(std::string_view name, int count, int columns) {
+  using Limits = std::numeric_limits<Integer>;
+  return {name, MemberType::kNumber, Limits::min(), Limits::max(), count, columns};
+}
+
+constexpr Member number(std::string_view name, std::int64_t max) {
+  return {name, MemberType::kNumber, 0, max};
+}
+
+constexpr Member text(std::string_view name) {
+  return {name, MemberType::kText};
+}
+// An 8-bit number on the board, where only zero and one mean something.
+constexpr Member flag(std::string_view name) {
+  return number(name, 1);
+}
+constexpr Member u16(std::string_view name) {
+  return number(name, 0xFFFF);
+}
+constexpr Member u32(std::string_view name) {
+  return number(name, 0xFFFFFFFF);
+}
+// Scale of the display's picture controls, 256 is neutral. Beyond it the kernel refuses the value,
+// which nobody would see.
+constexpr Member picture_control(std::string_view name) {
+  return number(name, 511);
+}
+
+constexpr std::array kCsc = {
+    text("name"),
+    flag("cscEnable"),
+    text("cscMode"),
+    picture_control("cscBrightness"),
+    picture_control("cscHue"),
+    picture_control("cscContrast"),
+    picture_control("cscSaturation"),
+    // 32 bits in the document, of which the board uses 16; 256 is unity.
+    u16("cscRGain"),
+    u16("cscGGain"),
+    u16("cscBGain"),
+};
+
+constexpr std::array kDci = {
+    text("name"),
+    flag("dciEnable"),
+    flag("dciIsActive"),
+    table<std::uint16_t>("dciWgtCoef_low", 33, 8),
+    table<std::uint16_t>("dciWgtCoef_mid", 33, 8),
+    table<std::uint16_t>("dciWgtCoef_high", 33, 8),
+    table<std::uint16_t>("dciWeight_low", 32, 8),
+    table<std::uint16_t>("dciWeight_mid", 32, 8),
+    table<std::uint16_t>("dciWeight_high", 32, 8),
+};
+
+// Gain tables have a row for each of 65 hues: 9 steps of luma or 13 of saturation.
+constexpr std::array kAcm = {
+    text("name"),
+    flag("acmEnable"),
+    flag("acmIsActive"),
+    table<std::int16_t>("acmTableDeltaYbyH", 65, 16),
+    table<std::int16_t>("acmTableDeltaHbyH", 65, 16),
+    table<std::int16_t>("acmTableDeltaSbyH", 65, 16),
+    table<std::int16_t>("acmTableGainYbyY", 65 * 9, 9),
+    table<std::int16_t>("acmTableGainHbyY", 65 * 9, 9),
+    table<std::int16_t>("acmTableGainSbyY", 65 * 9, 9),
+    table<std::int16_t>("acmTableGainYbyS", 65 * 13, 13),
+    table<std::int16_t>("acmTableGainHbyS", 65 * 13, 13),
+    table<std::int16_t>("acmTableGainSbyS", 65 * 13, 13),
+    u32("lumGain"),
+    u32("hueGain"),
+    u32("satGain"),
+};
+
+constexpr std::array kGamma = {
+    text("name"),
+    flag("gammaEnable"),
+    table<std::uint16_t>("gammaTab_R", 1024, 16),
+    table<std::uint16_t>("gammaTab_G", 1024, 16),
+    table<std::uint16_t>("gammaTab_B", 1024, 16),
+};
+
+constexpr std::array kSharp = {
+    text("name"),
+    flag("sharpEnable"),
+    u32("sharpPeakingGain"),
+    flag("sharpEnableShootCtrl"),
+    u32("sharpShootCtrlOver"),
+    u32("sharpShootCtrlUnder"),
+    flag("sharpEnableCoringCtrl"),
+    u16("sharpCoringCtrlRatio0"),
+    u16("sharpCoringCtrlRatio1"),
+    u16("sharpCoringCtrlRatio2"),
+    u16("sharpCoringCtrlRatio3"),
+    u16("sharpCoringCtrlZero0"),
+    u16("sharpCoringCtrlZero1"),
+    u16("sharpCoringCtrlZero2"),
+    u16("sharpCoringCtrlZero3"),
+    u16("sharpCoringCtrlThrd0"),
+    u16("sharpCoringCtrlThrd1"),
+    u16("sharpCoringCtrlThrd2"),
+    u16("sharpCoringCtrlThrd3"),
+    flag("sharpEnableGainCtrl"),
+    u16("sharpGainCtrlPos0"),
+    u16("sharpGainCtrlPos1"),
+    u16("sharpGainCtrlPos2"),
+    u16("sharpGainCtrlPos3"),
+    flag("sharpEnableLimitCtrl"),
+    u16("sharpLimitCtrlPos00"),
+    u16("sharpLimitCtrlPos01"),
+    u16("sharpLimitCtrlPos02"),
+    u16("sharpLimitCtrlPos03"),
+    u16("sharpLimitCtrlPos10"),
+    u16("sharpLimitCtrlPos11"),
+    u16("sharpLimitCtrlPos12"),
+    u16("sharpLimitCtrlPos13"),
+    u16("sharpLimitCtrlBndPos0"),
+    u16("sharpLimitCtrlBndPos1"),
+    u16("sharpLimitCtrlBndPos2"),
+    u16("sharpLimitCtrlBndPos3"),
+    u16("sharpLimitCtrlRatio0"),
+    u16("sharpLimitCtrlRatio1"),
+    u16("sharpLimitCtrlRatio2"),
+    u16("sharpLimitCtrlRatio3"),
+    flag("AISDEnable"),
+    flag("AISREnable"),
+    u32("AISRFixModelIdx"),
+    flag("AISRTuningEnable"),
+    u32("AISRUsmGain_natural"),
+    flag("AISRUsmEnableCtrl_natural"),
+    u32("AISRUsmCtrlOver_natural"),
+    u32("AISRUsmCtrlUnder_natural"),
+    u32("AISRFusionGain_natural"),
+    flag("AISRFusionEnableCtrl_natural"),
+    u32("AISRFusionCtrlOver_natural"),
+    u32("AISRFusionCtrlUnder_natural"),
+    u32("AISRUsmGain_textual"),
+    flag("AISRUsmEnableCtrl_textual"),
+    u32("AISRUsmCtrlOver_textual"),
+    u32("AISRUsmCtrlUnder_textual"),
+    u32("AISRFusionGain_textual"),
+    flag("AISRFusionEnableCtrl_textual"),
+    u32("AISRFusionCtrlOver_textual"),
+    u32("AISRFusionCtrlUnder_textual"),
+};
+static_assert(kCsc.size() + kDci.size() + kAcm.size() + kGamma.size() + kSharp.size() == 100);
+
+constexpr std::array<Section, 5> kSections = {{
+    {"csc", kCsc, false},
+    {"dci", kDci, true},
+    {"acm", kAcm, true},
+    {"gamma", kGamma, false},
+    {"sharp", kSharp, false},
+}};
+
+std::string lower_case(std::string_view name) {
+  std::string lower(name);
+  std::ranges::transform(lower, lower.begin(),
+                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return lower;
+}
+
+// Levenshtein's: the fewest letters to insert, remove or replace.
+std::size_t edit_distance(std::string_view from, std::string_view to) {
+  std::vector<std::size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < from.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < to.size(); ++j) {
+      const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+// Smaller is nearer. Part of a name ("brightness") is nearer than any misspelling.
+std::size_t name_distance(const std::string& asked, std::string_view known) {
+  const std::string name = lower_case(known);
+  if (asked == name) return 0;
+  if (asked.size() >= 3 && name.find(asked) != std::string::npos) return 1;
+  return 1 + edit_distance(asked, name);
+}
+
+}  // namespace
+
+std::span<const Section> sections() {
+  return kSections;
+}
+
+const Section* find_section(std::string_view name) {
+  const auto* found = std::ranges::find(kSections, name, &Section::name);
+  return found == kSections.end() ? nullptr : found;
+}
+
+const Member* find_member(const Section& section, std::string_view name) {
+  const auto found = std::ranges::find(section.members, name, &Member::name);
+  return found == section.members.end() ? nullptr : &*found;
+}
+
+std::vector<std::string_view> nearest_members(const Section& section, std::string_view name) {
+  const std::string asked = lower_case(name);
+  std::vector<std::pair<std::size_t, std::string_view>> near;
+  for (const Member& member : section.members) {
+    const std::size_t distance = name_distance(asked, member.name);
+    if (distance <= 1 + asked.size() / 2) near.emplace_back(distance, member.name);
+  }
+  std::ranges::stable_sort(near, {}, &std::pair<std::size_t, std::string_view>::first);
+  if (near.size() > 3) near.resize(3);
+  std::vector<std::string_view> names(near.size());
+  std::ranges::transform(near, names.begin(), [](const auto& entry) { return entry.second; });
+  return names;
+}
+
+}  // namespace pqclient

@@ -1,0 +1,53 @@
+// A board in the test's own process: listens on loopback and plays a script to whoever connects.
+#ifndef TESTS_CLIENT_FAKE_BOARD_H_
+#define TESTS_CLIENT_FAKE_BOARD_H_
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "pqclient/connection.h"
+#include "pqclient/packets.h"
+
+// The board's end of one connection. Nothing here waits longer than 10 seconds.
+class Visitor {
+ public:
+  explicit Visitor(int socket) : socket_(socket) {}
+
+  // Exactly n bytes; fewer when the client closes first.
+  pqclient::Bytes receive(std::size_t n);
+
+  // The text of the next document packet, of command `expected`; "" when the client closes.
+  std::string receive_text(pqclient::DocumentCommand expected);
+
+  void send(pqclient::ByteView bytes);
+
+  // A reply as the board frames it: "[", text, a zero byte, no closing bracket.
+  void reply(std::string_view text);
+
+  // Says nothing until the client has gone.
+  void stall();
+
+ private:
+  int socket_;
+};
+
+class FakeBoard {
+ public:
+  // The script runs once for each connection, one connection after the other.
+  explicit FakeBoard(std::function<void(Visitor&)> script);
+  ~FakeBoard();
+  FakeBoard(const FakeBoard&) = delete;
+  FakeBoard& operator=(const FakeBoard&) = delete;
+
+  [[nodiscard]] pqclient::Address address() const { return {"127.0.0.1", port_}; }
+
+ private:
+  int listener_ = -1;
+  std::uint16_t port_ = 0;
+  std::thread thread_;
+};
+
+#endif  // TESTS_CLIENT_FAKE_BOARD_H_

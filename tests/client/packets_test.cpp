@@ -1,0 +1,58 @@
+#include "pqclient/packets.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "pqclient/error.h"
+
+namespace pqclient {
+namespace {
+
+TEST(DocumentPacket, IsHeaderTextAndFourZeros) {
+  const Bytes expected = {0x51, 0xAA, 0xFF, 0x58, 3, 0, 0, 0, 0, 0,   0,   0, 0, 0, 0,
+                          0,    0,    0,    0,    0, 2, 0, 0, 0, '{', '}', 0, 0, 0, 0};
+  EXPECT_EQ(make_document_packet(DocumentCommand::kReadAipq, "{}"), expected);
+}
+
+TEST(DocumentPacket, LengthIsLittleEndian) {
+  const Bytes packet = make_document_packet(DocumentCommand::kWritePq, std::string(0x010203, ' '));
+  EXPECT_EQ(packet.size(), 0x010203U + 28);
+  EXPECT_EQ(Bytes(packet.begin() + 20, packet.begin() + 24), (Bytes{0x03, 0x02, 0x01, 0x00}));
+}
+
+TEST(CommandPacket, CarriesCommandLengthAndArguments) {
+  const Bytes packet = make_command_packet(Command::kPattern, Bytes{255, 128, 1});
+  Bytes expected(72);
+  std::ranges::copy(std::string_view("QXISP-AK"), expected.begin());
+  expected[10] = 3;
+  expected[20] = 3;
+  std::ranges::copy(Bytes{255, 128, 1}, expected.begin() + 22);
+  EXPECT_EQ(packet, expected);
+}
+
+TEST(Reply, LengthIsBelievedWithinBounds) {
+  DocumentHeader header{.magic = kDocumentMagic, .command = 0, .reserved = {}, .data_length = 2};
+  EXPECT_EQ(reply_bytes_after(header), 6U);
+  for (const std::uint32_t wrong : {0U, 1U, kMaxReplyLength + 1, 0xFFFFFFFFU}) {
+    header.data_length = wrong;
+    EXPECT_THROW(reply_bytes_after(header), Error) << wrong;
+  }
+}
+
+TEST(Acknowledgement, MustNameTheCommandAndSayOne) {
+  CommandPacket packet{};
+  std::ranges::copy(kAcknowledgementMagic, packet.magic.begin());
+  packet.command = 4;
+  packet.data[0] = 1;
+  EXPECT_NO_THROW(check_acknowledgement(packet, Command::kPatternMode));
+  EXPECT_THROW(check_acknowledgement(packet, Command::kPattern), Error);
+  packet.data[0] = 0;
+  EXPECT_THROW(check_acknowledgement(packet, Command::kPatternMode), Error);
+  packet.data[0] = 1;
+  std::ranges::copy(kCommandMagic, packet.magic.begin());  // an echo of the request
+  EXPECT_THROW(check_acknowledgement(packet, Command::kPatternMode), Error);
+}
+
+}  // namespace
+}  // namespace pqclient
