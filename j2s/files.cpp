@@ -1,0 +1,81 @@
+#include "j2s/files.h"
+
+#include <fcntl.h>
+
+#include <climits>
+#include <cstring>
+
+#include "j2s/j2s.h"
+#include "j2s/report.h"
+
+namespace j2s {
+namespace {
+
+Origin read_file_origin(int line = __builtin_LINE()) {
+  return {Origin::Source::kUtilities, "j2s_read_file", line};
+}
+
+// A directory passes: it opens like a file, and the read then says what is wrong.
+bool is_readable_kind(const struct stat& status) {
+  return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+Descriptor open_for_reading(const char* path, int extra_flags, struct stat& status) {
+  Descriptor file(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | extra_flags));
+  if (file.valid() && fstat(file.get(), &status) == 0 && is_readable_kind(status)) {
+    return Descriptor(file.release());
+  }
+  report_error(read_file_origin(), "failed to open: '%s'", path);
+  return Descriptor(-1);
+}
+
+Buffer read_opened(Descriptor& file, const char* path, const struct stat& status) {
+  const auto size = static_cast<size_t>(status.st_size);
+  Buffer buffer(static_cast<char*>(std::malloc(size + 1)));
+  if (buffer == nullptr) {
+    report_assertion(read_file_origin(), "buf");
+    (void)file.release();  // stays open on this path alone, as the interface has always promised
+    return nullptr;
+  }
+  if (read(file.get(), buffer.get(), size) != status.st_size) {
+    report_error(read_file_origin(), "failed to read: '%s'", path);
+    return nullptr;
+  }
+  buffer.get()[size] = '\0';
+  return buffer;
+}
+
+}  // namespace j2s
+
+char* j2s_read_file(const char* path, size_t* size) {
+  struct stat status = {};
+  if (path == nullptr || stat(path, &status) != 0) {
+    j2s::report_error(j2s::read_file_origin(), "no such file: '%s'", path ? path : "<null>");
+    return nullptr;
+  }
+  // Asked before opening too: to open some devices is to act on them.
+  if (!j2s::is_readable_kind(status)) {
+    j2s::report_error(j2s::read_file_origin(), "failed to open: '%s'", path);
+    return nullptr;
+  }
+  j2s::Descriptor file = j2s::open_for_reading(path, 0, status);
+  if (!file.valid()) return nullptr;
+  j2s::Buffer buffer = j2s::read_opened(file, path, status);
+  if (buffer != nullptr && size != nullptr) *size = static_cast<size_t>(status.st_size);
+  return buffer.release();
+}
+
+int j2s_save_file(const char* path, const char* text) {
+  if (path == nullptr || text == nullptr) return -1;
+  const j2s::Descriptor file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  if (!file.valid()) return -1;
+  const size_t length = std::strlen(text);
+  (void)lseek(file.get(), 0, SEEK_SET);
+  const ssize_t written = write(file.get(), text, length);
+  // Neither the result of this nor of closing changes ours: the bytes were taken.
+  (void)fsync(file.get());
+  const bool complete = written >= 0 && static_cast<size_t>(written) == length && length <= INT_MAX;
+  return complete ? static_cast<int>(written) : -1;
+}

@@ -1,0 +1,230 @@
+// j2s: maps between C structures in memory and cJSON trees, driven by type tables.
+//
+// One record per member (j2s_obj), structure (j2s_struct), enumeration (j2s_enum) and enumeration
+// constant (j2s_enum_value) says where a value lies and what it is called in JSON. A context
+// (j2s_ctx) points at one set of tables; j2s_init points it at the set that is compiled in.
+//
+// Threads: every thread uses a context of its own. Conversions only read the tables, so that any
+// number of them may run at once on different structures; one context, or one structure that is
+// being loaded, belongs to one thread at a time.
+//
+// Errors: integer results are 0 or negative, pointer results are null on failure; nothing throws.
+// Messages go to standard error, one line each: "E: FILE(LINE) [FUNCTION]: ..." for errors,
+// "W: ..." for warnings.
+#ifndef J2S_J2S_H_
+#define J2S_J2S_H_
+
+#include <cjson/cJSON.h>
+
+#include <cstddef>
+#include <cstdint>
+
+// Type codes: j2s_obj::type. Any other code is no scalar: it reads as 0 and is never written.
+enum j2s_type : uint8_t {
+  J2S_TYPE_INT8 = 1,  // also for boolean members
+  J2S_TYPE_UINT8 = 2,
+  J2S_TYPE_INT16 = 3,
+  J2S_TYPE_UINT16 = 4,
+  J2S_TYPE_INT32 = 5,
+  J2S_TYPE_UINT32 = 6,
+  J2S_TYPE_INT64 = 7,
+  J2S_TYPE_UINT64 = 8,
+  J2S_TYPE_FLOAT = 9,
+  J2S_TYPE_DOUBLE = 10,
+  J2S_TYPE_STRING = 11,  // flags exactly ARRAY: char array; exactly POINTER: char*
+  J2S_TYPE_STRUCT = 12,  // a JSON object; struct_ref names its structure
+};
+
+// Flag bits: j2s_obj::flags. A member is an array when ARRAY is set and POINTER_TO_ARRAY is not.
+enum j2s_flag : uint8_t {
+  J2S_FLAG_ARRAY = 0x01,               // elem_count elements of elem_size bytes
+  J2S_FLAG_POINTER = 0x02,             // dynamic array counted by the member len_obj, or a char*
+  J2S_FLAG_ARRAY_OF_ARRAYS = 0x04,     // inner arrays of elem_size / base_elem_size elements
+  J2S_FLAG_POINTER_TO_POINTER = 0x08,  // one more pointer level behind the first
+  J2S_FLAG_POINTER_TO_ARRAY = 0x10,    // the pointer is followed before the array is walked
+};
+
+inline constexpr size_t kJ2sNameSize = 64;  // of every name, with its terminating 0
+
+// The table records and the context are packed, little-endian, with 8-byte pointers: the cache
+// file holds their bytes as they are.
+#pragma pack(push, 1)
+
+// One member of a structure.
+struct j2s_obj {
+  char name[kJ2sNameSize];  // the member's name and its JSON key
+  uint8_t type;             // j2s_type
+  uint8_t flags;            // j2s_flag bits
+  uint32_t offset;          // bytes from the start of the structure
+  uint32_t elem_size;       // bytes of one element of the outermost dimension
+  uint16_t elem_count;      // elements of the outermost dimension, 1 when no array
+  uint32_t base_elem_size;  // bytes of one innermost element: a scalar, a structure, a char
+  int16_t next_obj;         // index of the structure's next member, -1 after the last
+  int16_t struct_ref;       // type STRUCT: index of the structure, else -1
+  int16_t enum_ref;         // index of the enumeration whose names stand in JSON, -1 for none
+  int16_t len_obj;          // dynamic array: index of the sibling that counts it, else -1
+};
+static_assert(sizeof(j2s_obj) == 88);
+static_assert(offsetof(j2s_obj, type) == 64 && offsetof(j2s_obj, flags) == 65);
+static_assert(offsetof(j2s_obj, offset) == 66 && offsetof(j2s_obj, elem_size) == 70);
+static_assert(offsetof(j2s_obj, elem_count) == 74 && offsetof(j2s_obj, base_elem_size) == 76);
+static_assert(offsetof(j2s_obj, next_obj) == 80 && offsetof(j2s_obj, struct_ref) == 82);
+static_assert(offsetof(j2s_obj, enum_ref) == 84 && offsetof(j2s_obj, len_obj) == 86);
+
+struct j2s_struct {
+  char name[kJ2sNameSize];
+  int16_t first_obj;  // index of the first member, -1 for a structure without members
+};
+static_assert(sizeof(j2s_struct) == 66 && offsetof(j2s_struct, first_obj) == 64);
+
+struct j2s_enum {
+  char name[kJ2sNameSize];
+  int16_t first_value;  // index into the table of constants
+  int16_t value_count;
+};
+static_assert(sizeof(j2s_enum) == 68 && offsetof(j2s_enum, first_value) == 64);
+static_assert(offsetof(j2s_enum, value_count) == 66);
+
+struct j2s_enum_value {
+  char name[kJ2sNameSize];
+  int32_t value;
+};
+static_assert(sizeof(j2s_enum_value) == 68 && offsetof(j2s_enum_value, value) == 64);
+
+struct j2s_data_list;
+
+// A context. The caller owns the storage (usually on its stack) and zeroes it before j2s_init.
+struct j2s_ctx {
+  uint32_t magic;  // fingerprint of the compiled-in tables
+  int32_t obj_count;
+  j2s_obj* obj_table;
+  int32_t struct_count;
+  j2s_struct* struct_table;
+  int32_t enum_count;
+  j2s_enum* enum_table;
+  int32_t enum_value_count;
+  j2s_enum_value* enum_value_table;
+  int32_t desc_count;
+  const char** desc_table;   // descriptions by member index; an entry may be null
+  int32_t root_struct;       // the structure meant when a caller names none, -1 for none
+  uint8_t pretty_print;      // j2s_dump_struct: indented (not 0) or compact (0)
+  uint8_t emit_desc;         // not 0: a member's description goes before it, under "@NAME"
+  uint8_t emit_enums;        // not 0: j2s_dump_struct appends all enumerations under "@enum"
+  uint8_t owns_data;         // not 0: j2s_deinit frees every owned buffer
+  j2s_data_list* data_list;  // buffers of this context, null until the first is registered
+};
+static_assert(sizeof(j2s_ctx) == 80 && sizeof(void*) == 8);
+static_assert(offsetof(j2s_ctx, obj_count) == 4 && offsetof(j2s_ctx, obj_table) == 8);
+static_assert(offsetof(j2s_ctx, struct_count) == 16 && offsetof(j2s_ctx, struct_table) == 20);
+static_assert(offsetof(j2s_ctx, enum_count) == 28 && offsetof(j2s_ctx, enum_table) == 32);
+static_assert(offsetof(j2s_ctx, enum_value_count) == 40);
+static_assert(offsetof(j2s_ctx, enum_value_table) == 44);
+static_assert(offsetof(j2s_ctx, desc_count) == 52 && offsetof(j2s_ctx, desc_table) == 56);
+static_assert(offsetof(j2s_ctx, root_struct) == 64 && offsetof(j2s_ctx, pretty_print) == 68);
+static_assert(offsetof(j2s_ctx, emit_desc) == 69 && offsetof(j2s_ctx, emit_enums) == 70);
+static_assert(offsetof(j2s_ctx, owns_data) == 71 && offsetof(j2s_ctx, data_list) == 72);
+
+#pragma pack(pop)
+
+// The registry: every heap buffer that the mapping put into a structure, and the cache's buffer.
+struct j2s_data_entry {
+  void* ptr;      // null marks a free slot
+  uint8_t owned;  // 1: the context frees it
+};
+static_assert(sizeof(j2s_data_entry) == 16 && offsetof(j2s_data_entry, owned) == 8);
+
+struct j2s_data_list {
+  int32_t count;
+  j2s_data_entry* entries;  // `count` of them
+};
+static_assert(sizeof(j2s_data_list) == 16 && offsetof(j2s_data_list, entries) == 8);
+
+// --- Context -----------------------------------------------------------------------------------
+
+// Points `ctx` at the compiled-in tables, or at an equal copy in the cache file.
+//
+// The cache is the file that the environment variable J2S_CACHE names (at most 255 bytes, a longer
+// value aborts the process), else /var/cache/j2s-cache; J2S_NO_CACHE, set to anything, keeps the
+// library away from it. A cache is believed only when it is a regular file of this user and holds
+// the very tables that are compiled in; otherwise it is written anew. That any of this fails is
+// no error. With the tables come the flags: a cache brings its own three output flags, without a
+// cache they stay as the caller left them.
+void j2s_init(j2s_ctx* ctx);
+
+// Frees the registry and the buffers it owns. Pointers that conversions stored in structures
+// dangle afterwards, and so do data_list and (with a cache) the tables: j2s_init comes before any
+// further use of the context.
+void j2s_deinit(j2s_ctx* ctx);
+
+// --- Registry of buffers -----------------------------------------------------------------------
+
+// Returns a zeroed buffer of `size` bytes that the context owns, or null.
+void* j2s_alloc_data(j2s_ctx* ctx, size_t size);
+
+// Registers `ptr` in the first free slot, or in a new one; `owned`: the context frees it.
+// Returns 0, or -1 when the registry cannot grow; it is empty then and `ptr` stays the caller's.
+int j2s_add_data(j2s_ctx* ctx, void* ptr, bool owned);
+
+// Frees `ptr` and its slot. A buffer registered without ownership is only forgotten; an
+// unregistered one is freed.
+void j2s_release_data(j2s_ctx* ctx, void* ptr);
+
+// --- Structure to JSON -------------------------------------------------------------------------
+
+// Converts the structure of that name (null: the context's root) at `ptr`.
+// Returns an object that the caller deletes; null for an unknown name or a structure without
+// members. A member that cannot be converted is left out. A null `ptr` reads as zeros.
+cJSON* j2s_struct_to_json(j2s_ctx* ctx, const char* name, const void* ptr);
+
+// As j2s_struct_to_json, printed as the context's flags say. The caller frees the text with free.
+char* j2s_dump_struct(j2s_ctx* ctx, const char* name, const void* ptr);
+
+// Returns an object {enumeration: {constant: value}} that the caller deletes, or null when the
+// tables hold no enumeration.
+cJSON* j2s_enums_to_json(j2s_ctx* ctx);
+
+// The same for a structure's or a member's index. `ptr` is always the start of the structure that
+// holds the member, never the member itself.
+cJSON* _j2s_struct_to_json(j2s_ctx* ctx, int struct_index, const void* ptr);
+cJSON* _j2s_obj_to_json(j2s_ctx* ctx, int obj_index, const void* ptr);
+
+// Process-wide switch, off at start: while on, structures convert to a skeleton document without
+// being read: strings empty, numbers 0, dynamic arrays with one element.
+void _j2s_set_template(bool on);
+
+// --- JSON to structure -------------------------------------------------------------------------
+
+// Loads `json` into the structure of that name (null: the context's root) at `ptr`, which must
+// hold valid or zeroed members: a char* that is not null is freed and replaced.
+//
+// Tolerant by design: a member without JSON keeps its value, a key without member is ignored, an
+// array may be shorter than the member. A number is truncated toward zero and saturates (at 32
+// bits for the narrower types, which then keep the low bits: 300 in a uint8 is 44); what is no
+// number is 0, or NaN in a float. An array's sibling "@NAME_index" lists the slots to be written.
+// It is an error if a dynamic array can't be had.
+//
+// Strings are plain heap copies, the caller's to free; dynamic arrays belong to the context.
+// Returns 0, or negative at the first failure; what was loaded before it stays. `json` may lose
+// an index key that does not fit its member.
+int j2s_json_to_struct(j2s_ctx* ctx, cJSON* json, const char* name, void* ptr);
+
+// Loads one member: `item` is its JSON, `parent` the object that holds it, `ptr` the start of the
+// structure. With `query` the other way round: `item` is rewritten in place from the structure,
+// or replaced in `parent` if it is a dynamic array or has an index key (it lists the slots then).
+int _j2s_json_to_obj(j2s_ctx* ctx, cJSON* item, cJSON* parent, int obj_index, void* ptr,
+                     bool query);
+
+// Stores a number in a member of type 1 to 10, with the conversions of j2s_json_to_struct.
+void j2s_obj_set_value(j2s_ctx* ctx, int obj_index, void* ptr, double value);
+
+// --- Files -------------------------------------------------------------------------------------
+
+// Reads a whole regular file with one read. Returns a buffer of *size + 1 bytes, the last one 0,
+// that the caller frees with free; null after a message on standard error, *size untouched then.
+char* j2s_read_file(const char* path, size_t* size);
+
+// Replaces the file's content with `text` and syncs it. Returns the number of bytes written, or
+// -1 without a message; unless it could not be opened, the file is truncated then.
+int j2s_save_file(const char* path, const char* text);
+
+#endif  // J2S_J2S_H_
