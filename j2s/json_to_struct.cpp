@@ -1,0 +1,161 @@
+// JSON to structure: loading, and the entry to both modes.
+
+#include <cstring>
+
+#include "j2s/dynamic_arrays.h"
+#include "j2s/report.h"
+#include "j2s/saturate.h"
+#include "j2s/tables.h"
+#include "j2s/values.h"
+#include "j2s/walk.h"
+
+namespace j2s {
+namespace {
+
+constexpr const char* kFunction = "_j2s_json_to_obj";
+
+// Lists are walked along their links: to ask cJSON for the n-th element is to count from the first.
+cJSON* first_child(const cJSON* item) {
+  return item == nullptr ? nullptr : item->child;
+}
+
+void load_string(const Member& member, const cJSON* item, std::byte* structure) {
+  std::byte* address = address_of(structure, member);
+  if (address == nullptr) return;
+  const char* value = cJSON_GetStringValue(item);
+  const char* text = value == nullptr ? "" : value;
+  if (member.is_char_array()) {
+    // A text that fills the array leaves no terminator; readers of the array know its size.
+    std::strncpy(reinterpret_cast<char*>(address), text, member.elem_count);
+    return;
+  }
+  char* copy = strdup(text);
+  std::free(read_pointer<char>(structure, member));
+  std::memcpy(address, &copy, sizeof copy);
+}
+
+int load_array(j2s_ctx& ctx, const Member& array, cJSON* item, cJSON* parent,
+               std::byte* structure) {
+  Member element = first_element(array);
+  cJSON* child = first_child(item);
+  int result = 0;
+  for (size_t i = 0; i < array.elem_count && child != nullptr && result >= 0; ++i) {
+    result = load_member(ctx, element, child, parent, structure);
+    element.offset += array.elem_size;
+    child = child->next;
+  }
+  return result;
+}
+
+// The n-th element of `item` goes to the slot that the n-th item of `index` names.
+int load_indexed_array(j2s_ctx& ctx, const Member& array, const cJSON* index, cJSON* item,
+                       cJSON* parent, std::byte* structure) {
+  Member element = first_element(array);
+  cJSON* child = first_child(item);
+  int result = 0;
+  for (const cJSON* slot = index->child; slot != nullptr && child != nullptr && result >= 0;
+       slot = slot->next, child = child->next) {
+    if (!select_slot(ctx, array, slot, element)) continue;
+    result = load_member(ctx, element, child, parent, structure);
+  }
+  return result;
+}
+
+// The length that the JSON wants the array to have: what it says, else what it shows.
+int wanted_length(const j2s_ctx& ctx, const Member& pointer, const cJSON* item, const cJSON* parent,
+                  int current) {
+  const char* length_name = ctx.obj_table[pointer.len_obj].name;
+  const cJSON* length = cJSON_GetObjectItemCaseSensitive(parent, length_name);
+  if (length != nullptr) return saturate<int32_t>(cJSON_GetNumberValue(length));
+  report_warning(kFunction, "missing len in json for dynamic array '%s'", pointer.name());
+  const IndexKey key(pointer);
+  const bool partial = cJSON_GetObjectItemCaseSensitive(parent, key.text()) != nullptr;
+  return partial ? current : cJSON_GetArraySize(item);
+}
+
+int load_dynamic_array(j2s_ctx& ctx, const Member& pointer, cJSON* item, cJSON* parent,
+                       std::byte* structure) {
+  if (find_obj(ctx, pointer.len_obj) == nullptr) {
+    report_missing_length(kFunction, pointer);
+    return -1;
+  }
+  const int current = read_length(ctx, structure, pointer);
+  const int length = wanted_length(ctx, pointer, item, parent, current);
+  if (length != current) resize_dynamic_arrays(ctx, pointer.len_obj, structure, length);
+  if (length == 0) return 0;
+  auto* target = read_pointer<std::byte>(structure, pointer);
+  if (target == nullptr || length < 0 || length > kLongestArray) {
+    report_null_pointer(kFunction, pointer);
+    return -1;
+  }
+  return load_member(ctx, pointed_to_array(pointer, length), item, parent, target);
+}
+
+// Members of the structure that `json` holds, in the order of the tables.
+int load_struct(j2s_ctx& ctx, int struct_index, cJSON* json, std::byte* structure) {
+  int result = 0;
+  for (const int index : MemberChain(ctx, struct_index)) {
+    const Member member(ctx, index);
+    cJSON* item = cJSON_GetObjectItemCaseSensitive(json, member.name());
+    if (item == nullptr) continue;
+    result = load_member(ctx, member, item, json, structure);
+    if (result < 0) break;
+  }
+  return result;
+}
+
+int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte* structure) {
+  double value = -1;  // of an enumeration member whose item is no name
+  if (member.record->enum_ref < 0) {
+    value = cJSON_GetNumberValue(item);
+  } else if (const char* name = cJSON_GetStringValue(item); name != nullptr) {
+    value = enum_value(ctx, member, name);
+  }
+  const bool counts_elements = member.record->flags == 0 && is_length_member(ctx, member.index);
+  if (!counts_elements) {
+    store_number(structure, member, value);
+  } else if (const auto length = saturate<int32_t>(value);
+             length != saturate<int32_t>(read_number(structure, member))) {
+    resize_dynamic_arrays(ctx, member.index, structure, length);
+  }
+  return 0;
+}
+
+}  // namespace
+
+int load_member(j2s_ctx& ctx, const Member& member, cJSON* item, cJSON* parent,
+                std::byte* structure) {
+  if (member.is_char_array() || member.is_char_pointer()) {
+    load_string(member, item, structure);
+    return 0;
+  }
+  if (member.is_array()) {
+    const cJSON* index = find_index(member, parent);
+    return index == nullptr ? load_array(ctx, member, item, parent, structure)
+                            : load_indexed_array(ctx, member, index, item, parent, structure);
+  }
+  if (member.is_pointer()) return load_dynamic_array(ctx, member, item, parent, structure);
+  if (member.is_struct()) {
+    const int struct_index = member.record->struct_ref;
+    if (struct_index < 0) return -1;
+    return load_struct(ctx, struct_index, item, address_of(structure, member));
+  }
+  return load_scalar(ctx, member, item, structure);
+}
+
+}  // namespace j2s
+
+int _j2s_json_to_obj(j2s_ctx* ctx, cJSON* item, cJSON* parent, int obj_index, void* ptr,
+                     bool query) {
+  if (j2s::find_obj(*ctx, obj_index) == nullptr) return -1;
+  const j2s::Member member(*ctx, obj_index);
+  auto* structure = static_cast<std::byte*>(ptr);
+  return query ? j2s::query_member(*ctx, member, item, parent, structure)
+               : j2s::load_member(*ctx, member, item, parent, structure);
+}
+
+int j2s_json_to_struct(j2s_ctx* ctx, cJSON* json, const char* name, void* ptr) {
+  const int struct_index = j2s::find_struct(*ctx, name);
+  if (struct_index < 0) return -1;
+  return j2s::load_struct(*ctx, struct_index, json, static_cast<std::byte*>(ptr));
+}
