@@ -186,7 +186,7 @@ pq_sharp_info default_sharp() {
     };
     sharp.coring_ctrl_ratio[band] = step(1536, -128);
     sharp.coring_ctrl_zero[band] = step(4, 2);
-    sharp.coring_ctrl_thrd[band] = step(41, 5);
+    sharp.coring_ctrl_thrd[band] = step(51, 4);
     sharp.gain_ctrl_pos[band] = step(1600, 64);
     sharp.limit_ctrl_pos0[band] = step(64, 4);
     sharp.limit_ctrl_pos1[band] = step(128, 8);

@@ -122,16 +122,17 @@ void end_the_rest() {
   } while (::waitpid(-1, nullptr, 0) > 0 || errno == EINTR);
 }
 
-// Companions may end by themselves before they are ended.
-void end_companions(const std::map<pid_t, std::string>& companions) {
+// Companions may end in order, within a second.
+void end_companions(std::map<pid_t, std::string> companions) {
   for (const auto& [process, program] : companions)
     ::kill(process, SIGTERM);
-  constexpr timespec kStep{0, 10'000'000};
-  for (int step = 0; step < 100; ++step) {
-    while (::waitpid(-1, nullptr, WNOHANG) > 0)
-      continue;
-    if (::waitpid(-1, nullptr, WNOHANG) < 0) return;
-    ::nanosleep(&kStep, nullptr);
+  constexpr timespec kStep{0, 5'000'000};
+  for (int step = 0; step < 200 && !companions.empty(); ++step) {
+    for (pid_t child = 0; (child = ::waitpid(-1, nullptr, WNOHANG)) != 0;) {
+      if (child < 0) return;
+      companions.erase(child);
+    }
+    if (!companions.empty()) ::nanosleep(&kStep, nullptr);
   }
 }
 

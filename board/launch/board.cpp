@@ -126,7 +126,8 @@ pid_t Board::daemon_pid() const {
 }
 
 bool Board::wait_until_listening(uint16_t port, Milliseconds timeout) {
-  wait_until(timeout, [&] { return listening(port) || session_->wait(Milliseconds(0)); });
+  const auto over = [&] { return !session_ || session_->wait(Milliseconds(0)); };
+  wait_until(timeout, [&] { return listening(port) || over(); });
   return listening(port);
 }
 
@@ -215,6 +216,8 @@ std::map<std::string, std::string> Board::daemon_environment() const {
 
   auto libraries = options_.libraries;
   libraries.push_back(library_folder());
+  const auto engine = engine_folder(description_.engine);
+  if (!engine.empty()) libraries.push_back(engine);
   environment["LD_LIBRARY_PATH"] = joined(libraries, ':');
   auto preloaded = preload_libraries();
   if (isolation_ == Isolation::kPreload) {

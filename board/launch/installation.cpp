@@ -33,6 +33,17 @@ fs::path path_mapping_library() {
   return library_folder() / "libboardpaths.so";
 }
 
+fs::path engine_folder(Engine engine) {
+  switch (engine) {
+    case Engine::kMissing:
+      return {};
+    case Engine::kWithoutGet:
+      return kBuildFolder / "board/lib-without-get";
+    default:
+      return kBuildFolder / "board/lib-engine";
+  }
+}
+
 std::vector<fs::path> companion_programs() {
   std::vector<fs::path> programs;
   for (const auto name : kCompanions) {

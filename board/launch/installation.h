@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "description/description.h"
+
 namespace board {
 
 std::filesystem::path build_folder();
@@ -15,6 +17,10 @@ std::filesystem::path daemon_program();
 
 // Programs that run as long as the board does, beside the daemon. The ones that this build has.
 std::vector<std::filesystem::path> companion_programs();
+
+// The folder that holds the board's 3D LUT engine, apart from the other libraries so that a board
+// can do without. Empty when it does.
+std::filesystem::path engine_folder(Engine engine);
 
 // Libraries that every program of the board is started with, in this order.
 std::vector<std::filesystem::path> preload_libraries();

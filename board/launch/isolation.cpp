@@ -11,13 +11,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// An own user namespace even for root: so the daemon has the same rights whoever starts it, and may
-// neither make device nodes nor override file modes. An own process namespace: when its first
-// process ends, the kernel ends all others.
+// An own user namespace even for root: so the daemon has the same rights whoever starts it, those
+// of the board's system user (1000), and may neither make device nodes nor override file modes. An
+// own process namespace: when its first process ends, the kernel ends all others.
 const std::vector<std::string> kBubblewrap = {"bwrap",          "--die-with-parent",
-                                              "--unshare-user", "--unshare-pid",
+                                              "--unshare-user", "--uid",
+                                              "1000",           "--gid",
+                                              "1000",           "--unshare-pid",
                                               "--unshare-ipc",  "--as-pid-1",
-                                              "--cap-drop",     "ALL",
                                               "--proc",         "/proc",
                                               "--dev",          "/dev",
                                               "--tmpfs",        "/tmp"};
