@@ -57,14 +57,17 @@ void send_status(int socket, board::StatusKind kind, int value) {
 sigset_t handled_signals() {
   sigset_t set;
   sigemptyset(&set);
-  for (const int signal : {SIGCHLD, SIGINT, SIGQUIT, SIGTERM, SIGHUP})
+  for (const int signal : {SIGCHLD, SIGINT, SIGQUIT, SIGTERM, SIGHUP, board::kEndNow}) {
     sigaddset(&set, signal);
+  }
   return set;
 }
 
-// Whatever happens to this process, its children go with it.
-void die_with_parent() {
-  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+// When the launcher is killed, nothing it started may stay. As the first process of a namespace
+// this one is killed (bubblewrap arranged that) and the kernel ends the rest; elsewhere it has to
+// do so.
+void end_with_launcher() {
+  if (::getpid() != 1) ::prctl(PR_SET_PDEATHSIG, board::kEndNow);
 }
 
 // status_socket: -1 for a companion. Returns the process id.
@@ -76,7 +79,7 @@ pid_t start(const std::vector<std::string>& program, const Command& command, int
 
   const pid_t child = ::fork();
   if (child != 0) return child;
-  die_with_parent();
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   const sigset_t signals = handled_signals();
   ::sigprocmask(SIG_UNBLOCK, &signals, nullptr);
   for (const auto& setting : command.environment)
@@ -107,7 +110,8 @@ int wait_for_daemon(pid_t daemon, const std::map<pid_t, std::string>& companions
       if (companion != companions.end()) report_lost_companion(companion->second, status);
     }
     const int signal = ::sigwaitinfo(&signals, nullptr);
-    if (signal > 0 && signal != SIGCHLD) ::kill(daemon, signal);
+    if (signal <= 0 || signal == SIGCHLD) continue;
+    ::kill(daemon, signal == board::kEndNow ? SIGKILL : signal);
   }
 }
 
@@ -146,7 +150,7 @@ int main(int argc, char** argv) {
   }
   const sigset_t signals = handled_signals();
   ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-  die_with_parent();
+  end_with_launcher();
   ::prctl(PR_SET_CHILD_SUBREAPER, 1);
   send_status(command.status_socket, board::StatusKind::kUp, 0);
 

@@ -4,9 +4,13 @@
 #ifndef BOARD_INIT_STATUS_H_
 #define BOARD_INIT_STATUS_H_
 
+#include <csignal>
 #include <cstdint>
 
 namespace board {
+
+// Sent to board_init: end everything at once.
+inline constexpr int kEndNow = SIGUSR1;
 
 enum class StatusKind : uint32_t {
   kUp,       // sent by board_init itself, first

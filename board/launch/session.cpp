@@ -19,6 +19,7 @@ namespace {
 constexpr int kStatusDescriptor = 3;
 
 constexpr std::chrono::seconds kStartTimeout{20};
+constexpr std::chrono::seconds kEndTimeout{5};
 
 struct Received {
   StatusMessage message;
@@ -150,9 +151,15 @@ pid_t Session::await(StatusKind kind) {
   return received->sender;
 }
 
-// board_init goes first: where it has a process namespace, the kernel ends all others before
-// bubblewrap, which waits for it, can end. So nothing is left running after reap().
+// In order first: board_init knows what it started. If it does not answer it is killed itself;
+// where it has a process namespace, the kernel ends all others before bubblewrap, which waits for
+// it, can end.
 void Session::kill_all() {
+  if (init_ > 0) ::kill(init_, kEndNow);
+  while (init_ > 0 && readable(status_socket_, kEndTimeout)) {
+    const auto received = receive(status_socket_);
+    if (!received || received->message.kind == StatusKind::kEnded) break;
+  }
   ::kill(init_ > 0 ? init_ : first_process_, SIGKILL);
   reap();
 }

@@ -10,7 +10,6 @@
 #include <fstream>
 #include <memory>
 #include <stdexcept>
-#include <thread>
 
 #include "support/board_test.h"
 #include "support/temporary_folder.h"
@@ -19,15 +18,6 @@ namespace board {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Without a process namespace the kernel may take a moment to end a killed board's processes.
-bool ends(pid_t process) {
-  for (int i = 0; i < 200; ++i) {
-    if (::kill(process, 0) != 0) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return false;
-}
 
 BoardOptions stand_in(std::vector<std::string> steps, BoardOptions options = {}) {
   options.daemon = STAND_IN_DAEMON;
@@ -137,14 +127,21 @@ TEST_P(Launch, EndsWhatTheDaemonLeaves) {
 }
 
 TEST_P(Launch, LeavesNothingBehindWhenABoardIsGivenUp) {
-  auto board = std::make_unique<Board>("tv", steps({"wait"}));
-  board->start();
-  ASSERT_TRUE(board->wait_for_log("standin: waits"));
-  const fs::path state = board->state();
-  const pid_t daemon = board->daemon_pid();
-  board.reset();
+  TemporaryFolder folder;
+  BoardOptions options;
+  options.state = folder.path();
+  auto kept = std::make_unique<Board>("tv", steps({"leave-child", "/data/held", "wait"}, options));
+  kept->start();
+  ASSERT_TRUE(kept->wait_for_log("standin: waits"));
+  kept.reset();
+  EXPECT_FALSE(locked(folder.path() / "data/held"));
+
+  auto temporary = std::make_unique<Board>("tv", steps({"wait"}));
+  const fs::path state = temporary->state();
+  temporary->start();
+  EXPECT_TRUE(fs::exists(state));
+  temporary.reset();
   EXPECT_FALSE(fs::exists(state));
-  EXPECT_TRUE(ends(daemon));
 }
 
 TEST_P(Launch, RunsCompanionsAsLongAsTheDaemon) {
