@@ -6,9 +6,13 @@ target_compile_options(project_hardening INTERFACE -fstack-protector-strong
                        -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 target_link_options(project_hardening INTERFACE -Wl,-z,relro,-z,now)
 if(PQ_SANITIZE)
-  target_compile_options(project_hardening INTERFACE -fsanitize=${PQ_SANITIZE}
-                         -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(project_hardening INTERFACE -fsanitize=${PQ_SANITIZE})
+  # PQ_PRELOADED marks libraries that are loaded before all others, also into programs that know no
+  # sanitizer: such a library must neither call the run-time library nor bring it along.
+  set(sanitized $<NOT:$<BOOL:$<TARGET_PROPERTY:PQ_PRELOADED>>>)
+  target_compile_options(project_hardening INTERFACE
+                         $<${sanitized}:-fsanitize=${PQ_SANITIZE}>
+                         $<${sanitized}:-fno-sanitize-recover=all> -fno-omit-frame-pointer)
+  target_link_options(project_hardening INTERFACE $<${sanitized}:-fsanitize=${PQ_SANITIZE}>)
 else()
   target_compile_options(project_hardening INTERFACE $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
                          $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)

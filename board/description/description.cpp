@@ -1,6 +1,5 @@
 #include "description/description.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -155,8 +154,10 @@ void read_faults(Reader& board, Faults& faults) {
   reader.read_named("open", faults.open_errno, kErrnoNames);
   reader.read("no_device", faults.no_device);
   reader.read("not_master", faults.not_master);
+  reader.read("bus_id", faults.bus_id);
   reader.read_named("gamma", faults.gamma_errno, kErrnoNames);
   reader.read_named("commit", faults.commit_errno, kErrnoNames);
+  reader.read("pace_commits", faults.pace_commits);
   reader.refuse_unknown_keys();
 }
 
@@ -194,9 +195,11 @@ Description read_description(const std::filesystem::path& file) {
   return description;
 }
 
-std::filesystem::path board_folder() {
-  const char* folder = std::getenv("BOARD_DIR");
-  return folder != nullptr ? folder : "/board";
+std::string connector_name(uint32_t type, uint32_t type_id) {
+  const std::string type_name = type < std::size(kConnectorTypes)
+                                    ? std::string(kConnectorTypes[type])
+                                    : "type" + std::to_string(type);
+  return type_name + "-" + std::to_string(type_id);
 }
 
 }  // namespace board

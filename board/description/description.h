@@ -29,8 +29,10 @@ struct Faults {
   int open_errno = 0;       // opening the display device
   bool no_device = false;   // there is no display device at all
   bool not_master = false;  // another program is DRM master: writes answer EACCES
+  bool bus_id = false;      // that program has set a bus id: opening by name passes the device over
   int gamma_errno = 0;      // setting GAMMA_LUT
   int commit_errno = 0;     // every atomic commit
+  bool pace_commits = false;  // two nonblocking commits within one frame: the second answers EBUSY
 
   bool operator==(const Faults&) const = default;
 };
@@ -64,6 +66,9 @@ struct Description {
 // there: a board that is described wrongly must not start.
 Description read_description(const std::filesystem::path& file);
 
+// The name users give a connector: its type's name, "-", its type id, as in HDMI-A-1. Types that
+// have no name there are called by their code, as in type20-1.
+std::string connector_name(uint32_t type, uint32_t type_id);
 // The text of a file that read_description() reads back alike, every key written out.
 std::string to_json(const Description& description);
 

@@ -75,8 +75,10 @@ void add_faults(cJSON* root, const Faults& faults) {
   add_named(object, "open", faults.open_errno, kErrnoNames);
   add(object, "no_device", faults.no_device);
   add(object, "not_master", faults.not_master);
+  add(object, "bus_id", faults.bus_id);
   add_named(object, "gamma", faults.gamma_errno, kErrnoNames);
   add_named(object, "commit", faults.commit_errno, kErrnoNames);
+  add(object, "pace_commits", faults.pace_commits);
 }
 
 }  // namespace
