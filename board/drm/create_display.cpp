@@ -1,6 +1,6 @@
 #include <drm.h>
 #include <drm_mode.h>
-#include <fcntl.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -8,7 +8,6 @@
 #include <system_error>
 
 #include "drm/display_state.h"
-#include "drm/file_descriptor.h"
 #include "drm/properties.h"
 #include "drm/state_file.h"
 
@@ -152,14 +151,13 @@ DeviceState power_on(const Description& description) {
 void create_display(const std::filesystem::path& board_folder, const Description& description) {
   const std::filesystem::path node = drm::node(board_folder);
   std::filesystem::create_directories(node.parent_path());
+  drm::write_image(board_folder, drm::encode(power_on(description)));
   if (description.faults.no_device) {
     std::filesystem::remove(node);
-  } else {
-    // Kept when it is there: a running program may have it bound into its own root.
-    const drm::FileDescriptor file(::open(node.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
-    if (file.get() < 0) throw std::system_error(errno, std::generic_category(), node.string());
+  } else if (::mknod(node.c_str(), S_IFREG | 0666, 0) != 0 && errno != EEXIST) {
+    // One that is there is kept: a running program may have it bound into its own root.
+    throw std::system_error(errno, std::generic_category(), node.string());
   }
-  drm::write_image(board_folder, drm::encode(power_on(description)));
 }
 
 std::filesystem::path display_node_folder(const std::filesystem::path& board_folder) {

@@ -1,0 +1,180 @@
+// Gamma tables and picture controls: what reaches the display, and what is refused.
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+#include "board_drm/device.h"
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// The panel of a board, opened by a client that may commit.
+class Picture : public DisplayDevice {
+ protected:
+  struct Client : Device {
+    Client() { drmSetClientCap(descriptor, DRM_CLIENT_CAP_ATOMIC, 1); }
+    uint32_t crtc = crtc_id(0);
+    uint32_t panel = connector(0)->connector_id;
+  };
+  static board::DisplayConnector shown() { return state().connectors.at(0); }
+};
+
+TEST_F(Picture, ATableIsShownAfterItsBlobWasDestroyed) {
+  const Client client;
+  EXPECT_EQ(0, client.load_gamma(client.crtc, 1024, 7));
+  const board::GammaTable& gamma = shown().gamma;
+  ASSERT_EQ(1024U, gamma.blue.size());
+  EXPECT_EQ(7, gamma.red.front());
+  EXPECT_EQ(7 + 1023, gamma.blue.back());
+  const auto id = client.property(client.crtc, DRM_MODE_OBJECT_CRTC, "GAMMA_LUT");
+  const BlobPtr blob(drmModeGetPropertyBlob(client.descriptor, static_cast<uint32_t>(id)));
+  ASSERT_NE(nullptr, blob);
+  EXPECT_EQ(1024 * sizeof(drm_color_lut), blob->length);
+}
+
+TEST_F(Picture, ATableThatIsReplacedIsFreed) {
+  const Client client;
+  const size_t before = state().blobs;
+  for (uint16_t value = 0; value < 5; ++value)
+    client.load_gamma(client.crtc, 1024, value);
+  EXPECT_EQ(before + 1, state().blobs);
+  EXPECT_EQ(0, client.set_gamma(client.crtc, 0));
+  EXPECT_EQ(before, state().blobs);
+  EXPECT_TRUE(shown().gamma.red.empty());
+}
+
+TEST_F(Picture, ATableNeedsNoCapabilityAndNoActiveCrtc) {
+  const Device plain;
+  const uint32_t crtc = plain.crtc_id(0);
+  const uint32_t panel = plain.connector(0)->connector_id;
+  const uint32_t dpms = plain.property_id(panel, DRM_MODE_OBJECT_CONNECTOR, "DPMS");
+  EXPECT_EQ(0, drmModeConnectorSetProperty(plain.descriptor, panel, dpms, DRM_MODE_DPMS_OFF));
+  EXPECT_FALSE(shown().active);
+  EXPECT_EQ(0, plain.load_gamma(crtc, 1024));
+}
+
+TEST_F(Picture, ARefusedPropertyLeavesTheDisplayAsItWas) {
+  const Client client;
+  const int fd = client.descriptor;
+  const uint32_t crtc = client.crtc;
+  const uint32_t gamma = client.property_id(crtc, DRM_MODE_OBJECT_CRTC, "GAMMA_LUT");
+  const uint32_t size = client.property_id(crtc, DRM_MODE_OBJECT_CRTC, "GAMMA_LUT_SIZE");
+  const uint32_t blob = client.gamma_blob(1024);
+  const uint32_t small = client.gamma_blob(1023);
+  const uint32_t encoder = client.connector(0)->encoders[0];
+  const std::string before = description();
+  const auto set = [&](uint32_t object, uint32_t type, uint32_t property, uint64_t value) {
+    return drmModeObjectSetProperty(fd, object, type, property, value);
+  };
+  EXPECT_EQ(-EINVAL, set(crtc, DRM_MODE_OBJECT_CRTC, gamma, small));
+  EXPECT_EQ(-EINVAL, set(crtc, DRM_MODE_OBJECT_CRTC, gamma, 999));
+  EXPECT_EQ(-EINVAL, set(crtc, DRM_MODE_OBJECT_CRTC, gamma, blob + (uint64_t{1} << 32)));
+  EXPECT_EQ(-EINVAL, set(crtc, DRM_MODE_OBJECT_CRTC, size, 256)) << "immutable";
+  EXPECT_EQ(-EINVAL, set(client.panel, DRM_MODE_OBJECT_CONNECTOR, gamma, blob)) << "not its own";
+  EXPECT_EQ(-EINVAL, set(encoder, DRM_MODE_OBJECT_ENCODER, gamma, blob)) << "has none";
+  EXPECT_EQ(-ENOENT, set(crtc, DRM_MODE_OBJECT_CONNECTOR, gamma, blob)) << "wrong type";
+  EXPECT_EQ(-ENOENT, set(0, DRM_MODE_OBJECT_CRTC, gamma, blob));
+  EXPECT_EQ(before, description());
+  EXPECT_EQ(0, set(crtc, DRM_MODE_OBJECT_CRTC, gamma, blob));
+}
+
+TEST_F(Picture, ACommitSetsAllControlsAtOnce) {
+  const Client client;
+  const std::vector<Device::Item> items = {
+      {"brightness", 0}, {"contrast", 100}, {"saturation", 25}, {"hue", 75}};
+  EXPECT_EQ(0, client.commit(client.panel, items, DRM_MODE_ATOMIC_TEST_ONLY));
+  EXPECT_EQ(50U, shown().controls->contrast);
+  EXPECT_EQ(0, client.commit(client.panel, items));
+  const board::PictureControls controls = *shown().controls;
+  EXPECT_EQ(0U, controls.brightness);
+  EXPECT_EQ(100U, controls.contrast);
+  EXPECT_EQ(25U, controls.saturation);
+  EXPECT_EQ(75U, controls.hue);
+  EXPECT_EQ(1U, state().commits);
+}
+
+TEST_F(Picture, ARefusedCommitChangesNothingAtAll) {
+  const Client client;
+  const uint32_t flags = DRM_MODE_ATOMIC_NONBLOCK;
+  const auto commit = [&](const char* property, uint64_t value, uint32_t how) {
+    return client.commit(client.panel, {{"brightness", 10}, {property, value}}, how);
+  };
+  const std::string before = description();
+  EXPECT_EQ(-EINVAL, commit("hue", 101, flags));
+  EXPECT_EQ(-EINVAL, commit("hue", UINT64_MAX, flags));
+  EXPECT_EQ(-EINVAL, commit("hue", 10, flags | 0x8000));
+  EXPECT_EQ(-EINVAL, commit("hue", 10, flags | DRM_MODE_PAGE_FLIP_EVENT));
+  EXPECT_EQ(-EINVAL, commit("DPMS", DRM_MODE_DPMS_OFF, flags));
+  EXPECT_EQ(-EINVAL, commit("CRTC_ID", 0, flags)) << "a change of mode that is not allowed for";
+  EXPECT_EQ(-EINVAL, commit("CRTC_ID", 0, DRM_MODE_ATOMIC_ALLOW_MODESET)) << "a mode to nowhere";
+  const AtomicRequest request(drmModeAtomicAlloc());
+  drmModeAtomicAddProperty(request.get(), client.panel, 999, 1);
+  EXPECT_EQ(-ENOENT, drmModeAtomicCommit(client.descriptor, request.get(), flags, nullptr));
+  const Device plain(::dup(Device().descriptor));
+  EXPECT_EQ(before, description());
+}
+
+TEST_F(Picture, ACommitNeedsTheAtomicCapability) {
+  const Device plain;
+  EXPECT_EQ(-EINVAL, plain.commit(plain.connector(0)->connector_id, {{"hue", 10}}));
+}
+
+TEST_F(Picture, ADarkConnectorTakesControlsAndHasNoTable) {
+  boot([](auto& board) { board.connectors = {{.lit = false}}; });
+  const Client client;
+  EXPECT_EQ(0, client.commit(client.panel, {{"hue", 10}}));
+  EXPECT_EQ(10U, shown().controls->hue);
+  EXPECT_EQ(0U, client.crtc);
+}
+
+TEST_F(Picture, AConnectorMayLackTheControls) {
+  boot([](auto& board) { board.connectors = {{.picture_controls = false}}; });
+  const Client client;
+  EXPECT_EQ(0U, client.property_id(client.panel, DRM_MODE_OBJECT_CONNECTOR, "brightness"));
+  EXPECT_FALSE(shown().controls.has_value());
+}
+
+TEST_F(Picture, WithAnotherMasterReadingWorksAndWritingDoesNot) {
+  boot([](auto& board) { board.faults.not_master = true; });
+  const Client client;
+  EXPECT_EQ(50U, client.property(client.panel, DRM_MODE_OBJECT_CONNECTOR, "hue"));
+  EXPECT_EQ(-EACCES, client.load_gamma(client.crtc, 1024));
+  EXPECT_EQ(-EACCES, client.commit(client.panel, {{"hue", 10}}));
+  EXPECT_EQ(0U, state().commits + state().property_writes);
+}
+
+TEST_F(Picture, FaultSwitchesAnswerTheirErrnoAndChangeNothing) {
+  boot([](auto& board) {
+    board.faults.gamma_errno = EIO;
+    board.faults.commit_errno = EBUSY;
+  });
+  const Client client;
+  const std::string before = description();
+  EXPECT_EQ(-EIO, client.load_gamma(client.crtc, 1024));
+  EXPECT_EQ(-EBUSY, client.commit(client.panel, {{"hue", 10}}));
+  EXPECT_EQ(-EINVAL, client.commit(client.panel, {{"hue", 101}})) << "checked before the fault";
+  EXPECT_EQ(before, description());
+}
+
+TEST_F(Picture, APacedDriverTakesOneNonblockingCommitAFrame) {
+  boot([](auto& board) { board.faults.pace_commits = true; });
+  const Client client;
+  EXPECT_EQ(0, client.load_gamma(client.crtc, 1024));
+  EXPECT_EQ(0, client.commit(client.panel, {{"hue", 10}})) << "a table takes no frame";
+  EXPECT_EQ(-EBUSY, client.commit(client.panel, {{"hue", 20}}));
+  std::this_thread::sleep_for(milliseconds(17));
+  EXPECT_EQ(0, client.commit(client.panel, {{"hue", 30}}));
+  EXPECT_EQ(30U, shown().controls->hue);
+}
+
+TEST_F(Picture, TheDescriptionTellsWhatIsShown) {
+  const Client client;
+  client.load_gamma(client.crtc, 1024, 7);
+  client.commit(client.panel, {{"hue", 10}});
+  EXPECT_NE(std::string::npos, description().find("1024 entries, first..middle..last:  red 7.."));
+  EXPECT_NE(std::string::npos, description().find("saturation 50  hue 10"));
+  EXPECT_NE(std::string::npos, description().find("1 atomic commits, 1 property writes"));
+}
+
+}  // namespace

@@ -1,0 +1,133 @@
+// Several open files, threads and processes at one device.
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <thread>
+
+#include "board_drm/device.h"
+#include "drm/state_file.h"
+
+namespace {
+
+class Sharing : public DisplayDevice {};
+
+TEST_F(Sharing, WhoeverOpensWhileNobodyIsMasterBecomesIt) {
+  Device first;
+  const Device second;
+  EXPECT_EQ(-EACCES, second.load_gamma(second.crtc_id(0), 1024));
+  EXPECT_EQ(0, first.load_gamma(first.crtc_id(0), 1024));
+  first.close();
+  EXPECT_EQ(-EACCES, second.load_gamma(second.crtc_id(0), 1024)) << "not by itself";
+  const Device third;
+  EXPECT_EQ(0, third.load_gamma(third.crtc_id(0), 1024));
+}
+
+TEST_F(Sharing, AMasterMayStepBackAndReturn) {
+  const Device first;
+  EXPECT_EQ(0, drmDropMaster(first.descriptor));
+  EXPECT_NE(0, drmDropMaster(first.descriptor));
+  EXPECT_EQ(EINVAL, errno);
+  {
+    const Device second;
+    EXPECT_NE(0, drmSetMaster(first.descriptor));
+    EXPECT_EQ(EBUSY, errno);
+  }
+  EXPECT_EQ(0, drmSetMaster(first.descriptor));
+  EXPECT_EQ(0, first.load_gamma(first.crtc_id(0), 1024));
+}
+
+TEST_F(Sharing, ABlobBelongsToItsCreatorAndGoesWithIt) {
+  const Device keeper;
+  uint32_t blob = 0;
+  {
+    const Device creator;
+    blob = creator.gamma_blob(16);
+    EXPECT_TRUE(keeper.has_blob(blob)) << "others may read it";
+    EXPECT_EQ(-EPERM, drmModeDestroyPropertyBlob(keeper.descriptor, blob));
+  }
+  EXPECT_FALSE(keeper.has_blob(blob));
+  EXPECT_EQ(-ENOENT, drmModeDestroyPropertyBlob(keeper.descriptor, blob));
+  EXPECT_EQ(blob, keeper.gamma_blob(16)) << "ids come back";
+}
+
+TEST_F(Sharing, ADuplicateKeepsTheFileOpen) {
+  const Device observer;
+  Device first;
+  const uint32_t blob = first.gamma_blob(16);
+  const Device duplicate(::dup(first.descriptor));
+  first.close();
+  EXPECT_TRUE(observer.has_blob(blob));
+  EXPECT_EQ(0, drmModeDestroyPropertyBlob(duplicate.descriptor, blob));
+}
+
+TEST_F(Sharing, AReaderIsAFileOfItsOwn) {
+  const Device reader(::open("/dev/dri/card0", O_RDONLY | O_CLOEXEC));
+  const Device another(::open("/dev/dri/card0", O_RDONLY | O_CLOEXEC));
+  const uint32_t blob = reader.gamma_blob(16);
+  EXPECT_EQ(-EPERM, drmModeDestroyPropertyBlob(another.descriptor, blob));
+  EXPECT_EQ(0, drmModeDestroyPropertyBlob(reader.descriptor, blob));
+}
+
+TEST_F(Sharing, TheDisplayKeepsItsStateWhenNobodyHasItOpen) {
+  {
+    const Device device;
+    device.load_gamma(device.crtc_id(0), 1024, 9);
+  }
+  EXPECT_EQ(9, state().connectors[0].gamma.green.front());
+}
+
+TEST_F(Sharing, ThreadsDontDisturbEachOther) {
+  constexpr int kRounds = 20;
+  const Device master;
+  const uint32_t crtc = master.crtc_id(0);
+  std::vector<std::thread> threads;
+  for (uint16_t t = 0; t < 4; ++t) {
+    threads.emplace_back([&, t] {
+      for (int i = 0; i < kRounds; ++i) {
+        EXPECT_EQ(0, master.load_gamma(crtc, 1024, static_cast<uint16_t>(1000 * t)));
+        EXPECT_GE(Device().descriptor, 0);
+      }
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+  EXPECT_EQ(4U * kRounds, state().property_writes);
+  EXPECT_EQ(2U, state().blobs) << "the mode and the last table";
+}
+
+// Killed in the middle of whatever it does: what it held is given back, and what it wrote is whole.
+TEST_F(Sharing, AKilledClientLeavesAWorkingDevice) {
+  for (int round = 0; round < 20; ++round) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      const Device device;
+      for (uint16_t value = 0;; ++value) {
+        device.load_gamma(device.crtc_id(0), 1024, value);
+        device.gamma_blob(16);
+      }
+    }
+    ::usleep(static_cast<useconds_t>(2000 + 700 * round));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    const Device device;
+    EXPECT_EQ(0, device.load_gamma(device.crtc_id(0), 1024)) << "master again";
+    EXPECT_EQ(2U, state().blobs);
+  }
+}
+
+TEST_F(Sharing, AStateFileCutAnywhereIsRefused) {
+  std::vector<uint8_t> image = board::drm::read_image(board::board_folder());
+  while (!image.empty()) {
+    image.pop_back();
+    EXPECT_THROW(board::drm::decode(image), std::runtime_error) << image.size() << " bytes";
+  }
+  board::drm::write_image(board::board_folder(), image);
+  EXPECT_EQ(-1, Device().descriptor);
+  EXPECT_EQ(0U, description().rfind("no display state: ", 0));
+}
+
+}  // namespace
