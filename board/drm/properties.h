@@ -41,9 +41,9 @@ struct Enumerator {
 };
 
 struct Property {
-  PropertyId id;
   const char* name;  // shorter than DRM_PROP_NAME_LEN
-  uint32_t flags;    // DRM_MODE_PROP_*
+  PropertyId id;
+  uint32_t flags;  // DRM_MODE_PROP_*
   // By kind: a range's least and largest value, an object's type, an enumeration's values.
   std::span<const uint64_t> values = {};
   std::span<const Enumerator> enumerators = {};

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <ostream>
 
 #include "board_drm/device.h"
 
@@ -21,6 +22,9 @@ struct Hardware {
   std::vector<Seen> seen;
   const char* shown;  // to somebody who looks at the board without a configured primary
 };
+void PrintTo(const Hardware& hardware, std::ostream* out) {
+  *out << hardware.name;
+}
 
 constexpr uint32_t kHdmi = DRM_MODE_CONNECTOR_HDMIA;
 constexpr uint32_t kEdp = DRM_MODE_CONNECTOR_eDP;

@@ -33,6 +33,7 @@ std::vector<std::string> private_root() {
 // Does not return when the program could be started.
 void run_program(std::vector<std::string> arguments) {
   std::vector<char*> pointers;
+  pointers.reserve(arguments.size() + 1);
   for (std::string& argument : arguments)
     pointers.push_back(argument.data());
   pointers.push_back(nullptr);
@@ -61,13 +62,12 @@ int skip_everything() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::vector<std::string> settings = {
+      "--setenv", "BOARD_DIR",    kBoardFolder,
+      "--setenv", "LD_PRELOAD",   DEVICE_LIBRARY,
+      "--setenv", "ASAN_OPTIONS", address_sanitizer_options()};
   std::vector<std::string> arguments = private_root();
-  for (const std::string& text :
-       {std::string("--setenv"), std::string("BOARD_DIR"), std::string(kBoardFolder),
-        std::string("--setenv"), std::string("LD_PRELOAD"), std::string(DEVICE_LIBRARY),
-        std::string("--setenv"), std::string("ASAN_OPTIONS"), address_sanitizer_options()}) {
-    arguments.push_back(text);
-  }
+  arguments.insert(arguments.end(), settings.begin(), settings.end());
   arguments.insert(arguments.end(), argv, argv + argc);
 
   testing::InitGoogleTest(&argc, argv);

@@ -111,7 +111,6 @@ TEST_F(Picture, ARefusedCommitChangesNothingAtAll) {
   const AtomicRequest request(drmModeAtomicAlloc());
   drmModeAtomicAddProperty(request.get(), client.panel, 999, 1);
   EXPECT_EQ(-ENOENT, drmModeAtomicCommit(client.descriptor, request.get(), flags, nullptr));
-  const Device plain(::dup(Device().descriptor));
   EXPECT_EQ(before, description());
 }
 

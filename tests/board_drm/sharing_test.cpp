@@ -1,11 +1,10 @@
 // Several open files, threads and processes at one device.
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
+#include <csignal>
 #include <thread>
 
 #include "board_drm/device.h"
@@ -78,6 +77,16 @@ TEST_F(Sharing, TheDisplayKeepsItsStateWhenNobodyHasItOpen) {
     device.load_gamma(device.crtc_id(0), 1024, 9);
   }
   EXPECT_EQ(9, state().connectors[0].gamma.green.front());
+}
+
+TEST_F(Sharing, AFileFromBeforeARebootIsOneAmongOthers) {
+  const Device former;
+  boot();
+  const Device first;
+  const uint32_t blob = former.gamma_blob(16);
+  EXPECT_EQ(-EPERM, drmModeDestroyPropertyBlob(first.descriptor, blob));
+  EXPECT_EQ(0, first.load_gamma(first.crtc_id(0), 1024)) << "the first to open is master";
+  EXPECT_EQ(-EACCES, former.load_gamma(former.crtc_id(0), 1024));
 }
 
 TEST_F(Sharing, ThreadsDontDisturbEachOther) {

@@ -13,11 +13,16 @@
 
 namespace board::drm {
 
+inline void* pointer_from(uint64_t address) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the kernel's structures carry addresses as numbers.
+  return reinterpret_cast<void*>(address);
+}
+
 template <typename T>
 int copy_to_caller(uint64_t address, std::span<const T> items) {
   if (items.empty()) return 0;
   if (address == 0) return -EFAULT;
-  std::memcpy(reinterpret_cast<void*>(address), items.data(), items.size_bytes());
+  std::memcpy(pointer_from(address), items.data(), items.size_bytes());
   return 0;
 }
 
@@ -42,7 +47,7 @@ template <typename T>
 int copy_from_caller(uint64_t address, std::span<T> items) {
   if (items.empty()) return 0;
   if (address == 0) return -EFAULT;
-  std::memcpy(items.data(), reinterpret_cast<const void*>(address), items.size_bytes());
+  std::memcpy(items.data(), pointer_from(address), items.size_bytes());
   return 0;
 }
 

@@ -78,7 +78,8 @@ EXPORTED int ioctl(int descriptor, unsigned long request, ...) noexcept {
 EXPORTED int open(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = takes_mode(flags) ? va_arg(arguments, mode_t) : 0;
+  mode_t mode = 0;
+  if (takes_mode(flags)) mode = va_arg(arguments, mode_t);
   va_end(arguments);
   return open_with(next_open, path, flags, mode);
 }
@@ -86,7 +87,8 @@ EXPORTED int open(const char* path, int flags, ...) {
 EXPORTED int open64(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = takes_mode(flags) ? va_arg(arguments, mode_t) : 0;
+  mode_t mode = 0;
+  if (takes_mode(flags)) mode = va_arg(arguments, mode_t);
   va_end(arguments);
   return open_with(next_open64, path, flags, mode);
 }

@@ -20,6 +20,7 @@ constexpr uint32_t kDisconnected = 2;
 template <typename List>
 std::vector<uint32_t> ids_of(const List& objects) {
   std::vector<uint32_t> ids;
+  ids.reserve(objects.size());
   for (const auto& object : objects)
     ids.push_back(object.id);
   return ids;
