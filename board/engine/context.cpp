@@ -1,0 +1,53 @@
+#include "engine/context.h"
+
+#include <cstdio>
+#include <exception>
+#include <fstream>
+#include <string>
+#include <system_error>
+
+#include "description/description.h"
+#include "engine/cube_file.h"
+#include "engine/model.h"
+
+namespace board::engine {
+namespace {
+
+// A process that runs outside of a board has no description; its engine is a sound one.
+bool described_as_broken() {
+  const std::filesystem::path file = board_folder() / "description.json";
+  return std::filesystem::exists(file) && read_description(file).engine == Engine::kRunFails;
+}
+
+}  // namespace
+
+Result complain(Result result, const char* what) {
+  (void)std::fprintf(stderr, "hwpq_lite: %s (result %d)\n", what, result);
+  return result;
+}
+
+Result run(Context& context, const std::filesystem::path& document) {
+  try {
+    if (described_as_broken())
+      return complain(kBroken, "run fails, as this board's description asks");
+    context.lut = compute_lut(read_parameters(document));
+    return kDone;
+  } catch (const std::exception& error) {
+    return complain(kUnreadableDocument, error.what());
+  }
+}
+
+Result save(const Context& context, const char* path) {
+  if (!context.lut) return complain(kNotRun, "save_3dlut: there is no table, run first");
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  if (file) {
+    file << to_cube_text(*context.lut);
+    file.close();
+    if (file) return kDone;
+    std::error_code ignored;  // that the write failed is what the caller needs to know
+    std::filesystem::remove(path, ignored);
+  }
+  return complain(kNotWritten, (std::string("save_3dlut: cannot write ") + path).c_str());
+}
+
+}  // namespace board::engine
