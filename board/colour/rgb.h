@@ -53,11 +53,13 @@ constexpr Rgb to_unit(const Rgb16& colour) {
           static_cast<double>(colour.blue) / kFullScale};
 }
 
-// Clips to 0..1 and rounds to the nearest step.
+// Clips to 0..1 and rounds to the nearest step. Half steps go up also when the arithmetic before
+// has left them a hair low: a table that changes nothing then is exactly that.
 constexpr uint16_t to_full_scale(double channel) {
+  constexpr double kHalfAndAHair = 0.5 + 1e-6;
   if (!(channel > 0)) return 0;
   if (channel >= 1) return kFullScale;
-  return static_cast<uint16_t>(channel * kFullScale + 0.5);
+  return static_cast<uint16_t>(channel * kFullScale + kHalfAndAHair);
 }
 
 constexpr Rgb16 to_full_scale(const Rgb& colour) {

@@ -19,6 +19,15 @@ bool described_as_broken() {
   return std::filesystem::exists(file) && read_description(file).engine == Engine::kRunFails;
 }
 
+// Only what the write itself has made: a device or a link that the path names is not ours to
+// remove.
+void remove_part(const char* path) {
+  std::error_code error;
+  if (std::filesystem::is_regular_file(std::filesystem::symlink_status(path, error))) {
+    std::filesystem::remove(path, error);
+  }
+}
+
 }  // namespace
 
 Result complain(Result result, const char* what) {
@@ -44,8 +53,7 @@ Result save(const Context& context, const char* path) {
     file << to_cube_text(*context.lut);
     file.close();
     if (file) return kDone;
-    std::error_code ignored;  // that the write failed is what the caller needs to know
-    std::filesystem::remove(path, ignored);
+    remove_part(path);
   }
   return complain(kNotWritten, (std::string("save_3dlut: cannot write ") + path).c_str());
 }

@@ -31,8 +31,10 @@ cJSON* add(cJSON* object, const char* key, JsonPtr item) {
 
 template <typename Number>
 void add_list(cJSON* object, const char* key, std::span<const Number> values) {
-  const std::vector<int> numbers(values.begin(), values.end());
-  add(object, key, JsonPtr(cJSON_CreateIntArray(numbers.data(), static_cast<int>(numbers.size()))));
+  // Number by number: cJSON makes no list from an empty vector's null pointer.
+  cJSON* list = add(object, key, JsonPtr(cJSON_CreateArray()));
+  for (const Number value : values)
+    cJSON_AddItemToArray(list, cJSON_CreateNumber(value));
 }
 
 std::vector<uint16_t> lut_values(const Lut3d& lut) {

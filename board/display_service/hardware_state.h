@@ -1,0 +1,17 @@
+// What the display hardware is set to, gathered from where the board's other parts keep it.
+#ifndef BOARD_DISPLAY_SERVICE_HARDWARE_STATE_H_
+#define BOARD_DISPLAY_SERVICE_HARDWARE_STATE_H_
+
+#include <filesystem>
+
+#include "screen/display_state.h"
+
+namespace board {
+
+// The state at this moment: the 3D table from the base-parameter store, the pattern from the
+// activity that shows it. What is not there counts as not set.
+DisplayState read_hardware_state(const std::filesystem::path& board_folder);
+
+}  // namespace board
+
+#endif  // BOARD_DISPLAY_SERVICE_HARDWARE_STATE_H_
