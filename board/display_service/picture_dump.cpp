@@ -35,7 +35,7 @@ std::filesystem::path write_dump(const Picture& picture, DumpSide side,
   if (size.width == 0 || size.height == 0) {
     throw std::runtime_error(name + " cannot hold a picture of " + text_of(picture.size));
   }
-  const std::filesystem::path file =
+  std::filesystem::path file =
       folder / ((input ? "pq_dump_in_" : "pq_dump_out_") + text_of(size) + "." + name);
   write_file_atomically(file, size == picture.size ? encode_picture(picture, *format)
                                                    : encode_picture(cut(picture, size), *format));

@@ -23,8 +23,10 @@ float apply_channel(const AffineChannel& channel, const RgbFloat& input) {
   return std::clamp(value, 0.0F, 1.0F);
 }
 
+// Rounds by adding a half: exact for these values, and several times faster than std::lround.
 size_t gamma_entry(float channel) {
-  return static_cast<size_t>(std::min(channel, 1.0F) * kFullScale + 0.5F);
+  const float level = std::min(channel, 1.0F) * kFullScale + 0.5F;
+  return static_cast<size_t>(level);
 }
 
 }  // namespace

@@ -122,7 +122,8 @@ TEST_F(DisplayServiceTest, DumpsBothSidesAfterTheRedrawThatFollowsTheRequest) {
   redraw();
   const std::string output = property(kDumpPath);
   EXPECT_EQ(output, data() / "pq_dump_out_32x16.rgb");
-  EXPECT_TRUE(folder_.read(output) == std::string(32 * 16 * 3, '\0')) << "darkened by the table";
+  EXPECT_TRUE(folder_.read(output) == std::string(size_t{32} * 16 * 3, '\0'))
+      << "darkened by the table";
   for (const auto& file : std::filesystem::directory_iterator(data())) {
     EXPECT_NE(file.path().filename().string()[0], '.') << "a side file was left";
   }

@@ -2,8 +2,7 @@
 #ifndef TESTS_BOARD_SCREEN_TEMPORARY_FOLDER_H_
 #define TESTS_BOARD_SCREEN_TEMPORARY_FOLDER_H_
 
-#include <stdlib.h>
-
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
