@@ -13,7 +13,7 @@
 #include "screen/state_file.h"
 #include "screen/test_picture.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 constexpr std::string_view kWatchedPrefix = "vendor.tvinput.qxpq.";
@@ -22,6 +22,7 @@ constexpr char kDumpInput[] = "vendor.tvinput.qxpq.dump.in";
 constexpr char kDumpOutput[] = "vendor.tvinput.qxpq.dump.out";
 constexpr char kDumpPath[] = "vendor.tvinput.qxpq.dump.path";
 constexpr char kRedrawCounter[] = "redraw";
+constexpr char kPattern[] = "pattern";
 
 void log(const std::string& line) {
   (void)std::fprintf(stderr, "display_service: %s\n", line.c_str());
@@ -65,7 +66,8 @@ void DisplayService::act_on(const FolderWatch::Event& event) {
     redraw();
   } else if (event.folder == properties_.path()) {
     check_property(event.name);
-  } else if (event.name == kRedrawCounter) {
+  } else if (event.name == kRedrawCounter || event.name == kPattern) {
+    // An application that comes or goes makes the compositor draw, as a request does.
     redraw();
     take_due_dumps(Clock::time_point::max());
   }
@@ -141,4 +143,4 @@ std::optional<std::chrono::milliseconds> DisplayService::until_first_dump() cons
   return std::max(left, std::chrono::milliseconds{0});
 }
 
-}  // namespace board
+}  // namespace board::screen

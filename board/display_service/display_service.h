@@ -1,7 +1,8 @@
 // The part of the board that owns the picture.
 //
 // As on a board, a change of the display hardware's settings is seen only once the screen is
-// redrawn. The service keeps what was true at the last redraw in BOARD/screen/current.
+// redrawn: on request, or because the pattern's application came or went. The service keeps what
+// was true at the last redraw in BOARD/screen/current.
 #ifndef BOARD_DISPLAY_SERVICE_DISPLAY_SERVICE_H_
 #define BOARD_DISPLAY_SERVICE_DISPLAY_SERVICE_H_
 
@@ -19,7 +20,7 @@
 #include "screen/display_state.h"
 #include "screen/picture.h"
 
-namespace board {
+namespace board::screen {
 
 // Used by one thread.
 class DisplayService {
@@ -62,6 +63,6 @@ class DisplayService {
   DisplayState on_screen_;
 };
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_DISPLAY_SERVICE_DISPLAY_SERVICE_H_

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <system_error>
 
-namespace board {
+namespace board::screen {
 namespace {
 
 constexpr uint32_t kInteresting = IN_MOVED_TO | IN_CLOSE_WRITE | IN_DELETE;
@@ -55,4 +55,4 @@ std::vector<FolderWatch::Event> FolderWatch::wait(
   return events;
 }
 
-}  // namespace board
+}  // namespace board::screen

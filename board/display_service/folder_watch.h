@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace board {
+namespace board::screen {
 
 // Used by one thread.
 class FolderWatch {
@@ -38,6 +38,6 @@ class FolderWatch {
   std::map<int, std::filesystem::path> folders_;  // by watch descriptor
 };
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_DISPLAY_SERVICE_FOLDER_WATCH_H_

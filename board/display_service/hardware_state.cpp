@@ -6,7 +6,7 @@
 #include <string>
 #include <system_error>
 
-namespace board {
+namespace board::screen {
 namespace {
 
 namespace fs = std::filesystem;
@@ -63,4 +63,4 @@ DisplayState read_hardware_state(const fs::path& board_folder) {
   return state;
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -6,12 +6,12 @@
 
 #include "screen/display_state.h"
 
-namespace board {
+namespace board::screen {
 
 // The state at this moment: the 3D table from the base-parameter store, the pattern from the
 // activity that shows it. What is not there counts as not set.
 DisplayState read_hardware_state(const std::filesystem::path& board_folder);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_DISPLAY_SERVICE_HARDWARE_STATE_H_

@@ -9,8 +9,8 @@
 int main() {
   try {
     const std::filesystem::path folder = board::board_folder();
-    board::DisplayService service(board::read_description(folder / "description.json"), folder,
-                                  "/data/vendor/qxalgo");
+    board::screen::DisplayService service(board::read_description(folder / "description.json"),
+                                          folder, "/data/vendor/qxalgo");
     for (;;)
       service.serve(std::nullopt);
   } catch (const std::exception& error) {

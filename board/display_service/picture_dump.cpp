@@ -6,7 +6,7 @@
 #include "screen/atomic_file.h"
 #include "screen/pixel_format.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 Picture cut(const Picture& picture, Size size) {
@@ -42,4 +42,4 @@ std::filesystem::path write_dump(const Picture& picture, DumpSide side,
   return file;
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -8,7 +8,7 @@
 #include "description/description.h"
 #include "screen/picture.h"
 
-namespace board {
+namespace board::screen {
 
 enum class DumpSide {
   kInput,   // before the picture stages: the test picture or the pattern
@@ -24,6 +24,6 @@ std::filesystem::path write_dump(const Picture& picture, DumpSide side,
                                  const Description& description,
                                  const std::filesystem::path& folder);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_DISPLAY_SERVICE_PICTURE_DUMP_H_

@@ -5,7 +5,7 @@
 
 #include "screen/atomic_file.h"
 
-namespace board {
+namespace board::screen {
 
 std::string PropertyFolder::get(const std::string& name) const {
   std::ifstream stream(folder_ / name, std::ios::binary);
@@ -16,4 +16,4 @@ void PropertyFolder::set(const std::string& name, std::string_view value) const 
   write_file_atomically(folder_ / name, value);
 }
 
-}  // namespace board
+}  // namespace board::screen

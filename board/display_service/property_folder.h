@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace board {
+namespace board::screen {
 
 class PropertyFolder {
  public:
@@ -25,6 +25,6 @@ class PropertyFolder {
   std::filesystem::path folder_;
 };
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_DISPLAY_SERVICE_PROPERTY_FOLDER_H_

@@ -9,7 +9,7 @@
 #include <string>
 #include <system_error>
 
-namespace board {
+namespace board::screen {
 namespace {
 
 // Two processes may write one file at once; each needs a side file of its own.
@@ -46,4 +46,4 @@ void write_file_atomically(const std::filesystem::path& file, std::span<const ui
       file, std::string_view(reinterpret_cast<const char*>(content.data()), content.size()));
 }
 
-}  // namespace board
+}  // namespace board::screen

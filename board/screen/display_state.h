@@ -9,7 +9,7 @@
 #include "colour/lut3d.h"
 #include "colour/rgb.h"
 
-namespace board {
+namespace board::screen {
 
 // In percent, 0..100, as the connector's properties have them; 50 is neutral.
 struct PictureControls {
@@ -45,6 +45,6 @@ struct DisplayState {
   std::optional<PatternColour> pattern;  // covers the test picture
 };
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_DISPLAY_STATE_H_

@@ -4,7 +4,7 @@
 
 #include "colour/rgb.h"
 
-namespace board {
+namespace board::screen {
 
 std::vector<uint16_t> spread_gamma_table(std::span<const uint16_t> table) {
   std::vector<uint16_t> spread(size_t{kFullScale} + 1);
@@ -23,4 +23,4 @@ std::vector<uint16_t> spread_gamma_table(std::span<const uint16_t> table) {
   return spread;
 }
 
-}  // namespace board
+}  // namespace board::screen

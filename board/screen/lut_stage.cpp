@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace board {
+namespace board::screen {
 namespace {
 
 // A channel's place in its lattice cell.
@@ -53,4 +53,4 @@ RgbFloat look_up(const Lut3d& lut, const RgbFloat& input) {
   return sum;
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -4,7 +4,7 @@
 
 #include "colour/lut3d.h"
 
-namespace board {
+namespace board::screen {
 
 // 0..1 a channel.
 struct RgbFloat {
@@ -18,6 +18,6 @@ struct RgbFloat {
 // input: each channel from 0 to 1.
 RgbFloat look_up(const Lut3d& lut, const RgbFloat& input);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_LUT_STAGE_H_

@@ -9,7 +9,7 @@
 
 #include "colour/rgb.h"
 
-namespace board {
+namespace board::screen {
 
 struct Size {
   uint32_t width = 0;
@@ -33,6 +33,6 @@ struct Picture {
   std::vector<Rgb16> pixels;
 };
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_PICTURE_H_

@@ -6,7 +6,7 @@
 
 #include "colour/rgb.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 constexpr double kNeutral = 50;
@@ -48,4 +48,4 @@ AffineColour picture_controls_matrix(const PictureControls& controls) {
           channel(&Rgb::blue, black, primaries)};
 }
 
-}  // namespace board
+}  // namespace board::screen

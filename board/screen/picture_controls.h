@@ -6,7 +6,7 @@
 
 #include "screen/display_state.h"
 
-namespace board {
+namespace board::screen {
 
 // All four controls are affine, so they fold into one step for each output channel:
 //   channel = weights[0] * red + weights[1] * green + weights[2] * blue + offset
@@ -24,6 +24,6 @@ using AffineColour = std::array<AffineChannel, 3>;  // red, green, blue
 // white. Values beyond 0..100 count as the nearer end.
 AffineColour picture_controls_matrix(const PictureControls& controls);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_PICTURE_CONTROLS_H_

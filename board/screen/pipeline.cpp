@@ -7,7 +7,7 @@
 #include "screen/row_bands.h"
 #include "screen/test_picture.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 RgbFloat to_float(const Rgb16& colour) {
@@ -63,4 +63,4 @@ Picture screen_input(const DisplayState& state, Size size) {
   return state.pattern ? draw_pattern(size, *state.pattern) : draw_test_picture(size);
 }
 
-}  // namespace board
+}  // namespace board::screen

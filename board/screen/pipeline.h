@@ -12,7 +12,7 @@
 #include "screen/picture.h"
 #include "screen/picture_controls.h"
 
-namespace board {
+namespace board::screen {
 
 // The stages for one state, prepared once and then applied to any number of pixels.
 class Pipeline {
@@ -31,6 +31,6 @@ class Pipeline {
 // What goes into the stages: the full-screen pattern when there is one, else the test picture.
 Picture screen_input(const DisplayState& state, Size size);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_PIPELINE_H_

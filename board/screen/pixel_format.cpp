@@ -6,7 +6,7 @@
 
 #include "screen/ycbcr_planes.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 struct Named {
@@ -108,4 +108,4 @@ std::vector<uint8_t> encode_picture(const Picture& picture, PixelFormat format) 
   }
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -9,7 +9,7 @@
 
 #include "screen/picture.h"
 
-namespace board {
+namespace board::screen {
 
 // Rows from the top, without padding. The packed ones are 8 bits a channel, bytes in the order of
 // their name. The others are Y'CbCr of BT.709 in limited range (luma 16..235, chroma 16..240 at 8
@@ -35,6 +35,6 @@ Size fitting_size(PixelFormat format, Size wanted);
 // The dump's bytes. picture.size must be a fitting one.
 std::vector<uint8_t> encode_picture(const Picture& picture, PixelFormat format);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_PIXEL_FORMAT_H_

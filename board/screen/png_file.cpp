@@ -12,7 +12,7 @@
 
 #include "screen/pixel_format.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 std::vector<char> encode_png(const Picture& picture) {
@@ -46,4 +46,4 @@ void write_png(const Picture& picture, const std::filesystem::path& file) {
   }
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -8,7 +8,7 @@
 #include <thread>
 #include <vector>
 
-namespace board {
+namespace board::screen {
 
 // Calls work(row) once for each row 0..rows-1, in bands that run at once and return before this
 // does. `work` touches nothing that another row's call writes, and does not throw.
@@ -29,6 +29,6 @@ void for_each_row(uint32_t rows, const Work& work) {
   run(0);
 }
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_ROW_BANDS_H_

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace board {
+namespace board::screen {
 namespace {
 
 constexpr double kAspect = 4;  // the landscape's width over its height
@@ -95,4 +95,4 @@ Rgb scene_colour(double x, double y) {
   return sky(along, y);
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -5,11 +5,11 @@
 
 #include "colour/rgb.h"
 
-namespace board {
+namespace board::screen {
 
 // x: 0 left to 1 right; y: 0 top to 1 bottom. Channels may exceed 0..1 a little; the caller clips.
 Rgb scene_colour(double x, double y);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_SCENE_H_

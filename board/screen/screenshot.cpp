@@ -6,7 +6,7 @@
 #include "screen/png_file.h"
 #include "screen/state_file.h"
 
-namespace board {
+namespace board::screen {
 
 Size screen_size(const Description& description) {
   return {description.dump_width, description.dump_height};
@@ -24,4 +24,4 @@ void write_screenshot(const std::filesystem::path& board_folder,
   write_png(Pipeline(shown).apply(screen_input(shown, size)), file);
 }
 
-}  // namespace board
+}  // namespace board::screen

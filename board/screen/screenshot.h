@@ -7,7 +7,7 @@
 #include "description/description.h"
 #include "screen/picture.h"
 
-namespace board {
+namespace board::screen {
 
 // The screen's resolution: that of the dumps in the board's description.
 Size screen_size(const Description& description);
@@ -17,6 +17,6 @@ Size screen_size(const Description& description);
 // user.
 void write_screenshot(const std::filesystem::path& board_folder, const std::filesystem::path& file);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_SCREENSHOT_H_

@@ -13,7 +13,7 @@
 
 #include "screen/atomic_file.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 template <auto Function>
@@ -124,4 +124,4 @@ DisplayState read_state(const std::filesystem::path& file) {
   return state;
 }
 
-}  // namespace board
+}  // namespace board::screen

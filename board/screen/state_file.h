@@ -11,7 +11,7 @@
 
 #include "screen/display_state.h"
 
-namespace board {
+namespace board::screen {
 
 // Where a running board keeps it.
 std::filesystem::path state_file(const std::filesystem::path& board_folder);
@@ -21,6 +21,6 @@ void write_state(const DisplayState& state, const std::filesystem::path& file);
 // Throws std::runtime_error when there is no such file or it holds no state.
 DisplayState read_state(const std::filesystem::path& file);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_STATE_FILE_H_

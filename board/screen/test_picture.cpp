@@ -6,7 +6,7 @@
 #include "screen/row_bands.h"
 #include "screen/scene.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 // Where a pixel stands: 0 at the left edge of the left pixel, 1 at the right edge of the right one.
@@ -86,4 +86,4 @@ Picture draw_pattern(Size size, PatternColour colour) {
   return Picture(size, {widen(colour.red), widen(colour.green), widen(colour.blue)});
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -5,7 +5,7 @@
 #include "screen/display_state.h"
 #include "screen/picture.h"
 
-namespace board {
+namespace board::screen {
 
 // From top to bottom, for whoever wants to measure in it (heights in sixteenths of the picture's):
 //   0..3   eight bars of equal width at full level: white, yellow, cyan, green, magenta, red, blue,
@@ -19,6 +19,6 @@ Picture draw_test_picture(Size size);
 // The full screen in one colour.
 Picture draw_pattern(Size size, PatternColour colour);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_TEST_PICTURE_H_

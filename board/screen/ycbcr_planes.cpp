@@ -2,7 +2,7 @@
 
 #include "screen/row_bands.h"
 
-namespace board {
+namespace board::screen {
 namespace {
 
 // Limited range at 8 bits, from BT.709's quantization.
@@ -53,4 +53,4 @@ YCbCrPlanes to_planes(const Picture& picture, Sampling sampling) {
   return planes;
 }
 
-}  // namespace board
+}  // namespace board::screen

@@ -7,7 +7,7 @@
 
 #include "screen/picture.h"
 
-namespace board {
+namespace board::screen {
 
 struct Sampling {
   uint32_t across = 1;  // pixels in a row that share a chroma sample
@@ -24,6 +24,6 @@ struct YCbCrPlanes {
 // The picture's width and height are multiples of `across` and `down`.
 YCbCrPlanes to_planes(const Picture& picture, Sampling sampling);
 
-}  // namespace board
+}  // namespace board::screen
 
 #endif  // BOARD_SCREEN_YCBCR_PLANES_H_

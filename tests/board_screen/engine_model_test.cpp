@@ -209,13 +209,4 @@ TEST(CubeFile, HasRedRunningFastest) {
   EXPECT_EQ(rows.back(), "1.000000 1.000000 1.000000");
 }
 
-TEST(LutRecord, KeepsATableAndTellsWhenThereIsNone) {
-  const Lut3d lut = compute_lut(neutral_parameters());
-  cubic_lut_data record = to_record(lut);
-  EXPECT_EQ(record.size, 4913);
-  ASSERT_TRUE(board::from_record(record));
-  EXPECT_EQ(board::from_record(record)->points, lut.points);
-  EXPECT_FALSE(board::from_record(cubic_lut_data{}));
-}
-
 }  // namespace

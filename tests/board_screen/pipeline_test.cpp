@@ -6,23 +6,23 @@
 #include "screen/pipeline.h"
 #include "screen/test_picture.h"
 
-using board::DisplayState;
 using board::Lut3d;
-using board::Pipeline;
 using board::Rgb16;
+using board::screen::DisplayState;
+using board::screen::Pipeline;
 
 namespace {
 
 constexpr uint16_t kTop = 65535;
 constexpr Rgb16 kSkin = {52000, 40000, 33000};
 
-board::YCbCr shown(const board::PictureControls& controls, Rgb16 colour) {
+board::YCbCr shown(const board::screen::PictureControls& controls, Rgb16 colour) {
   DisplayState state;
   state.controls = controls;
   return to_ycbcr(to_unit(Pipeline(state).apply(colour)));
 }
 
-board::GammaTable same_for_all(const std::vector<uint16_t>& table) {
+board::screen::GammaTable same_for_all(const std::vector<uint16_t>& table) {
   return {table, table, table};
 }
 
@@ -91,7 +91,7 @@ TEST(Pipeline, AppliesControlsThenTableThenGamma) {
 }
 
 TEST(TestPicture, HasItsBarsAndRampsWhereItSays) {
-  const board::Picture picture = board::draw_test_picture({480, 320});
+  const board::screen::Picture picture = board::screen::draw_test_picture({480, 320});
   EXPECT_EQ(picture.row(10)[0], (Rgb16{kTop, kTop, kTop}));
   EXPECT_EQ(picture.row(10)[90], (Rgb16{kTop, kTop, 0}));
   EXPECT_EQ(picture.row(10)[479], (Rgb16{}));
@@ -101,8 +101,8 @@ TEST(TestPicture, HasItsBarsAndRampsWhereItSays) {
   EXPECT_EQ(picture.row(125)[159], (Rgb16{kTop, 0, 0}));
   EXPECT_EQ(picture.row(125)[160], (Rgb16{}));
   EXPECT_EQ(picture.row(125)[479], (Rgb16{0, 0, kTop}));
-  for (const board::Size odd : {board::Size{1, 1}, {7, 3}, {3, 130}}) {
-    EXPECT_EQ(board::draw_test_picture(odd).pixels.size(), size_t{odd.width} * odd.height);
+  for (const board::screen::Size odd : {board::screen::Size{1, 1}, {7, 3}, {3, 130}}) {
+    EXPECT_EQ(board::screen::draw_test_picture(odd).pixels.size(), size_t{odd.width} * odd.height);
   }
 }
 

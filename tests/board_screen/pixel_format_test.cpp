@@ -6,13 +6,13 @@
 
 #include "screen/pixel_format.h"
 
-using board::encode_picture;
-using board::fitting_size;
-using board::parse_pixel_format;
-using board::Picture;
-using board::PixelFormat;
 using board::Rgb16;
-using board::Size;
+using board::screen::encode_picture;
+using board::screen::fitting_size;
+using board::screen::parse_pixel_format;
+using board::screen::Picture;
+using board::screen::PixelFormat;
+using board::screen::Size;
 
 namespace {
 
