@@ -1,8 +1,9 @@
 // The board's store of display base parameters (libbaseparameter.so), as far as the daemon uses it.
 //
 // The library is closed; this header declares what we call and the record layouts we depend on.
-// All records are little-endian and packed exactly as the store hands them out. A slot that the
-// daemon reads only one byte of is a uint8_t followed by its unused bytes.
+// All records are little-endian, laid out exactly as the store hands them out. A slot that the
+// daemon reads only one byte of is a uint8_t followed by its unused bytes; with those every member
+// lies on its natural alignment.
 // Thread rule: one object is used by one thread; objects of their own may be used at once.
 #ifndef PLATFORM_BASEPARAMETER_API_H_
 #define PLATFORM_BASEPARAMETER_API_H_
@@ -11,7 +12,7 @@
 #include <cstdint>
 
 // Picture-quality record: colour-space conversion, DCI, ACM and gamma.
-struct __attribute__((packed)) pq_tuning_info {
+struct pq_tuning_info {
   uint8_t csc_enable;
   uint8_t csc_enable_unused[3];
   uint32_t csc_mode;  // 1: low latency, 0: high quality
@@ -48,7 +49,6 @@ struct __attribute__((packed)) pq_tuning_info {
   uint16_t gamma_tab_r[1024];
   uint16_t gamma_tab_g[1024];
   uint16_t gamma_tab_b[1024];
-  // The store may write up to kPqTuningInfoSize bytes.
   uint8_t tail_unused[6];
 };
 inline constexpr size_t kPqTuningInfoSize = 15564;
@@ -61,7 +61,7 @@ static_assert(offsetof(pq_tuning_info, gamma_tab_r) == 9414);
 static_assert(offsetof(pq_tuning_info, gamma_tab_b) == 13510);
 
 // Sharpening record.
-struct __attribute__((packed)) pq_sharp_info {
+struct pq_sharp_info {
   uint8_t enable;
   uint8_t enable_unused[3];
   uint32_t peaking_gain;
@@ -92,7 +92,7 @@ static_assert(offsetof(pq_sharp_info, gain_ctrl_pos) == 48);
 static_assert(offsetof(pq_sharp_info, limit_ctrl_pos0) == 58);
 
 // One content class of the AI super-resolution stage.
-struct __attribute__((packed)) aisr_class_info {
+struct aisr_class_info {
   uint32_t usm_gain;
   uint8_t usm_enable_ctrl;
   uint8_t usm_enable_ctrl_unused[3];
@@ -107,7 +107,7 @@ struct __attribute__((packed)) aisr_class_info {
 static_assert(sizeof(aisr_class_info) == 32);
 
 // AI scene detection (AISD) and super-resolution (AISR) record.
-struct __attribute__((packed)) aipq_info {
+struct aipq_info {
   uint8_t aisd_enable;
   uint8_t aisr_enable;
   uint8_t enable_unused[2];
@@ -125,7 +125,7 @@ static_assert(offsetof(aipq_info, textual) == 44);
 
 // A 3D look-up table as the store keeps it: a size, then room for one unsigned 16-bit value a
 // channel and lattice point of a 17x17x17 lattice. The engine fills it; the daemon passes it on.
-struct __attribute__((packed)) cubic_lut_data {
+struct cubic_lut_data {
   uint16_t size;
   uint8_t values[29478];
 };

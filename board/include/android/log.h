@@ -7,7 +7,7 @@
 extern "C" {
 #endif
 
-typedef enum android_LogPriority {
+typedef enum android_LogPriority {  // NOLINT(modernize-use-using): a C header too
   ANDROID_LOG_UNKNOWN = 0,
   ANDROID_LOG_DEFAULT,
   ANDROID_LOG_VERBOSE,

@@ -1,0 +1,253 @@
+#include "common/drm_api.h"
+
+#include <drm_mode.h>
+#include <xf86drm.h>
+#include <xf86drmMode.h>
+
+#include <array>
+#include <cstdio>
+#include <new>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <baseparameter_api.h>
+#include <cutils/properties.h>
+
+#include "common/drm_owner.h"
+#include "common/log.h"
+
+namespace {
+
+using pq::Priority;
+
+constexpr char kDriverName[] = "velmoran";
+constexpr char kPrimaryProperty[] = "vendor.hwc.device.primary";
+constexpr int kNoPrimary = -1;
+
+// Names by DRM connector type code, as the compositor writes them into its property.
+constexpr std::array<const char*, 18> kConnectorTypeNames = {
+    "unknown",   "VGA", "DVI-I",  "DVI-D",  "DVI-A", "composite", "s-video", "LVDS", "component",
+    "9-pin DIN", "DP",  "HDMI-A", "HDMI-B", "TV",    "eDP",       "Virtual", "DSI",  "DPI"};
+
+void log_error(const char* text) {
+  pq::log_display(Priority::kError, "%s", text);
+}
+
+bool is_built_in_panel(uint32_t type) {
+  return type == DRM_MODE_CONNECTOR_LVDS || type == DRM_MODE_CONNECTOR_TV ||
+         type == DRM_MODE_CONNECTOR_eDP || type == DRM_MODE_CONNECTOR_VIRTUAL ||
+         type == DRM_MODE_CONNECTOR_DSI;
+}
+
+// Newer kernels know connector types that have no name here; those can't be asked for.
+bool has_name(const drmModeConnector& connector, std::string_view name) {
+  if (connector.connector_type >= kConnectorTypeNames.size()) return false;
+  const char* type_name = kConnectorTypeNames[connector.connector_type];
+  const std::string full_name =
+      std::string(type_name) + "-" + std::to_string(connector.connector_type_id);
+  pq::log_display(Priority::kError, "primary_name %s connector_name %s strConnector %s ",
+                  name.data(), type_name, full_name.c_str());
+  return name == type_name || name == full_name;
+}
+
+// The first connected connector, in the device's order, that `chosen` accepts; null when none.
+template <typename Chosen>
+pq::DrmConnector find_connected(int fd, const drmModeRes& resources, Chosen chosen) {
+  for (const uint32_t id : std::span(resources.connectors, resources.count_connectors)) {
+    pq::DrmConnector connector(drmModeGetConnector(fd, id));
+    if (connector && connector->connection == DRM_MODE_CONNECTED && chosen(*connector)) {
+      return connector;
+    }
+  }
+  return nullptr;
+}
+
+pq::DrmConnector find_primary_connector(int fd, const drmModeRes& resources) {
+  char name[PROPERTY_VALUE_MAX] = {};
+  if (property_get(kPrimaryProperty, name, nullptr) > 0) {
+    auto named = find_connected(fd, resources,
+                                [&](const auto& connector) { return has_name(connector, name); });
+    if (named) return named;
+  }
+  return find_connected(fd, resources, [](const auto& connector) {
+    return is_built_in_panel(connector.connector_type);
+  });
+}
+
+struct PrimaryDisplay {
+  pq::UniqueFd fd;
+  uint32_t crtc_id = 0;
+  uint32_t connector_type = 0;
+  uint32_t connector_type_id = 0;
+  uint32_t connector_id = 0;
+
+  // The base-parameter store counts connectors of a type from 0.
+  uint32_t store_index() const { return connector_type_id - 1; }
+};
+
+std::optional<PrimaryDisplay> open_primary_display() {
+  pq::UniqueFd fd(drmOpen(kDriverName, nullptr));
+  pq::log_display(Priority::kError, "open fd %d ", fd.get());
+  if (!fd.valid()) return std::nullopt;
+
+  const pq::DrmResources resources(drmModeGetResources(fd.get()));
+  if (!resources) return std::nullopt;
+  const pq::DrmConnector connector = find_primary_connector(fd.get(), *resources);
+  // The first encoder that could drive it, not the one that does: the board wires one to each.
+  if (!connector || connector->count_encoders < 1) return std::nullopt;
+  const pq::DrmEncoder encoder(drmModeGetEncoder(fd.get(), connector->encoders[0]));
+  if (!encoder) return std::nullopt;
+
+  return PrimaryDisplay{std::move(fd), encoder->crtc_id, connector->connector_type,
+                        connector->connector_type_id, connector->connector_id};
+}
+
+// For the two operations that change the display: logs how the search ended.
+std::optional<PrimaryDisplay> open_display_to_change() {
+  auto display = open_primary_display();
+  pq::log_display(Priority::kError, "get_primary_info ret %d ", display ? 0 : kNoPrimary);
+  if (!display) log_error("can't find primary info");
+  return display;
+}
+
+pq::DrmObjectProperties get_properties(int fd, uint32_t object_id, uint32_t object_type) {
+  pq::DrmObjectProperties properties(drmModeObjectGetProperties(fd, object_id, object_type));
+  pq::log_display(Priority::kError, "props %p ", static_cast<void*>(properties.get()));
+  return properties;
+}
+
+// The id of an object's property by name, 0 when it has none.
+uint32_t find_property(int fd, const drmModeObjectProperties& properties, std::string_view name) {
+  for (const uint32_t id : std::span(properties.props, properties.count_props)) {
+    const pq::DrmProperty property(drmModeGetProperty(fd, id));
+    if (property && property->prop_id != 0 && name == property->name) return property->prop_id;
+  }
+  return 0;
+}
+
+std::vector<drm_color_lut> interleave(std::span<const unsigned short> red,
+                                      std::span<const unsigned short> green,
+                                      std::span<const unsigned short> blue) {
+  std::vector<drm_color_lut> table(red.size());
+  for (size_t i = 0; i < table.size(); ++i)
+    table[i] = {red[i], green[i], blue[i], 0};
+  return table;
+}
+
+// From the tool's scale of 0..511 to percent, in single precision and cut: 256 gives 50.
+unsigned short to_percent(unsigned short value) {
+  constexpr float kScale = 511.0F;
+  return static_cast<unsigned short>(static_cast<float>(value) / kScale * 100.0F);
+}
+
+struct PictureControls {
+  unsigned short brightness, contrast, saturation, hue;  // percent
+};
+
+struct PictureControlIds {
+  uint32_t brightness, contrast, saturation, hue;
+};
+
+int commit(const PrimaryDisplay& display, const PictureControlIds& ids,
+           const PictureControls& percent) {
+  const pq::DrmAtomicRequest request(drmModeAtomicAlloc());
+  const auto add = [&](uint32_t id, unsigned short value) {
+    drmModeAtomicAddProperty(request.get(), display.connector_id, id, value);
+  };
+  add(ids.brightness, percent.brightness);
+  add(ids.contrast, percent.contrast);
+  add(ids.saturation, percent.saturation);
+  add(ids.hue, percent.hue);
+  const int result =
+      drmModeAtomicCommit(display.fd.get(), request.get(), DRM_MODE_ATOMIC_NONBLOCK, nullptr);
+  if (result < 0) pq::log_display(Priority::kError, "Failed to commit pset ret=%d\n", result);
+  return result;
+}
+
+void store(const PrimaryDisplay& display, const PictureControls& percent) {
+  baseparameter_api parameters;
+  const uint32_t type = display.connector_type;
+  const uint32_t index = display.store_index();
+  parameters.set_brightness(type, index, percent.brightness);
+  parameters.set_contrast(type, index, percent.contrast);
+  parameters.set_saturation(type, index, percent.saturation);
+  parameters.set_hue(type, index, percent.hue);
+  pq::log_display(Priority::kError, "save bcsh data brightness %d contrast %d saturation %d hue %d",
+                  percent.brightness, percent.contrast, percent.saturation, percent.hue);
+}
+
+}  // namespace
+
+int DrmApi::get_primary_info(int* fd, unsigned int* crtc_id, unsigned int* connector_type,
+                             unsigned int* connector_type_id, unsigned int* connector_id) {
+  auto display = open_primary_display();
+  if (!display) return kNoPrimary;
+  *crtc_id = display->crtc_id;
+  *connector_type = display->connector_type;
+  *connector_type_id = display->connector_type_id;
+  *connector_id = display->connector_id;
+  *fd = display->fd.release();
+  return 0;
+}
+
+int DrmApi::set_3x1d_gamma(unsigned int size, unsigned short* red, unsigned short* green,
+                           unsigned short* blue) {
+  log_error("set_3x1d_gamma start");
+  const auto display = open_display_to_change();
+  if (!display) return -1;
+  const int fd = display->fd.get();
+  pq::log_display(Priority::kError, "fd %d crtc_id %u type %u id %u ", fd, display->crtc_id,
+                  display->connector_type, display->connector_type_id);
+  const std::vector<drm_color_lut> table = interleave({red, size}, {green, size}, {blue, size});
+
+  int result = -1;
+  if (const auto properties = get_properties(fd, display->crtc_id, DRM_MODE_OBJECT_CRTC)) {
+    const uint32_t property_id = find_property(fd, *properties, "GAMMA_LUT");
+    if (property_id == 0) {
+      log_error("can't find GAMMA_LUT");
+      return -1;
+    }
+    const pq::DrmBlob blob(fd, table.data(), table.size() * sizeof(drm_color_lut));
+    // Blob 0 would take the table away instead of loading one.
+    if (blob.id() != 0) {
+      result = drmModeObjectSetProperty(fd, display->crtc_id, DRM_MODE_OBJECT_CRTC, property_id,
+                                        blob.id());
+    }
+    pq::log_display(Priority::kError, "drmModeObjectSetProperty ret %d ", result);
+  }
+  log_error("set_3x1d_gamma end");
+  return result;
+}
+
+int DrmApi::set_bcsh(unsigned short brightness, unsigned short contrast, unsigned short saturation,
+                     unsigned short hue) {
+  const auto display = open_display_to_change();
+  if (!display) return -1;
+  const int fd = display->fd.get();
+  pq::log_display(Priority::kError, "fd %d crtc_id %u type %u id %u connector_id %u", fd,
+                  display->crtc_id, display->connector_type, display->connector_type_id,
+                  display->connector_id);
+  pq::log_display(Priority::kError, "drmSetClientCap %d",
+                  drmSetClientCap(fd, DRM_CLIENT_CAP_ATOMIC, 1));
+
+  const auto properties = get_properties(fd, display->connector_id, DRM_MODE_OBJECT_CONNECTOR);
+  if (!properties) return -1;
+  const PictureControlIds ids = {
+      find_property(fd, *properties, "brightness"), find_property(fd, *properties, "contrast"),
+      find_property(fd, *properties, "saturation"), find_property(fd, *properties, "hue")};
+  pq::log_display(Priority::kError, "connector_id %u property_id %u ", display->connector_id,
+                  ids.brightness);
+  if (ids.brightness == 0 || ids.contrast == 0 || ids.saturation == 0 || ids.hue == 0) {
+    log_error("can't find prop");
+    return -1;
+  }
+
+  const PictureControls percent = {to_percent(brightness), to_percent(contrast),
+                                   to_percent(saturation), to_percent(hue)};
+  const int result = commit(*display, ids, percent);
+  store(*display, percent);
+  return result;
+}

@@ -1,0 +1,95 @@
+#include "common/pq_tuning_utils.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <csignal>
+
+#include <android/log.h>
+
+#include "common/log.h"
+#include "common/wait.h"
+
+namespace {
+
+constexpr pq::Log kLog("common/pq_tuning_utils", nullptr);
+constexpr int kExecFailedStatus = 4;
+constexpr std::chrono::seconds kProgramTime{2};
+
+// Reaps every child that has ended. It runs on the main thread, wherever that is at the moment.
+void child_handler(int /*signal*/) {
+  const int saved_errno = errno;
+  int status = 0;
+  while (waitpid(-1, &status, WNOHANG) > 0) {
+  }
+  errno = saved_errno;
+}
+
+// Writes a line that was formatted before the fork. Another thread may have held a lock of malloc
+// or of stdio at the fork; in the child nobody would ever release it.
+void write_in_child(const pq::LogText& text) {
+  if (text[0] != '\0') __android_log_write(ANDROID_LOG_DEBUG, nullptr, text.data());
+}
+
+// Runs a program in a child and gives it its time. `exec` replaces the child by the program.
+template <typename Exec>
+int run_program(Exec exec) {
+  std::signal(SIGCHLD, child_handler);
+  // "execl am" whatever the program: people search logs for these texts.
+  const pq::LogText before = kLog.debug().text("before execl am");
+  const pq::LogText after = kLog.debug().text("after execl am");
+
+  const pid_t child = fork();
+  if (child == 0) {
+    // The threads that call us block signals, and a program would inherit that.
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    write_in_child(before);
+    exec();
+    write_in_child(after);
+    _exit(kExecFailedStatus);
+  }
+  if (child < 0) return child;
+  pq::wait_whole(kProgramTime);
+  kLog.debug()("after fork am %d", child);
+  return child;
+}
+
+// A colour component in decimal.
+class ComponentText {
+ public:
+  explicit ComponentText(int value) {
+    *std::to_chars(text_, text_ + sizeof(text_) - 1, value).ptr = '\0';
+  }
+  const char* c_str() const { return text_; }
+
+ private:
+  char text_[12] = {};
+};
+
+}  // namespace
+
+int PQTuningUtils::updateUI() {
+  return run_program(
+      [] { execlp("/system/bin/service", "service", "call", "SurfaceFlinger", "1006", nullptr); });
+}
+
+int PQTuningUtils::showPattern(int red, int green, int blue) {
+  const ComponentText red_text(red);
+  const ComponentText green_text(green);
+  const ComponentText blue_text(blue);
+  return run_program([&] {
+    execlp("/system/bin/am", "am", "start", "-n", "com.qx.patterntool/com.qx.patterntool.Display",
+           "--ei", "red", red_text.c_str(), "--ei", "green", green_text.c_str(), "--ei", "blue",
+           blue_text.c_str(), nullptr);
+  });
+}
+
+int PQTuningUtils::closePattern() {
+  return run_program(
+      [] { execlp("/system/bin/am", "am", "force-stop", "com.qx.patterntool", nullptr); });
+}

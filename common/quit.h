@@ -1,0 +1,14 @@
+// Whether the process has been asked to end.
+#ifndef COMMON_QUIT_H_
+#define COMMON_QUIT_H_
+
+#include <atomic>
+
+namespace pq {
+
+// Set by the signal handler before it waits for the threads; whoever can block for long watches it.
+inline std::atomic<bool> quit_requested = false;
+
+}  // namespace pq
+
+#endif  // COMMON_QUIT_H_
