@@ -1,0 +1,245 @@
+#include "netserver/tcp_server.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <exception>
+#include <new>
+#include <system_error>
+
+#include "common/log.h"
+
+namespace {
+
+constexpr pq::Log kLog("netserver/tcp_server");
+
+constexpr int kBacklog = 5;
+constexpr time_t kAcceptTimeout = 1;   // seconds; how long a shutdown waits for the accept thread
+constexpr time_t kReceiveTimeout = 3;  // seconds; the same for an idle client's thread
+constexpr time_t kSendTimeout = 1;     // seconds; so that a blocked send sees the quit flag
+
+// An accept that fails for want of descriptors ends the server for good. So we stop accepting while
+// there are still enough left for what a request opens.
+constexpr int kSpareDescriptors = 32;
+constexpr std::chrono::milliseconds kScarcityPause{100};
+
+// Signals that end the process belong to the main thread. SIGCHLD does too: in one of ours it would
+// interrupt a receive and cost the client its connection.
+void leave_signals_to_main_thread() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGQUIT, SIGINT, SIGTERM, SIGCHLD})
+    sigaddset(&signals, signal);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+void set_timeout(int socket, int option, time_t seconds) {
+  const timeval timeout{seconds, 0};
+  setsockopt(socket, SOL_SOCKET, option, &timeout, sizeof(timeout));
+}
+
+void set_flag(int socket, int option) {
+  const int on = 1;
+  setsockopt(socket, SOL_SOCKET, option, &on, sizeof(on));
+}
+
+void raise_descriptor_limit() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0 || limit.rlim_cur >= limit.rlim_max) return;
+  limit.rlim_cur = limit.rlim_max;
+  setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+}  // namespace
+
+TCPServer::~TCPServer() {
+  SaveExit();
+  recv_threads_finished_id_.clear();
+  while (!recv_threads_.empty())
+    recv_threads_.pop_back();
+}
+
+int TCPServer::Process(int32_t port) {
+  stopped_ = false;
+  kLog.debug()("TCPServer::Process\n");
+  raise_descriptor_limit();
+
+  // Closed on exec, as every descriptor here: a program that outlives the daemon would otherwise
+  // hold the port and swallow connections after a restart.
+  sock_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  if (sock_ < 0) return fail("Failed to create socket with tunner");
+
+  server_addr_ = {};
+  const int on = 1;
+  if (setsockopt(sock_, SOL_SOCKET, SO_REUSEPORT, &on, sizeof(on)) < 0) {
+    return fail("Error setsockopt\n");
+  }
+  server_addr_.sin_family = AF_INET;
+  server_addr_.sin_addr.s_addr = htonl(INADDR_ANY);
+  server_addr_.sin_port = htons(static_cast<uint16_t>(port));
+  if (bind(sock_, reinterpret_cast<const sockaddr*>(&server_addr_), sizeof(server_addr_)) < 0) {
+    return fail("Error bind\n");
+  }
+  if (listen(sock_, kBacklog) < 0) return fail("Error listen\n");
+
+  quit_ = false;
+  accept_thread_ = std::make_unique<std::thread>(&TCPServer::Accepted, this);
+  return 0;
+}
+
+// The socket stays open: SaveExit closes it.
+int TCPServer::fail(const char* message) {
+  kLog.error()("%s", message);
+  stopped_ = true;
+  return -1;
+}
+
+void TCPServer::Accepted() {
+  kLog.info()("TCPServer::Accepted\n");
+  leave_signals_to_main_thread();
+  set_timeout(sock_, SO_RCVTIMEO, kAcceptTimeout);
+  set_flag(sock_, SO_REUSEADDR);
+
+  while (!quit_) {
+    join_finished();
+    if (descriptors_are_scarce()) {
+      std::this_thread::sleep_for(kScarcityPause);
+      continue;
+    }
+    socklen_t length = sizeof(client_addr_);
+    const int client_socket =
+        accept4(sock_, reinterpret_cast<sockaddr*>(&client_addr_), &length, SOCK_CLOEXEC);
+    if (client_socket >= 0) {
+      start_receiving(client_socket);
+    } else if (errno != EINTR && errno != EAGAIN) {
+      kLog.error()("Error socket accept failed %d %d\n", client_socket, errno);
+      break;
+    }
+  }
+  close(sock_);
+  sock_ = -1;
+  stopped_ = true;
+  kLog.debug()("socket accept exit\n");
+}
+
+// Descriptors are given out lowest first, so a fresh one's number tells how many are left.
+bool TCPServer::descriptors_are_scarce() const {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return false;
+  const int probe = fcntl(sock_, F_DUPFD_CLOEXEC, 0);
+  if (probe < 0) return true;
+  close(probe);
+  return limit.rlim_cur != RLIM_INFINITY &&
+         static_cast<rlim_t>(probe) + kSpareDescriptors >= limit.rlim_cur;
+}
+
+void TCPServer::start_receiving(int client_socket) {
+  std::array<char, INET_ADDRSTRLEN> address{};
+  inet_ntop(AF_INET, &client_addr_.sin_addr, address.data(), address.size());
+  kLog.debug()("socket accept ip %s\n", address.data());
+  const size_t index = recv_threads_.size();
+  try {
+    recv_threads_.push_back(std::make_unique<std::thread>());
+    *recv_threads_.back() = std::thread(&TCPServer::Recvieve, this, client_socket, index);
+  } catch (const std::exception& error) {
+    kLog.error()("no thread for the client on socket %d, closing it: %s\n", client_socket,
+                 error.what());
+    recv_threads_.resize(index);
+    close(client_socket);
+    return;
+  }
+  // The text is an old one that people look for; the socket stays open.
+  kLog.debug()("socket accept close\n");
+}
+
+int32_t TCPServer::Recvieve(int32_t client_socket, size_t index) {
+  leave_signals_to_main_thread();
+  kLog.debug()("TCPServer::Recvieve enter %d\n", client_socket);
+  set_timeout(client_socket, SO_RCVTIMEO, kReceiveTimeout);
+  set_timeout(client_socket, SO_SNDTIMEO, kSendTimeout);
+  set_flag(client_socket, SO_KEEPALIVE);  // a client that lost its power is noticed one day
+  receive_until_gone(client_socket);
+  kLog.debug()("TCPServer::Recvieve exit %d\n", client_socket);
+  close(client_socket);
+  note_finished(index);
+  return 0;
+}
+
+void TCPServer::receive_until_gone(int client_socket) {
+  // Zeroed once, not between receives: a short command packet is completed by what was there.
+  std::array<char, kReceiveSize> buffer{};
+  while (!quit_) {
+    const ssize_t length =
+        recvfrom(client_socket, buffer.data(), buffer.size(), 0, nullptr, nullptr);
+    if (length == 0) {
+      kLog.debug()("socket recvieve exit\n");
+      return;
+    }
+    if (length < 0) {
+      if (errno == EAGAIN || errno == EINTR) continue;
+      return;
+    }
+    kLog.debug()("socket recvieve length: %zd\n", length);
+    handle_chunk(client_socket, buffer.data(), static_cast<int>(length));
+  }
+}
+
+void TCPServer::handle_chunk(int client_socket, char* data, int length) {
+  if (!callback_) return;
+  try {
+    callback_(client_socket, data, length);
+  } catch (const std::exception& error) {
+    kLog.error()("chunk of %d bytes dropped: %s\n", length, error.what());
+  }
+}
+
+void TCPServer::note_finished(size_t index) {
+  size_t count = 0;
+  try {
+    const std::lock_guard lock(finished_mutex_);
+    recv_threads_finished_id_.push_back(std::this_thread::get_id());
+    count = recv_threads_finished_id_.size();
+    to_join_.push_back(index);
+  } catch (const std::bad_alloc&) {
+    // Not queued: this thread is joined at shutdown.
+  }
+  kLog.debug()("TCPServer::recv_threads_finished_id_ len: %zu\n", count);
+}
+
+size_t TCPServer::finished_count() const {
+  const std::lock_guard lock(finished_mutex_);
+  return recv_threads_finished_id_.size();
+}
+
+// A finished thread that nobody joins keeps its stack. The empty thread objects stay in the list.
+void TCPServer::join_finished() {
+  std::vector<size_t> finished;
+  {
+    const std::lock_guard lock(finished_mutex_);
+    finished.swap(to_join_);
+  }
+  for (const size_t index : finished)
+    recv_threads_[index]->join();
+}
+
+int32_t TCPServer::SaveExit() {
+  // A second signal may arrive while the first one's handler is still joining.
+  if (exiting_.exchange(true)) return -1;
+  quit_ = true;
+  if (accept_thread_ && accept_thread_->joinable()) accept_thread_->join();
+  for (const auto& thread : recv_threads_) {
+    if (thread->joinable()) thread->join();
+  }
+  const int32_t result = close(sock_);
+  sock_ = -1;
+  exiting_ = false;
+  return result;
+}

@@ -1,0 +1,170 @@
+#include "netserver/tcp_server.h"
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "common/owner.h"
+#include "support/private_network.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr uint16_t kPort = 6001;
+
+pq::UniqueFd connect_client() {
+  pq::UniqueFd client(socket(AF_INET, SOCK_STREAM, 0));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(kPort);
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  EXPECT_EQ(connect(client.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+  return client;
+}
+
+std::string ask(const pq::UniqueFd& client, const std::string& question) {
+  send(client.get(), question.data(), question.size(), MSG_NOSIGNAL);
+  std::string answer(question.size(), '\0');
+  const ssize_t length = recv(client.get(), answer.data(), answer.size(), 0);
+  answer.resize(length > 0 ? static_cast<size_t>(length) : 0);
+  return answer;
+}
+
+template <typename Condition>
+bool comes_true(Condition condition) {
+  for (int i = 0; i < 500; ++i) {
+    if (condition()) return true;
+    std::this_thread::sleep_for(20ms);
+  }
+  return false;
+}
+
+// A server on the loopback interface of a network of its own.
+class TcpServerTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!board::in_private_network()) GTEST_SKIP() << "no private network here";
+  }
+  void serve(TCPServer::Callback callback) {
+    server_.set_callback(std::move(callback));
+    ASSERT_EQ(server_.Process(kPort), 0);
+  }
+  void serve_echo() {
+    serve([](int socket, char* data, int length) {
+      return static_cast<int>(send(socket, data, static_cast<size_t>(length), MSG_NOSIGNAL));
+    });
+  }
+
+  TCPServer server_;
+};
+
+TEST_F(TcpServerTest, HandsOverChunksOfAtMost8192BytesInOrder) {
+  std::mutex mutex;
+  std::string received;
+  size_t largest = 0;
+  serve([&](int, char* data, int length) {
+    const std::lock_guard lock(mutex);
+    received.append(data, static_cast<size_t>(length));
+    largest = std::max(largest, static_cast<size_t>(length));
+    return 0;
+  });
+  std::string sent(20'000, ' ');
+  for (size_t i = 0; i < sent.size(); ++i)
+    sent[i] = static_cast<char>(i % 251);
+  const pq::UniqueFd client = connect_client();
+  ASSERT_EQ(send(client.get(), sent.data(), sent.size(), 0), 20'000);
+  EXPECT_TRUE(comes_true([&] {
+    const std::lock_guard lock(mutex);
+    return received == sent;
+  }));
+  EXPECT_LE(largest, TCPServer::kReceiveSize);
+}
+
+TEST_F(TcpServerTest, AnswersEachClientOnItsOwnSocket) {
+  serve_echo();
+  const pq::UniqueFd first = connect_client();
+  const pq::UniqueFd second = connect_client();
+  EXPECT_EQ(ask(second, "second"), "second");
+  EXPECT_EQ(ask(first, "first"), "first");
+}
+
+TEST_F(TcpServerTest, WhatACallbackThrowsEndsThatChunkOnly) {
+  serve([](int socket, char* data, int length) {
+    if (data[0] == '!') throw std::length_error("too long");
+    return static_cast<int>(send(socket, data, static_cast<size_t>(length), MSG_NOSIGNAL));
+  });
+  const pq::UniqueFd client = connect_client();
+  send(client.get(), "!", 1, 0);
+  std::this_thread::sleep_for(100ms);
+  EXPECT_EQ(ask(client, "still there"), "still there");
+}
+
+TEST_F(TcpServerTest, CountsItsFinishedClients) {
+  serve_echo();
+  for (int i = 0; i < 100; ++i)
+    EXPECT_EQ(ask(connect_client(), "x"), "x");
+  EXPECT_TRUE(comes_true([&] { return server_.finished_count() == 100; }));
+  server_.SaveExit();
+  EXPECT_EQ(server_.accepted_count(), 100U);
+}
+
+TEST_F(TcpServerTest, EndsWithinThreeSecondsBesideIdleClients) {
+  serve_echo();
+  std::vector<pq::UniqueFd> idle;
+  for (int i = 0; i < 50; ++i)
+    idle.push_back(connect_client());
+  const auto start = std::chrono::steady_clock::now();
+  server_.SaveExit();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 3200ms);
+  EXPECT_TRUE(server_.stopped());
+  EXPECT_EQ(server_.SaveExit(), -1);  // and again does no harm
+}
+
+TEST_F(TcpServerTest, DoesNotStartOnAPortThatIsTaken) {
+  const pq::UniqueFd other(socket(AF_INET, SOCK_STREAM, 0));
+  const int on = 1;  // past connections of other tests
+  setsockopt(other.get(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(kPort);
+  ASSERT_EQ(bind(other.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+  EXPECT_EQ(server_.Process(kPort), -1);
+  EXPECT_TRUE(server_.stopped());
+}
+
+// An accept that fails for want of descriptors would end the server for good.
+TEST_F(TcpServerTest, ServesAgainAfterItRanShortOfDescriptors) {
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  rlimit few = before;
+  few.rlim_cur = few.rlim_max = 128;
+  // Server and clients share this process's descriptors: 100 for clients is more than enough.
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
+  serve_echo();
+  std::vector<pq::UniqueFd> clients;
+  for (int i = 0; i < 60; ++i) {
+    pq::UniqueFd client(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(kPort);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    (void)connect(client.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address));
+    clients.push_back(std::move(client));
+  }
+  std::this_thread::sleep_for(500ms);
+  EXPECT_FALSE(server_.stopped());
+  clients.clear();
+  EXPECT_EQ(ask(connect_client(), "again"), "again");
+}
+
+}  // namespace
