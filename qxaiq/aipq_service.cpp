@@ -1,0 +1,66 @@
+#include <mutex>
+
+#include "qxaiq/change_counter.h"
+#include "qxaiq/document_file.h"
+#include "qxaiq/json_patch.h"
+#include "qxaiq/log_source.h"
+#include "qxaiq/pq_request.h"
+#include "qxaiq/pq_service.h"
+
+namespace pq {
+namespace {
+
+// The table that a path names; null when it names neither. One that names both is an ACM path.
+const char* find_table(const PqRequest& request) {
+  for (const char* table : {"acm", "dci"}) {
+    if (request.path_names(table)) return table;
+  }
+  return nullptr;
+}
+
+// Applies the patch to the stored document and saves what comes out. A patch that fails leaves the
+// document as it was; it is written anew all the same, which tools use to have it reformatted.
+void change_document(std::string_view patch_text) {
+  const std::lock_guard lock(document_mutex);
+  const TextPtr stored = read_document_text(kAipqDocument);
+  JsonPtr document(stored ? cJSON_Parse(stored.get()) : nullptr);
+  const int status = apply_patch(document, patch_text);
+  kProtocolLog.debug()("updateAIPQ ApplyPatches ret %d ", status);
+  if (!stored) return;
+  if (status != 0) document.reset(cJSON_Parse(stored.get()));
+
+  const TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
+  // A patch can make a tree that prints as nothing, or as nothing that can be read again.
+  const bool readable = text && JsonPtr(cJSON_Parse(text.get()));
+  const int saved = readable ? save_document(kAipqDocument, text.get()) : -1;
+  kProtocolLog.debug()("updateAIPQ j2s_save_file ret %d ", saved);
+}
+
+}  // namespace
+}  // namespace pq
+
+int updateAIPQ(char* body, uint32_t length) {
+  const std::string_view text(body, length);
+  const pq::PqRequest request(text);
+  request.check_platform();
+  pq::change_document(text);
+  if (const char* table = pq::find_table(request)) {
+    pq::bump(table[0] == 'a' ? pq::kAcmCounter : pq::kDciCounter);
+  }
+  return 0;
+}
+
+char* getAIPQ(char* body, uint32_t length) {
+  pq::PqRequest request({body, length});
+  request.put_platform();
+  if (const char* table = pq::find_table(request)) {
+    pq::JsonPtr document;
+    {
+      const std::lock_guard lock(pq::document_mutex);
+      document = pq::read_document(pq::kAipqDocument);
+    }
+    pq::JsonPtr values(cJSON_DetachItemFromObjectCaseSensitive(document.get(), table));
+    if (values) pq::add_to_object(request.operation(), "value", std::move(values));
+  }
+  return request.operation() != nullptr ? cJSON_Print(request.operation()) : nullptr;
+}

@@ -1,0 +1,37 @@
+// The two JSON documents on the board's disk: where they are, and how they are read and saved so
+// that one is there, whole, whenever the power goes.
+#ifndef QXAIQ_DOCUMENT_FILE_H_
+#define QXAIQ_DOCUMENT_FILE_H_
+
+#include <mutex>
+
+#include "qxaiq/json.h"
+
+namespace pq {
+
+inline constexpr char kPqDocument[] = "/data/vendor/qxalgo/pq_config.json";
+inline constexpr char kAipqDocument[] = "/data/vendor/qxalgo/aipq_config.json";
+
+// Held from reading a document to saving it, so that no change is lost, and while one is read, so
+// that nobody sees half a save. Never held across a wait, a send or the start of a program.
+inline std::mutex document_mutex;
+
+// A document's text, null when there is none to read.
+TextPtr read_document_text(const char* path);
+
+// A document's tree, null when it can't be read or is no JSON.
+JsonPtr read_document(const char* path);
+
+// Replaces a document. Saving truncates the file before it writes, and being killed in between is
+// how the service is normally stopped; so the text goes to a side file next to the document first.
+// Returns the number of bytes written, or -1. When the side file can't be written the document is
+// as it was; when the document itself can't, the side file stays for restore_document.
+int save_document(const char* path, const char* text);
+
+// To be called at start-up for each document: puts back what a save that was cut short left in the
+// side file, when the document can't be read any more. Never creates a missing document.
+void restore_document(const char* path);
+
+}  // namespace pq
+
+#endif  // QXAIQ_DOCUMENT_FILE_H_

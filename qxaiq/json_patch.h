@@ -1,0 +1,24 @@
+// JSON Patch (RFC 6902) in front of the patch library: the same results, without the requests that
+// would crash it, blow up memory or the stack, or leave a half-changed tree that is taken for
+// whole.
+#ifndef QXAIQ_JSON_PATCH_H_
+#define QXAIQ_JSON_PATCH_H_
+
+#include <string_view>
+
+#include "qxaiq/json.h"
+
+namespace pq {
+
+// Applies a patch, the text of a JSON array of operations, to a document.
+// document: may be null, then the patch fails. On success it holds the changed document; it may
+// have become something else than an object, or nothing that can be printed (a removed root). On
+// failure it is left half-changed, for the caller to throw away.
+// Returns 0 or the patch library's status of the operation that failed: 2 for one without a path,
+// 4 for a move or copy whose "from" is no text, 8 for more than 1,000 operations or for a document
+// that has grown past 1,000,000 items or a depth of 256, others as the library numbers them.
+int apply_patch(JsonPtr& document, std::string_view patch_text);
+
+}  // namespace pq
+
+#endif  // QXAIQ_JSON_PATCH_H_

@@ -1,0 +1,43 @@
+// The PQ parameters in memory, between the document and the display.
+#ifndef QXAIQ_PQ_PARAMETERS_H_
+#define QXAIQ_PQ_PARAMETERS_H_
+
+#include <cstdlib>
+
+#include "j2s/pq_schema.h"
+#include "qxaiq/json.h"
+
+namespace pq {
+
+// One record of PQ parameters, zero at first, that owns the texts loaded into it.
+// It must never hold the constant texts that the bootstrap documents are made from.
+struct PqParameters {
+  pq_tuning_param values{};
+
+  PqParameters() = default;
+  ~PqParameters() {
+    for (char* text : {values.csc.name, values.csc.cscMode, values.dci.name, values.acm.name,
+                       values.gamma.name, values.sharp.name}) {
+      std::free(text);
+    }
+  }
+  PqParameters(const PqParameters&) = delete;
+  PqParameters& operator=(const PqParameters&) = delete;
+
+  // Loads what fits of a "pq_tuning_param" object; what it lacks keeps its value. `item` may be
+  // null: then nothing is loaded. Returns the result of j2s_json_to_struct.
+  int load(j2s_ctx* context, cJSON* item) {
+    return j2s_json_to_struct(context, item, "pq_tuning_param", &values);
+  }
+};
+
+// Lives on a receive thread's stack, which has as little as 1,008 KiB on the board.
+static_assert(sizeof(PqParameters) < 65'536);
+
+// The PQ document of these parameters: an object with the one member "pq_tuning_param". Null when
+// memory runs out.
+JsonPtr make_pq_document(j2s_ctx* context, const pq_tuning_param& values);
+
+}  // namespace pq
+
+#endif  // QXAIQ_PQ_PARAMETERS_H_

@@ -1,0 +1,72 @@
+#include <mutex>
+
+#include "qxaiq/change_counter.h"
+#include "qxaiq/document_file.h"
+#include "qxaiq/json_patch.h"
+#include "qxaiq/log_source.h"
+#include "qxaiq/pq_display.h"
+#include "qxaiq/pq_parameters.h"
+#include "qxaiq/pq_request.h"
+#include "qxaiq/pq_service.h"
+
+namespace pq {
+namespace {
+
+void log_request(const PqRequest& request) {
+  kProtocolLog.debug()("toolversion %s", or_empty(request.text_member("toolversion")));
+  request.check_platform();
+}
+
+// The "pq_tuning_param" object of the stored document, taken out of it: a patch of its root changes
+// the item's name and place, and it could not be found in the document again.
+JsonPtr take_stored_parameters() {
+  const JsonPtr document = read_document(kPqDocument);
+  return JsonPtr(cJSON_DetachItemFromObject(document.get(), "pq_tuning_param"));
+}
+
+// Patches the stored parameters, brings them into the schema's form, and saves what comes out.
+// Unknown keys are dropped, missing ones become zero. Returns 0, or what failed; then nothing has
+// been written.
+int change_document(std::string_view patch_text, PqParameters& parameters) {
+  const std::lock_guard lock(document_mutex);
+  JsonPtr item = take_stored_parameters();
+  const int patched = apply_patch(item, patch_text);
+  kProtocolLog.debug()("ApplyPatches ret %d ", patched);
+  if (patched != 0) return patched;
+
+  J2sContext context;
+  const int loaded = parameters.load(context.get(), item.get());
+  kProtocolLog.debug()("j2s_json_to_struct ret %d ", loaded);
+  if (loaded != 0) return loaded;
+
+  const JsonPtr document = make_pq_document(context.get(), parameters.values);
+  const TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
+  const int saved = save_document(kPqDocument, text.get());
+  return saved < 0 ? saved : 0;
+}
+
+// The first of these words that the path holds decides, whatever else it holds.
+void show_change(const PqRequest& request, PqParameters& parameters) {
+  if (request.path_names("csc")) {
+    show_colour_space(parameters.values);
+  } else if (request.path_names("dci") || request.path_names("acm") ||
+             request.path_names("sharp")) {
+    show_lut();
+  } else if (request.path_names("gamma")) {
+    show_gamma(parameters.values.gamma);
+  }
+}
+
+}  // namespace
+}  // namespace pq
+
+int updatePQ(char* body, uint32_t length) {
+  const std::string_view text(body, length);
+  const pq::PqRequest request(text);
+  pq::log_request(request);
+  pq::PqParameters parameters;
+  const int failed = pq::change_document(text, parameters);
+  if (failed != 0) return failed;
+  pq::show_change(request, parameters);
+  return 0;
+}

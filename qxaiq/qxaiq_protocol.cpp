@@ -1,0 +1,62 @@
+#include "qxaiq/qxaiq_protocol.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <mutex>
+#include <string_view>
+
+#include "qxaiq/command_handlers.h"
+#include "qxaiq/command_packet.h"
+#include "qxaiq/log_source.h"
+
+namespace {
+
+using pq::kProtocolLog;
+
+std::mutex protocol_mutex;
+bool running =
+    true;  // guarded by protocol_mutex; for whoever looks at the process, nothing reads it
+
+bool is_command_packet(std::string_view chunk) {
+  return chunk.starts_with(pq::kRequestMagic);
+}
+
+void log_chunk(std::string_view chunk, const CommandData_t& packet) {
+  kProtocolLog.debug()("HandlerTCPMessage:\n");
+  kProtocolLog.debug()("1 HandlerTCPMessage CommandData_t: 0x%zx\n", sizeof(packet));
+  const auto magic = static_cast<int>(std::min(chunk.size(), sizeof(packet.QXID)));
+  kProtocolLog.debug()("2 HandlerTCPMessage QXID: %.*s\n", magic, chunk.data());
+  // Two lines with the number 3, as people know them.
+  kProtocolLog.debug()("3 HandlerTCPMessage datLen %d\n", packet.datLen);
+  kProtocolLog.debug()("3 HandlerTCPMessage cmdID %d\n", packet.cmdID);
+}
+
+}  // namespace
+
+int QXAiqProtocol::HandlerTCPMessage(int sock, char* data, int length) {
+  const std::string_view chunk(data, static_cast<size_t>(length));
+  CommandData_t packet{};
+  std::memcpy(&packet, data, sizeof(packet));
+  log_chunk(chunk, packet);
+  if (!is_command_packet(chunk)) return MessageForward(sock, data, length);
+  switch (packet.cmdID) {
+    case pq::kCommandDump:
+      pq::send_dump(sock, packet);
+      break;
+    case pq::kCommandPattern:
+      pq::show_pattern(sock, packet);
+      break;
+    case pq::kCommandPatternMode:
+      pq::switch_pattern_mode(sock, packet);
+      break;
+    default:
+      break;
+  }
+  return 0;
+}
+
+void QXAiqProtocol::Exit() {
+  const std::lock_guard lock(protocol_mutex);
+  running = false;
+}

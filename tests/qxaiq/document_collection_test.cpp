@@ -1,0 +1,108 @@
+#include "qxaiq/document_collection.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace {
+
+using pq::CollectedDocument;
+using pq::DocumentCollection;
+using Kind = CollectedDocument::Kind;
+
+constexpr size_t kTrailer = 4;
+
+// A document of `size` bytes in which every place is different from its neighbours.
+std::string document_of(size_t size) {
+  std::string text(size, ' ');
+  for (size_t i = 0; i < size; ++i)
+    text[i] = static_cast<char>('!' + i % 89);
+  return text;
+}
+
+// Sends what follows the packet start in pieces of `piece` bytes; the last one's outcome.
+CollectedDocument add_in_pieces(DocumentCollection& collection, std::string_view rest,
+                                size_t piece) {
+  CollectedDocument document;
+  while (!rest.empty()) {
+    EXPECT_EQ(document.kind, Kind::kNone) << "complete with " << rest.size() << " bytes to come";
+    document = collection.add(rest.substr(0, piece));
+    rest.remove_prefix(std::min(piece, rest.size()));
+  }
+  return document;
+}
+
+TEST(DocumentCollectionTest, PutsALargeDocumentTogetherHoweverItIsCut) {
+  const std::string text = document_of(20'000);
+  const std::string sent = text + std::string(kTrailer, '\0');
+  for (const size_t first : {size_t{0}, size_t{1}, size_t{8168}}) {
+    for (const size_t piece : {size_t{1}, size_t{7}, size_t{8192}, sent.size()}) {
+      DocumentCollection collection;
+      collection.start(true, 20'000, std::string_view(sent).substr(0, first));
+      const auto document = add_in_pieces(collection, std::string_view(sent).substr(first), piece);
+      EXPECT_EQ(document.kind, Kind::kAipq) << first << " then by " << piece;
+      EXPECT_EQ(document.text, text) << first << " then by " << piece;
+    }
+  }
+}
+
+TEST(DocumentCollectionTest, TellsThePqDocumentFromTheAipqOne) {
+  DocumentCollection collection;
+  collection.start(true, 2, "ab");
+  EXPECT_EQ(collection.add("0000").kind, Kind::kAipq);
+  collection.start(false, 2, "cd");
+  EXPECT_EQ(collection.add("0000").kind, Kind::kPq);
+}
+
+TEST(DocumentCollectionTest, DropsWhatRunsPastTheAnnouncedLength) {
+  DocumentCollection collection;
+  collection.start(false, 4, "ab");
+  EXPECT_EQ(collection.add("cd0000x").kind, Kind::kNone);
+  collection.start(false, 4, "ef");
+  EXPECT_EQ(collection.add("gh0000").text, "efgh");
+}
+
+// The way out for a tool whose predecessor was cut off in the middle of a document.
+TEST(DocumentCollectionTest, LeftOversGarbleTheNextDocumentUntilAStrayChunkClearsThem) {
+  DocumentCollection collection;
+  collection.start(false, 100, "left");  // and its sender went away
+  collection.start(false, 4, "ab");
+  EXPECT_EQ(collection.add("cd0000").text, "left");
+  EXPECT_EQ(collection.add("stray").kind, Kind::kNone);
+  collection.start(false, 4, "ab");
+  EXPECT_EQ(collection.add("cd0000").text, "abcd");
+}
+
+TEST(DocumentCollectionTest, SurvivesEveryAnnouncedLength) {
+  for (const uint32_t length : {0x7FFFFFFBU, 0x7FFFFFFCU, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFBU,
+                                0xFFFFFFFCU, 0xFFFFFFFFU}) {
+    DocumentCollection collection;
+    collection.start(false, length, "abc");
+    for (int i = 0; i < 5; ++i)
+      EXPECT_EQ(collection.add("d").kind, Kind::kNone) << length;
+    collection.start(false, 2, "ab");
+    EXPECT_NE(collection.add("0000").kind, Kind::kNone) << length;
+  }
+}
+
+TEST(DocumentCollectionTest, KeepsEightMebibytesOfAnEndlessDocument) {
+  DocumentCollection collection;
+  const std::string chunk(1024 * 1024, 'x');
+  collection.start(false, 12 * 1024 * 1024 - kTrailer, "");
+  for (int i = 0; i < 12; ++i) {
+    EXPECT_EQ(collection.add(chunk).kind, Kind::kNone) << "mebibyte " << i;
+  }
+  collection.start(false, 2, "ab");
+  EXPECT_EQ(collection.add("0000").text, "ab");
+}
+
+TEST(DocumentCollectionTest, FourStrayBytesInAFreshProcessAreAnEmptyDocument) {
+  DocumentCollection collection;
+  const auto document = collection.add("abcd");
+  EXPECT_EQ(document.kind, Kind::kPq);
+  EXPECT_EQ(document.text, "");
+}
+
+}  // namespace

@@ -1,0 +1,107 @@
+#include "qxaiq/json_patch.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+struct Outcome {
+  int status;
+  std::string document;  // compact
+};
+
+Outcome patch(const char* document, const std::string& operations) {
+  pq::JsonPtr tree(cJSON_Parse(document));
+  const int status = pq::apply_patch(tree, operations);
+  const pq::TextPtr text(cJSON_PrintUnformatted(tree.get()));
+  return {status, text ? text.get() : "nothing"};
+}
+
+struct Case {
+  const char* name;
+  const char* operations;
+  int status;
+  const char* document;  // only when the status is 0
+};
+
+constexpr char kDocument[] = R"({"csc":{"hue":1,"gain":[1,2,3]},"dci":{"on":1}})";
+
+class JsonPatch : public testing::TestWithParam<Case> {};
+
+TEST_P(JsonPatch, Applies) {
+  const Outcome outcome = patch(kDocument, GetParam().operations);
+  EXPECT_EQ(outcome.status, GetParam().status);
+  if (outcome.status == 0) {
+    EXPECT_EQ(outcome.document, GetParam().document);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Operations, JsonPatch,
+    testing::Values(
+        Case{"replace", R"([{"op":"replace","path":"/csc/hue","value":9}])", 0,
+             R"({"csc":{"gain":[1,2,3],"hue":9},"dci":{"on":1}})"},
+        Case{"add_in_the_middle", R"([{"op":"add","path":"/csc/gain/1","value":9}])", 0,
+             R"({"csc":{"hue":1,"gain":[1,9,2,3]},"dci":{"on":1}})"},
+        Case{"remove", R"([{"op":"remove","path":"/dci"}])", 0,
+             R"({"csc":{"hue":1,"gain":[1,2,3]}})"},
+        Case{"move", R"([{"op":"move","from":"/dci","path":"/csc/dci"}])", 0,
+             R"({"csc":{"hue":1,"gain":[1,2,3],"dci":{"on":1}}})"},
+        Case{"copy", R"([{"op":"copy","from":"/csc/hue","path":"/dci/on"}])", 0,
+             R"({"csc":{"hue":1,"gain":[1,2,3]},"dci":{"on":1}})"},
+        Case{"test_changes_nothing",
+             R"([{"op":"test","path":"/csc","value":{"hue":1,"gain":[1,2,3]}}])", 0, kDocument},
+        Case{"add_after_test",
+             R"([{"op":"test","path":"/csc","value":{"hue":1,"gain":[1,2,3]}},
+                 {"op":"add","path":"/csc/a","value":0},{"op":"remove","path":"/csc/hue"}])",
+             0, R"({"csc":{"gain":[1,2,3],"a":0},"dci":{"on":1}})"},
+        Case{"failed_test", R"([{"op":"test","path":"/csc/hue","value":2}])", 1, ""},
+        Case{"root_replaced", R"([{"op":"replace","path":"","value":[1]}])", 0, "[1]"},
+        Case{"root_removed", R"([{"op":"remove","path":""}])", 0, "nothing"},
+        Case{"no_patch", R"({"op":"remove","path":"/csc"})", 2, ""},
+        Case{"no_path", R"([{"op":"remove"}])", 2, ""},
+        Case{"path_is_no_text", R"([{"op":"remove","path":7}])", 2, ""},
+        Case{"unknown_operation", R"([{"op":"erase","path":"/csc"}])", 3, ""},
+        Case{"source_is_no_text", R"([{"op":"move","from":0,"path":"/csc"}])", 4, ""},
+        Case{"source_of_any_case_is_no_text", R"([{"OP":"copy","FROM":0,"PATH":"/csc"}])", 4, ""},
+        Case{"source_missing", R"([{"op":"copy","path":"/csc"}])", 4, ""},
+        Case{"moved_into_itself", R"([{"op":"move","from":"/csc","path":"/csc/x"}])", 9, ""},
+        Case{"replace_without_value", R"([{"op":"replace","path":"/csc"}])", 7, ""},
+        Case{"second_of_two_fails",
+             R"([{"op":"remove","path":"/csc"},{"op":"remove","path":"/csc"}])", 13, ""}),
+    [](const auto& parameter) { return parameter.param.name; });
+
+TEST(JsonPatchLimits, AMissingDocumentFails) {
+  pq::JsonPtr none;
+  EXPECT_NE(pq::apply_patch(none, R"([{"op":"add","path":"","value":1}])"), 0);
+}
+
+TEST(JsonPatchLimits, DoublingByCopyEndsAsFailure) {
+  std::string operations = "[";
+  for (int i = 0; i < 40; ++i) {
+    operations += R"({"op":"copy","from":"","path":"/x)" + std::to_string(i) + R"("},)";
+  }
+  operations.back() = ']';
+  EXPECT_EQ(patch(kDocument, operations).status, 8);
+}
+
+TEST(JsonPatchLimits, NestingDeeperThanStacksAllowEndsAsFailure) {
+  const std::string deep = std::string(300, '[') + std::string(300, ']');
+  EXPECT_EQ(patch(kDocument, R"([{"op":"add","path":"/x","value":)" + deep + "}]").status, 8);
+}
+
+TEST(JsonPatchLimits, AThousandOperationsAreTheMost) {
+  const auto times = [](int count) {
+    std::string operations = "[";
+    for (int i = 0; i < count; ++i) {
+      operations += R"({"op":"add","path":"/csc/gain/-","value":0},)";
+    }
+    operations.back() = ']';
+    return patch(kDocument, operations).status;
+  };
+  EXPECT_EQ(times(1000), 0);
+  EXPECT_EQ(times(1001), 8);
+}
+
+}  // namespace
