@@ -1,0 +1,87 @@
+// The PQ tool server: lets a tuning tool on a PC adjust the display's picture quality while the
+// picture is on screen. This is its start-up, in the order that the board relies on.
+
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+
+#include <cutils/properties.h>
+
+#include "common/pq_tuning_utils.h"
+#include "common/wait.h"
+#include "daemon_log.h"
+#include "document_creators.h"
+#include "netserver/tcp_server.h"
+#include "options.h"
+#include "qxaiq/document_file.h"
+#include "qxaiq/qxaiq_protocol.h"
+#include "signals.h"
+
+namespace {
+
+constexpr char kVersion[] = "1.0.8";
+constexpr int32_t kPort = 5543;
+
+// The display service brings the base parameters up to date when it redraws.
+constexpr std::chrono::seconds kForBaseParameters{2};
+
+// A property holding a hexadecimal number; "-1" gives -1.
+int32_t read_hexadecimal(const char* property, const char* default_value) {
+  std::array<char, PROPERTY_VALUE_MAX> text{};
+  property_get(property, text.data(), default_value);
+  constexpr int kBase = 16;
+  return static_cast<int32_t>(std::strtoull(text.data(), nullptr, kBase));
+}
+
+bool exists(const char* path) {
+  return access(path, F_OK) == 0;
+}
+
+void create_missing_documents() {
+  pq::restore_document(pq::kPqDocument);
+  pq::restore_document(pq::kAipqDocument);
+  if (!exists(pq::kPqDocument)) {
+    PQTuningUtils::updateUI();
+    pq::wait_whole(kForBaseParameters);
+    getJsonFromBaseparameter(const_cast<char*>(pq::kPqDocument));
+  }
+  if (!exists(pq::kAipqDocument)) createDefaultAIPQJson(const_cast<char*>(pq::kAipqDocument));
+}
+
+void serve() {
+  TCPServer server;
+  server.set_callback(QXAiqProtocol::HandlerTCPMessage);
+  server.Process(kPort);  // what failed has been logged, and the server counts as stopped
+  wait_for_end(server);
+  server.SaveExit();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+  kDaemonLog.error()("#### PQ tool server version: %s ####\n", kVersion);
+  block_ending_signals();
+  install_signal_handlers();
+  pq::log_level = read_hexadecimal("persist.vendor.aiqtool.log", "5");
+  // Boards set it; the program that it once ended is no longer there.
+  read_hexadecimal("persist.vendor.aiqtool.killapp", "1");
+
+  Options options;
+  if (!parse_options(argc, argv, options)) {
+    kDaemonLog.error()("Tool server args parse error.\n");
+    return 1;
+  }
+  create_missing_documents();
+  try {
+    serve();
+  } catch (const std::exception& error) {
+    kDaemonLog.error()("cannot serve: %s\n", error.what());
+    return 1;
+  }
+  return 0;
+}

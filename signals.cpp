@@ -1,0 +1,68 @@
+#include "signals.h"
+
+#include <array>
+#include <atomic>
+#include <csignal>
+
+#include "common/quit.h"
+#include "daemon_log.h"
+#include "qxaiq/qxaiq_protocol.h"
+
+namespace {
+
+constexpr std::array<int, 3> kEndingSignals = {SIGINT, SIGQUIT, SIGTERM};
+
+std::atomic<TCPServer*> running_server = nullptr;
+
+sigset_t ending_signals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : kEndingSignals)
+    sigaddset(&signals, signal);
+  return signals;
+}
+
+// What is blocked while the main thread waits: what is blocked now, but for the ending signals.
+sigset_t mask_while_waiting() {
+  sigset_t mask;
+  pthread_sigmask(SIG_SETMASK, nullptr, &mask);
+  for (const int signal : kEndingSignals)
+    sigdelset(&mask, signal);
+  return mask;
+}
+
+}  // namespace
+
+void block_ending_signals() {
+  const sigset_t signals = ending_signals();
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+void install_signal_handlers() {
+  for (const int signal : kEndingSignals) {
+    struct sigaction action {};
+    sigaction(signal, nullptr, &action);
+    if (action.sa_handler == SIG_IGN) continue;
+    action = {};
+    action.sa_handler = signal_handle;
+    sigemptyset(&action.sa_mask);
+    sigaction(signal, &action, nullptr);
+  }
+}
+
+void wait_for_end(TCPServer& server) {
+  running_server = &server;
+  const sigset_t mask = mask_while_waiting();
+  while (!pq::quit_requested && !server.stopped())
+    sigsuspend(&mask);
+  running_server = nullptr;
+}
+
+void signal_handle(int sig) {
+  // The wait lets all three in; a second one must not interrupt this.
+  block_ending_signals();
+  kDaemonLog.error()("signal_handle %d ", sig);
+  pq::quit_requested = true;
+  if (TCPServer* server = running_server) server->SaveExit();
+  QXAiqProtocol::Exit();
+}

@@ -1,0 +1,116 @@
+// What no tool should send, and documents that nobody should have left on the board. The daemon
+// goes on serving, and what is stored stays as it was.
+#include <filesystem>
+#include <random>
+#include <thread>
+
+#include "scenario/daemon_test.h"
+
+namespace scenario {
+namespace {
+
+using namespace std::chrono_literals;
+
+class BadInput : public DaemonTest {
+ protected:
+  // Each text arrives alone, on a connection of its own.
+  static void send_alone(const std::string& bytes) {
+    auto connection = connect();
+    send(connection, bytes);
+    std::this_thread::sleep_for(20ms);
+  }
+};
+
+// A document packet around a request's text.
+std::string packet(std::string head, const std::string& text) {
+  return head + text + "0000";
+}
+
+TEST_F(BadInput, PacketsThatMakeNoSenseChangeNothing) {
+  board::Board& board = start_with_documents();
+  const std::string before = board.read(kPqDocument);
+  std::mt19937 random(7);
+  for (size_t length = 1; length <= 80; ++length) {
+    std::string noise(length, '\0');
+    for (char& byte : noise)
+      byte = static_cast<char>(random());
+    send_alone(noise);
+    // Every shorter length of both headers.
+    if (length < 24) send_alone(header(0, 0).substr(0, length));
+    if (length < 8) send_alone(std::string("QXISP-AK").substr(0, length));
+  }
+  for (const uint32_t length :
+       {0U, 1U, 100U, 0x7FFFFFFBU, 0x80000000U, 0xFFFFFFFBU, 0xFFFFFFFCU, 0xFFFFFFFFU}) {
+    for (const uint32_t command : {0U, 1U, 2U, 3U, 4U, 0xFFFFFFFFU}) {
+      send_alone(header(command, length));
+      send_alone(header(command, length) + "[{\"path\":");
+    }
+  }
+  EXPECT_TRUE(serves());
+  EXPECT_EQ(board.read(kPqDocument), before);
+}
+
+TEST_F(BadInput, RequestsThatAreNoRequestsChangeNothing) {
+  board::Board& board = start_with_documents();
+  const std::string before = board.read(kPqDocument);
+  for (const std::string text :
+       {"", "[", "[]", "{}", "[{}]", "[[]]", "[7]", "[\"path\"]", "null", "[null]", "garbage",
+        R"([{"path":7}])", R"([{"path":null}])", R"([{"path":["csc"]}])", R"([{"path":{}}])",
+        R"([{"path":"/unknown"}])", R"([{"op":"replace"}])", R"([{"platform":1e300}])",
+        R"([{"platform":"x","toolversion":1}])"}) {
+    for (const uint32_t command : {0U, 1U}) {
+      send_alone(packet(header(command, static_cast<uint32_t>(text.size())), text));
+    }
+  }
+  EXPECT_TRUE(serves());
+  EXPECT_EQ(board.read(kPqDocument), before);
+}
+
+TEST_F(BadInput, AQueryIsAnsweredWhateverTheDocumentIs) {
+  start_with_documents();
+  for (const std::string text :
+       {"", "{", "[]", "7", "null", "{\"pq_tuning_param\":7}",
+        R"({"pq_tuning_param":{"csc":[1],"gamma":{"gammaTab_R":"x"},"dci":null}})",
+        R"({"pq_tuning_param":{"csc":{"cscHue":"x","cscMode":1,"cscEnable":1e300}}})"}) {
+    board().write(kPqDocument, text);
+    for (const char* section : {"/csc", "/gamma", "/dci", "/acm", "/sharp"}) {
+      EXPECT_TRUE(cJSON_IsObject(client().query_pq(section).value)) << section << " of " << text;
+    }
+    board().write(kAipqDocument, text);
+    EXPECT_NE(client().query_aipq("/dci").request, nullptr) << text;
+  }
+  std::filesystem::remove(board().file(kPqDocument));
+  EXPECT_TRUE(cJSON_IsObject(client().query_pq("/gamma").value)) << "no document";
+}
+
+TEST_F(BadInput, HalfADocumentCostsOnlyItsSender) {
+  start_with_documents();
+  for (int i = 0; i < 5; ++i) {
+    auto gone = connect();
+    send(gone, header(0, 20'000) + std::string(500, 'x'));
+  }
+  EXPECT_TRUE(serves());
+}
+
+// The document is a patch that fails, so that it is collected but changes nothing.
+TEST_F(BadInput, ADocumentIsCountedHoweverItIsCut) {
+  board::Board& board = start_with_documents();
+  const std::string text = "[{\"path\":\"/none\",\"pad\":\"" + std::string(19'973, 'x') + "\"}]";
+  ASSERT_EQ(text.size(), 20'000U);
+  const std::string sent = header(0, 20'000) + text + "0000";
+  for (const size_t piece : {size_t{1}, size_t{8192}, sent.size()}) {
+    auto connection = connect();
+    send(connection, sent.substr(0, 24));
+    std::this_thread::sleep_for(50ms);
+    for (size_t at = 24; at < sent.size(); at += piece)
+      send(connection, sent.substr(at, piece));
+    EXPECT_TRUE(board.wait_for_log("temp_buffer_size 20004 ")) << "in pieces of " << piece;
+    EXPECT_TRUE(board.wait_for_log("packet complete"));
+    EXPECT_TRUE(board.wait_for_log("ApplyPatches ret"));
+    board.restart();
+    ASSERT_TRUE(board.wait_until_listening(board::kDaemonPort));
+  }
+}
+
+}  // namespace
+}  // namespace scenario

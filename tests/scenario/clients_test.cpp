@@ -1,0 +1,63 @@
+// Many clients at once.
+#include <sys/socket.h>
+
+#include <csignal>
+#include <thread>
+#include <vector>
+
+#include "scenario/daemon_test.h"
+
+namespace scenario {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+class Clients : public DaemonTest {};
+
+TEST_F(Clients, TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd) {
+  for (const int signal : {SIGINT, SIGQUIT, SIGTERM}) {
+    board::Board& board = start_with_documents();
+    std::vector<pqclient::Connection> idle;
+    for (int i = 0; i < 200; ++i) {
+      idle.push_back(connect());
+      // The server's queue is 5 long; a client that finds it full tries again after a second.
+      std::this_thread::sleep_for(2ms);
+    }
+    const auto asked = Clock::now();
+    EXPECT_TRUE(serves());
+    EXPECT_LT(Clock::now() - asked, 1s);
+    const auto stopped = Clock::now();
+    EXPECT_EQ(board.stop(signal), 0);
+    EXPECT_LT(Clock::now() - stopped, 4s);
+  }
+}
+
+// Long under the thread sanitizer, which watches for races meanwhile.
+#ifdef __SANITIZE_THREAD__
+constexpr auto kQueryTime = 60s;
+#else
+constexpr auto kQueryTime = 5s;
+#endif
+
+TEST_F(Clients, TwoThatQueryAtTheSameTimeGetWholeAnswers) {
+  start_with_documents();
+  const auto end = Clock::now() + kQueryTime;
+  const auto query = [&](const char* pq_section, const char* ai_table) {
+    pqclient::TuningClient tool = client();
+    int answers = 0;
+    for (; Clock::now() < end; ++answers) {
+      EXPECT_TRUE(cJSON_IsObject(tool.query_pq(pq_section).value));
+      EXPECT_EQ(cJSON_GetArraySize(tool.query_aipq(ai_table).value), 12);
+    }
+    return answers;
+  };
+  int first = 0;
+  std::thread other([&] { first = query("/gamma", "/dci"); });
+  const int second = query("/acm", "/acm");
+  other.join();
+  EXPECT_GT(std::min(first, second), 5);
+}
+
+}  // namespace
+}  // namespace scenario

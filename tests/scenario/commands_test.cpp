@@ -1,0 +1,144 @@
+// Command packets: patterns, pattern mode, dumps.
+#include <dirent.h>
+
+#include <algorithm>
+#include <fstream>
+#include <thread>
+
+#include "scenario/daemon_test.h"
+
+namespace scenario {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr uint16_t kDump = 2;
+constexpr uint16_t kPattern = 3;
+constexpr uint16_t kPatternMode = 4;
+
+class Commands : public DaemonTest {
+ protected:
+  static std::string packet(uint16_t command, std::vector<uint8_t> data) {
+    std::string bytes("QXISP-AK");
+    bytes.resize(72);
+    bytes[10] = static_cast<char>(command);
+    std::copy(data.begin(), data.end(), bytes.begin() + 22);
+    return bytes;
+  }
+  static std::string acknowledgement(uint16_t command) {
+    std::string bytes("QXISP-AS");
+    bytes.resize(72);
+    bytes[10] = static_cast<char>(command);
+    bytes[20] = bytes[22] = 1;
+    return bytes;
+  }
+  // Sends a command and returns what comes back in time.
+  static std::string command(uint16_t number, std::vector<uint8_t> data,
+                             std::chrono::milliseconds time = 8s) {
+    auto connection = connect();
+    send(connection, packet(number, std::move(data)));
+    return receive(connection, 72, time);
+  }
+  int dci_enable() {
+    const auto answer = client().query_pq("/dci");
+    return static_cast<int>(
+        cJSON_GetNumberValue(cJSON_GetObjectItem(answer.value, "dciEnable")));
+  }
+  // Children of the daemon that nobody has reaped.
+  int zombies() {
+    std::ifstream children("/proc/" + std::to_string(board().daemon_pid()) + "/task/" +
+                           std::to_string(board().daemon_pid()) + "/children");
+    int count = 0;
+    for (int child = 0; children >> child;) {
+      std::ifstream status("/proc/" + std::to_string(child) + "/stat");
+      const std::string line{std::istreambuf_iterator<char>(status), {}};
+      if (line.find(") Z ") != std::string::npos) ++count;
+    }
+    return count;
+  }
+};
+
+TEST_F(Commands, PatternShowsAColourAndIsAcknowledgedAfterTwoSeconds) {
+  start_with_documents();
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(command(kPattern, {255, 0, 128}), acknowledgement(kPattern));
+  EXPECT_GE(std::chrono::steady_clock::now() - start, 2s);
+  EXPECT_EQ(board().calls(),
+            std::vector<std::string>{"am start -n com.qx.patterntool/com.qx.patterntool.Display "
+                                     "--ei red 255 --ei green 0 --ei blue 128"});
+  EXPECT_EQ(zombies(), 0);
+}
+
+TEST_F(Commands, PatternModeSwitchesDciOffAndBackOn) {
+  start_with_documents();
+  change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
+  ASSERT_EQ(dci_enable(), 1);
+  const size_t calls = board().calls().size();
+  EXPECT_EQ(command(kPatternMode, {0x80}), acknowledgement(kPatternMode));
+  EXPECT_EQ(dci_enable(), 0);
+  EXPECT_EQ(command(kPatternMode, {0x81}), acknowledgement(kPatternMode));
+  EXPECT_EQ(dci_enable(), 1);
+  const std::vector<std::string> all = board().calls();
+  EXPECT_EQ(std::vector<std::string>(all.begin() + static_cast<ptrdiff_t>(calls), all.end()),
+            (std::vector<std::string>{"service call SurfaceFlinger 1006",
+                                      "am force-stop com.qx.patterntool",
+                                      "service call SurfaceFlinger 1006"}));
+  EXPECT_EQ(board().property("vendor.tvinput.qxpq.timeline"), "3");
+  EXPECT_EQ(zombies(), 0);
+}
+
+TEST_F(Commands, LeavingPatternModeThatWasNeverEnteredLeavesDciOff) {
+  start_with_documents();
+  change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
+  EXPECT_EQ(command(kPatternMode, {0x81}), acknowledgement(kPatternMode));
+  EXPECT_EQ(dci_enable(), 0);
+}
+
+TEST_F(Commands, UnknownOnesAreIgnored) {
+  start_with_documents();
+  const std::string before = board().read(kPqDocument);
+  EXPECT_EQ(command(5, {0x80}, 300ms), "");
+  EXPECT_EQ(command(kPatternMode, {0x7F}, 300ms), "");
+  EXPECT_EQ(board().read(kPqDocument), before);
+  EXPECT_TRUE(board().calls().empty());
+}
+
+TEST_F(Commands, ADumpIsSentWholeAndItsFileDeleted) {
+  start_with_documents();
+  auto connection = connect();
+  send(connection, packet(kDump, {0x80}));
+  constexpr size_t kSize = 5 + 1920 * 1080 * 3 / 2;  // nv12
+  const std::string reply = receive(connection, kSize, 20s);
+  ASSERT_EQ(reply.size(), kSize);
+  EXPECT_EQ(reply.substr(0, 5), std::string("\x80\x07\x38\x04\x02", 5));
+  EXPECT_FALSE(std::filesystem::exists(
+      board().file("/data/vendor/qxalgo/pq_dump_in_1920x1080.nv12")));
+  EXPECT_EQ(board().property("vendor.tvinput.qxpq.dump.path"), "");
+}
+
+// Somebody else may write the property; the file it names is sent to the network and deleted.
+TEST_F(Commands, ADumpPathOutsideTheDumpsIsLeftAlone) {
+  start_with_documents();
+  for (const char* path : {"/data/vendor/qxalgo/pq_config.json",
+                           "/data/vendor/qxalgo/pq_dump_in_/../pq_config.json",
+                           "/data/vendor/qxalgo/pq_dump_in_9x9.yuv"}) {
+    board().write("/data/vendor/qxalgo/pq_dump_in_9x9.yuv", "x");
+    board().set_property("vendor.tvinput.qxpq.dump.path", path);
+    EXPECT_EQ(command(kDump, {0}, 5s), "") << path;
+    EXPECT_TRUE(std::filesystem::exists(board().file(kPqDocument)));
+  }
+  EXPECT_TRUE(serves());
+}
+
+TEST_F(Commands, AReaderThatVanishesCostsOnlyItsOwnConnection) {
+  start_with_documents();
+  {
+    auto gone = connect();
+    send(gone, packet(kDump, {0x81}));
+  }
+  std::this_thread::sleep_for(5s);
+  EXPECT_TRUE(serves());
+}
+
+}  // namespace
+}  // namespace scenario

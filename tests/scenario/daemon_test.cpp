@@ -1,0 +1,103 @@
+#include "scenario/daemon_test.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+#include "pqclient/error.h"
+
+namespace scenario {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The documents that this build's daemon creates on a board, kept for the other tests of the build.
+fs::path created_documents(const std::string& board_name) {
+  const fs::path folder = fs::path(PQ_DOCUMENT_CACHE) / board_name;
+  fs::create_directories(folder);
+  const int lock = open((folder / "lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+  flock(lock, LOCK_EX);
+  const fs::path done = folder / "aipq_config.json";
+  if (!fs::exists(done) || fs::last_write_time(done) < fs::last_write_time(PQ_DAEMON)) {
+    board::Board board(board_name, {});
+    board.start();
+    if (!board.wait_until_listening(board::kDaemonPort)) {
+      throw std::runtime_error("the daemon did not start on a new board:\n" + board.log());
+    }
+    board.stop();
+    constexpr auto kReplace = fs::copy_options::overwrite_existing;
+    fs::copy_file(board.file(kPqDocument), folder / "pq_config.json", kReplace);
+    fs::copy_file(board.file(kAipqDocument), done, kReplace);
+  }
+  close(lock);  // and with it the lock is gone
+  return folder;
+}
+
+}  // namespace
+
+void DaemonTest::put_documents(const std::string& name) {
+  const fs::path documents = created_documents(name);
+  fs::create_directories(board().file(kPqDocument).parent_path());
+  constexpr auto kReplace = fs::copy_options::overwrite_existing;
+  fs::copy_file(documents / "pq_config.json", board().file(kPqDocument), kReplace);
+  fs::copy_file(documents / "aipq_config.json", board().file(kAipqDocument), kReplace);
+}
+
+board::Board& DaemonTest::start_with_documents(const std::string& name) {
+  power_on(name);
+  put_documents(name);
+  return start_daemon();
+}
+
+void DaemonTest::send(pqclient::Connection& connection, std::string_view bytes) {
+  connection.send_all({reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size()},
+                      pqclient::Deadline(std::chrono::seconds(20)));
+}
+
+std::string DaemonTest::receive(pqclient::Connection& connection, size_t size,
+                                std::chrono::milliseconds time) {
+  const pqclient::Deadline deadline(time);
+  std::string bytes;
+  std::vector<uint8_t> buffer(65536);
+  try {
+    while (bytes.size() < size) {
+      const size_t length = connection.receive_some(buffer, deadline);
+      if (length == 0) break;
+      bytes.append(reinterpret_cast<const char*>(buffer.data()), length);
+    }
+  } catch (const pqclient::Error&) {
+    // The time is over, or the connection is: what has come is the result.
+  }
+  return bytes;
+}
+
+bool DaemonTest::serves() {
+  return client().query_pq("/csc").value != nullptr;
+}
+
+// A query on the same connection is answered after the change has been handled. It goes into a
+// packet of its own only when the board has taken the change off the stream before.
+void DaemonTest::change(const std::string& operation, uint32_t command) {
+  auto connection = connect();
+  const std::string text = "[" + operation + "]";
+  send(connection, header(command, static_cast<uint32_t>(text.size())) + text + "0000");
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  const std::string query = R"([{"path":"/csc"}])";
+  send(connection, header(1, static_cast<uint32_t>(query.size())) + query + "0000");
+  EXPECT_NE(receive(connection, 1, std::chrono::seconds(20)), "") << "no answer after " << text;
+}
+
+std::string DaemonTest::header(uint32_t command, uint32_t data_length) {
+  pqclient::DocumentHeader header{};
+  header.magic = pqclient::kDocumentMagic;
+  header.command = command;
+  header.data_length = data_length;
+  return {reinterpret_cast<const char*>(&header), sizeof(header)};
+}
+
+}  // namespace scenario

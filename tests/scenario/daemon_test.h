@@ -1,0 +1,57 @@
+// Fixture of the tests that talk to the real daemon, as a tool would, on a simulated board.
+#ifndef TESTS_SCENARIO_DAEMON_TEST_H_
+#define TESTS_SCENARIO_DAEMON_TEST_H_
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "pqclient/connection.h"
+#include "pqclient/tuning_client.h"
+#include "support/board_test.h"
+
+namespace scenario {
+
+inline constexpr char kPqDocument[] = "/data/vendor/qxalgo/pq_config.json";
+inline constexpr char kAipqDocument[] = "/data/vendor/qxalgo/aipq_config.json";
+
+class DaemonTest : public board::BoardTest {
+ protected:
+  // Starts the daemon on a board that has been started before: both documents are there as the
+  // daemon once created them, so that start-up takes no time.
+  board::Board& start_with_documents(const std::string& board = "tv");
+
+  // Puts those documents in place; for a test that changes more before the start.
+  void put_documents(const std::string& board);
+
+  static pqclient::TuningClient client() { return pqclient::TuningClient({}); }
+
+  // A bare connection, for what no well-behaved tool would send.
+  static pqclient::Connection connect() {
+    return {pqclient::Address{}, pqclient::Deadline(std::chrono::seconds(5))};
+  }
+  static void send(pqclient::Connection& connection, std::string_view bytes);
+  // What arrives until `size` bytes are there, or the time is over.
+  static std::string receive(pqclient::Connection& connection, size_t size,
+                             std::chrono::milliseconds time = std::chrono::seconds(5));
+
+  // Sends one operation for the PQ or the AIPQ document and waits until the daemon is through with
+  // it, redraw included.
+  static void change(const std::string& operation) { change(operation, kWritePq); }
+  static void change_aipq(const std::string& operation) { change(operation, kWriteAipq); }
+
+  // The daemon answers a well-formed query.
+  static bool serves();
+
+  // Where a document packet starts: magic, command, data length.
+  static std::string header(uint32_t command, uint32_t data_length);
+
+ private:
+  static constexpr uint32_t kWritePq = 0;
+  static constexpr uint32_t kWriteAipq = 2;
+  static void change(const std::string& operation, uint32_t command);
+};
+
+}  // namespace scenario
+
+#endif  // TESTS_SCENARIO_DAEMON_TEST_H_

@@ -1,0 +1,153 @@
+// Start-up, options, signals and the two documents that the daemon creates.
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <thread>
+
+#include "scenario/daemon_test.h"
+
+namespace scenario {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Startup : public DaemonTest {};
+
+double number(const cJSON* object, const char* name) {
+  return cJSON_GetNumberValue(cJSON_GetObjectItemCaseSensitive(object, name));
+}
+
+TEST_F(Startup, CreatesBothDocumentsOnANewBoardAfterARedraw) {
+  const auto start = std::chrono::steady_clock::now();
+  board::Board& board = start_daemon();
+  EXPECT_GE(std::chrono::steady_clock::now() - start, 4s);
+  EXPECT_EQ(board.calls(), std::vector<std::string>{"service call SurfaceFlinger 1006"});
+
+  const auto pq = pqclient::parse_json(board.read(kPqDocument));
+  ASSERT_EQ(cJSON_GetArraySize(pq.get()), 1);
+  const cJSON* parameters = cJSON_GetObjectItemCaseSensitive(pq.get(), "pq_tuning_param");
+  std::string sections;
+  const cJSON* section = nullptr;
+  cJSON_ArrayForEach(section, parameters) sections += std::string(section->string) + " ";
+  EXPECT_EQ(sections, "csc dci acm gamma sharp ");
+
+  const auto ai = pqclient::parse_json(board.read(kAipqDocument));
+  ASSERT_EQ(cJSON_GetArraySize(ai.get()), 2);
+  const cJSON* dci = cJSON_GetArrayItem(ai.get(), 0);
+  const cJSON* acm = cJSON_GetArrayItem(ai.get(), 1);
+  EXPECT_STREQ(dci->string, "dci");
+  EXPECT_STREQ(acm->string, "acm");
+  EXPECT_EQ(cJSON_GetArraySize(dci), 12);
+  for (int scene = 0; scene < 12; ++scene) {
+    EXPECT_STREQ(cJSON_GetStringValue(cJSON_GetObjectItem(cJSON_GetArrayItem(dci, scene), "name")),
+                 cJSON_GetStringValue(cJSON_GetObjectItem(cJSON_GetArrayItem(acm, scene), "name")));
+    EXPECT_EQ(number(cJSON_GetArrayItem(acm, scene), "lumGain"), 1023);
+  }
+}
+
+TEST_F(Startup, WithBothDocumentsStartsAtOnceAndRedrawsNothing) {
+  board::Board& board = start_with_documents();
+  EXPECT_EQ(board.calls().size(), 0U);
+  EXPECT_TRUE(serves());
+}
+
+TEST_F(Startup, CreatesTheOneDocumentThatIsMissing) {
+  power_on();
+  put_documents("tv");
+  const std::string kept = "{\"pq_tuning_param\":{\"csc\":{\"cscHue\":7}}}";
+  board().write(kPqDocument, kept);
+  std::filesystem::remove(board().file(kAipqDocument));
+  start_daemon();
+  EXPECT_EQ(board().read(kPqDocument), kept);
+  EXPECT_TRUE(std::filesystem::exists(board().file(kAipqDocument)));
+}
+
+TEST_F(Startup, RestoresADocumentWhoseSaveWasCutShort) {
+  power_on();
+  put_documents("tv");
+  const std::string whole = board().read(kPqDocument);
+  board().write("/data/vendor/qxalgo/.pq_config.json.saving", whole);
+  board().write(kPqDocument, whole.substr(0, whole.size() / 2));
+  start_daemon();
+  EXPECT_EQ(board().read(kPqDocument), whole);
+}
+
+TEST_F(Startup, AWrongEnableRtspEndsItBeforeAnythingIsCreated) {
+  board::BoardOptions options;
+  options.arguments = {"-r", "2"};
+  power_on("tv", options);
+  board().start();
+  EXPECT_EQ(board().wait(10s), 1);
+  EXPECT_NE(board().log().find("enable_rtsp arg|only equals 0 or 1"), std::string::npos);
+  EXPECT_NE(board().log().find("Tool server args parse error."), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(board().file(kPqDocument)));
+}
+
+TEST_F(Startup, EachEndingSignalEndsItWithStatusZero) {
+  for (const int signal : {SIGINT, SIGQUIT, SIGTERM}) {
+    board::Board& board = start_with_documents();
+    const auto idle = connect();
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(board.stop(signal), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 3500ms);
+    EXPECT_NE(board.log().find("signal_handle " + std::to_string(signal)), std::string::npos);
+  }
+}
+
+TEST_F(Startup, SignalsInQuickSuccessionDoNoHarm) {
+  board::Board& board = start_with_documents();
+  for (int i = 0; i < 20; ++i)
+    board.signal(i % 2 == 0 ? SIGTERM : SIGINT);
+  EXPECT_EQ(board.stop(SIGQUIT), 0);
+}
+
+// A signal that falls between looking at the flags and waiting would otherwise be lost.
+TEST_F(Startup, ASignalDuringStartUpIsNotLost) {
+  power_on();
+  put_documents("tv");
+  for (const auto delay : {0ms, 1ms, 2ms, 4ms, 8ms, 16ms, 32ms}) {
+    board().start();
+    if (!board().wait_for_log("PQ tool server version: 1.0.8")) FAIL() << "does not start";
+    std::this_thread::sleep_for(delay);
+    EXPECT_EQ(board().stop(SIGTERM, 5s), 0) << delay.count() << " ms after its first line";
+  }
+}
+
+TEST_F(Startup, TheLogLevelIsHexadecimal) {
+  const auto debug_lines_at = [&](const char* level) {
+    power_on();
+    put_documents("tv");
+    board().set_property("persist.vendor.aiqtool.log", level);
+    start_daemon();
+    serves();
+    board().stop();
+    return board().log().find("getPQ csc") != std::string::npos;
+  };
+  EXPECT_TRUE(debug_lines_at("a"));
+  EXPECT_TRUE(debug_lines_at("3"));
+  EXPECT_FALSE(debug_lines_at("2"));
+  EXPECT_FALSE(debug_lines_at("-1"));
+  EXPECT_EQ(board().log().find("signal_handle"), std::string::npos) << "-1 silences errors too";
+}
+
+TEST_F(Startup, APortThatIsTakenEndsItAtOnceWithStatusZero) {
+  start_with_documents();
+  board().stop();
+  const int taken = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int on = 1;  // for the daemon's past connections
+  setsockopt(taken, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_port = htons(board::kDaemonPort);
+  ASSERT_EQ(bind(taken, reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+  board().start();
+  EXPECT_EQ(board().wait(10s), 0);
+  EXPECT_NE(board().log().find("Error bind"), std::string::npos);
+  close(taken);
+}
+
+}  // namespace
+}  // namespace scenario
