@@ -201,7 +201,10 @@ void _j2s_set_template(bool on);
 // array may be shorter than the member. A number is truncated toward zero and saturates (at 32
 // bits for the narrower types, which then keep the low bits: 300 in a uint8 is 44); what is no
 // number is 0, or NaN in a float. An array's sibling "@NAME_index" lists the slots to be written.
-// It is an error if a dynamic array can't be had.
+//
+// A length member and the dynamic arrays it counts change together: when the length changes, all of
+// them are new and zeroed before their elements are loaded. A length below 0 or above 65535 is an
+// error, as is memory that can't be had.
 //
 // Strings are plain heap copies, the caller's to free; dynamic arrays belong to the context.
 // Returns 0, or negative at the first failure; what was loaded before it stays. `json` may lose
@@ -221,6 +224,7 @@ void j2s_obj_set_value(j2s_ctx* ctx, int obj_index, void* ptr, double value);
 
 // Reads a whole regular file with one read. Returns a buffer of *size + 1 bytes, the last one 0,
 // that the caller frees with free; null after a message on standard error, *size untouched then.
+// `size` may be null.
 char* j2s_read_file(const char* path, size_t* size);
 
 // Replaces the file's content with `text` and syncs it. Returns the number of bytes written, or

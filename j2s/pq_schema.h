@@ -34,7 +34,7 @@ struct csc {
 };
 
 // Dynamic contrast: tone curves and their weights for dark, middle and bright pictures.
-// A curve has 33 points, both ends included; the weights belong to the 32 intervals.
+// A curve has 33 points, but only 32 weights; the difference is meant.
 struct dci {
   J2S_STRUCT(dci);
   J2S_MEMBER(char*, name);  // in the AIPQ document the scene, such as "nature-sky"
@@ -58,23 +58,23 @@ struct acm {
   J2S_MEMBER(int16_t, acmTableDeltaYbyH, 65);     // -255..255, added
   J2S_MEMBER(int16_t, acmTableDeltaHbyH, 65);     // -63..63
   J2S_MEMBER(int16_t, acmTableDeltaSbyH, 65);     // -255..255
-  J2S_MEMBER(int16_t, acmTableGainYbyY, 65 * 9);  // 0..127: how much of the change applies
+  J2S_MEMBER(int16_t, acmTableGainYbyY, 65 * 9);  // 0..127, as all gains
   J2S_MEMBER(int16_t, acmTableGainHbyY, 65 * 9);
   J2S_MEMBER(int16_t, acmTableGainSbyY, 65 * 9);
   J2S_MEMBER(int16_t, acmTableGainYbyS, 65 * 13);
   J2S_MEMBER(int16_t, acmTableGainHbyS, 65 * 13);
   J2S_MEMBER(int16_t, acmTableGainSbyS, 65 * 13);
-  J2S_MEMBER(uint32_t, lumGain);  // 0..1023, as the next two: strength of the whole stage
+  J2S_MEMBER(uint32_t, lumGain);  // 0..1023, as the next two; 1023 by default
   J2S_MEMBER(uint32_t, hueGain);
   J2S_MEMBER(uint32_t, satGain);
 };
 
-// One transfer curve a channel, from black to white.
+// Gamma tables: one transfer curve a channel, from black to white.
 struct gamma {
   J2S_STRUCT(gamma);
   J2S_MEMBER(char*, name);
   J2S_MEMBER(int8_t, gammaEnable);
-  J2S_MEMBER(uint16_t, gammaTab_R, 1024);
+  J2S_MEMBER(uint16_t, gammaTab_R, 1024);  // 0..65535
   J2S_MEMBER(uint16_t, gammaTab_G, 1024);
   J2S_MEMBER(uint16_t, gammaTab_B, 1024);
 };
@@ -90,7 +90,7 @@ struct sharp {
   J2S_MEMBER(uint32_t, sharpShootCtrlOver);  // overshoot, then undershoot
   J2S_MEMBER(uint32_t, sharpShootCtrlUnder);
   J2S_MEMBER(int8_t, sharpEnableCoringCtrl);
-  J2S_MEMBER(uint16_t, sharpCoringCtrlRatio0);  // 0 to 3: the four frequency bands
+  J2S_MEMBER(uint16_t, sharpCoringCtrlRatio0);  // 0 to 3: four positions
   J2S_MEMBER(uint16_t, sharpCoringCtrlRatio1);
   J2S_MEMBER(uint16_t, sharpCoringCtrlRatio2);
   J2S_MEMBER(uint16_t, sharpCoringCtrlRatio3);
@@ -132,7 +132,7 @@ struct sharp {
   J2S_MEMBER(int8_t, AISRUsmEnableCtrl_natural);
   J2S_MEMBER(uint32_t, AISRUsmCtrlOver_natural);
   J2S_MEMBER(uint32_t, AISRUsmCtrlUnder_natural);
-  J2S_MEMBER(uint32_t, AISRFusionGain_natural);  // mix with the plainly scaled picture
+  J2S_MEMBER(uint32_t, AISRFusionGain_natural);  // fusion
   J2S_MEMBER(int8_t, AISRFusionEnableCtrl_natural);
   J2S_MEMBER(uint32_t, AISRFusionCtrlOver_natural);
   J2S_MEMBER(uint32_t, AISRFusionCtrlUnder_natural);
