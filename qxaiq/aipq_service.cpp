@@ -23,15 +23,15 @@ const char* find_table(const PqRequest& request) {
 void change_document(std::string_view patch_text) {
   const std::lock_guard lock(document_mutex);
   const TextPtr stored = read_document_text(kAipqDocument);
-  JsonPtr document(stored ? cJSON_Parse(stored.get()) : nullptr);
+  JsonPtr document = stored ? parse_json(stored.get()) : nullptr;
   const int status = apply_patch(document, patch_text);
   kProtocolLog.debug()("updateAIPQ ApplyPatches ret %d ", status);
   if (!stored) return;
-  if (status != 0) document.reset(cJSON_Parse(stored.get()));
+  if (status != 0) document = parse_json(stored.get());
 
   const TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
   // A patch can make a tree that prints as nothing, or as nothing that can be read again.
-  const bool readable = text && JsonPtr(cJSON_Parse(text.get()));
+  const bool readable = text && parse_json(text.get());
   const int saved = readable ? save_document(kAipqDocument, text.get()) : -1;
   kProtocolLog.debug()("updateAIPQ j2s_save_file ret %d ", saved);
 }

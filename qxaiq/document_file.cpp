@@ -61,7 +61,7 @@ TextPtr read_document_text(const char* path) {
 
 JsonPtr read_document(const char* path) {
   const TextPtr text = read_document_text(path);
-  return JsonPtr(text ? cJSON_Parse(text.get()) : nullptr);
+  return text ? parse_json(text.get()) : nullptr;
 }
 
 int save_document(const char* path, const char* text) {
@@ -82,7 +82,7 @@ void restore_document(const char* path) {
   if (lstat(side.c_str(), &side_status) != 0) return;
   if (access(path, F_OK) == 0 && !read_document(path)) {
     const TextPtr text = read_document_text(side.c_str());
-    if (text && JsonPtr(cJSON_Parse(text.get()))) {
+    if (text && parse_json(text.get())) {
       const int result = j2s_save_file(path, text.get());
       kProtocolLog.error()("%s was cut short while it was saved, restored: %d", path, result);
       if (result < 0) return;  // the side file is still all there is

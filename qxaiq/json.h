@@ -5,6 +5,7 @@
 #include <cjson/cJSON.h>
 
 #include <memory>
+#include <string_view>
 
 #include "common/owner.h"
 #include "j2s/j2s.h"
@@ -12,6 +13,11 @@
 namespace pq {
 
 using JsonPtr = std::unique_ptr<cJSON, Call<cJSON_Delete>>;
+
+// The tree of a JSON text, which need not be terminated and may go on after its first value; null
+// when it is none. Every text is parsed through here: the parser notes where it failed in a
+// variable of the whole process, so two threads take turns.
+JsonPtr parse_json(std::string_view text);
 
 // Adds `item` to `object` under `key`. An item that can't be added is freed.
 inline bool add_to_object(cJSON* object, const char* key, JsonPtr item) {

@@ -68,7 +68,7 @@ int apply_operation(cJSON* document, JsonPtr operation) {
 }  // namespace
 
 int apply_patch(JsonPtr& document, std::string_view patch_text) {
-  const JsonPtr patch(cJSON_ParseWithLength(patch_text.data(), patch_text.size()));
+  const JsonPtr patch = parse_json(patch_text);
   if (!cJSON_IsArray(patch.get())) return kNoPatch;
   if (!document) return kNoDocument;
   if (cJSON_GetArraySize(patch.get()) > kMostOperations) return kTooLarge;

@@ -37,8 +37,7 @@ int platform_number(int unknown) {
 
 PqRequest::PqRequest(std::string_view text)
     // Without its two brackets there is nothing to parse, and the length would wrap.
-    : operation_(text.size() < 2 ? nullptr
-                                 : cJSON_ParseWithLength(text.data() + 1, text.size() - 2)) {}
+    : operation_(text.size() < 2 ? nullptr : parse_json(text.substr(1, text.size() - 2))) {}
 
 const char* PqRequest::text_member(const char* name) const {
   if (!cJSON_IsObject(operation_.get())) return nullptr;
