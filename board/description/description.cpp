@@ -184,8 +184,6 @@ Description read_description(const std::filesystem::path& file) {
   read_store(reader, description);
   if (const cJSON* list = reader.find("connectors")) {
     description.connectors = read_connectors(reader.where(), list);
-  } else {
-    description.connectors = {Connector{}};
   }
   reader.read_number("gamma_lut_size", description.gamma_lut_size, 65536);
   read_dump(reader, description);

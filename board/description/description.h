@@ -50,7 +50,7 @@ struct Description {
   std::map<std::string, std::string> properties;  // set before the daemon starts
   uint16_t store_version[2] = {2, 0};             // of the base-parameter store
   bool store_empty = false;                       // the store holds no records: every getter fails
-  std::vector<Connector> connectors;              // default: one connected eDP panel
+  std::vector<Connector> connectors = {Connector{}};  // one connected eDP panel
   uint32_t gamma_lut_size = 1024;  // entries the CRTC takes; 0: no GAMMA_LUT property
   uint32_t dump_width = 1920;      // size and format of the picture dumps
   uint32_t dump_height = 1080;

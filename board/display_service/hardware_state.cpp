@@ -3,34 +3,33 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <optional>
 #include <string>
-#include <system_error>
+
+#include "drm/display_state.h"
+#include "properties/property_store.h"
 
 namespace board::screen {
 namespace {
 
 namespace fs = std::filesystem;
 
-// The store keeps a table for each connector that ever was the primary display; the one that was
-// stored last is the one on display. Empty when no table was stored.
-fs::path last_stored_table(const fs::path& store) {
-  fs::path newest;
-  fs::file_time_type newest_time;
-  std::error_code no_store;
-  for (const auto& connector : fs::directory_iterator(store, no_store)) {
-    const fs::path table = connector.path() / "cubic_lut";
-    std::error_code no_table;
-    const auto time = fs::last_write_time(table, no_table);
-    if (no_table || (!newest.empty() && time <= newest_time)) continue;
-    newest = table;
-    newest_time = time;
-  }
-  return newest;
+// The connector that the picture is on, as the daemon and a viewer choose it. Null when there is no
+// display.
+const DisplayConnector* find_connector(const board::DisplayState& display, const fs::path& board) {
+  const auto primary = PropertyStore(board / "properties").get("vendor.hwc.device.primary");
+  return shown_connector(display, primary.value_or(""));
 }
 
-std::optional<Lut3d> read_table(const fs::path& store) {
-  const fs::path file = last_stored_table(store);
-  if (file.empty()) return std::nullopt;
+// The store counts connectors of a type from 0.
+fs::path stored_table(const fs::path& board, const DisplayConnector& connector) {
+  return board / "baseparameter" /
+         (std::to_string(connector.type) + "-" + std::to_string(connector.type_id - 1)) /
+         "cubic_lut";
+}
+
+std::optional<Lut3d> read_table(const fs::path& file) {
+  if (!fs::exists(file)) return std::nullopt;
   cubic_lut_data record{};
   std::ifstream stream(file, std::ios::binary);
   const bool whole =
@@ -42,6 +41,17 @@ std::optional<Lut3d> read_table(const fs::path& store) {
                        file.c_str(), Lut3d::kPoints);
   }
   return lut;
+}
+
+PictureControls to_screen(const board::PictureControls& percent) {
+  return {static_cast<int>(percent.brightness), static_cast<int>(percent.contrast),
+          static_cast<int>(percent.saturation), static_cast<int>(percent.hue)};
+}
+
+void take_connector(const DisplayConnector& connector, const fs::path& board, DisplayState& state) {
+  if (connector.controls) state.controls = to_screen(*connector.controls);
+  state.gamma = {connector.gamma.red, connector.gamma.green, connector.gamma.blue};
+  state.lut = read_table(stored_table(board, connector));
 }
 
 std::optional<PatternColour> read_pattern(const fs::path& file) {
@@ -58,7 +68,10 @@ std::optional<PatternColour> read_pattern(const fs::path& file) {
 
 DisplayState read_hardware_state(const fs::path& board_folder) {
   DisplayState state;
-  state.lut = read_table(board_folder / "baseparameter");
+  const board::DisplayState display = read_display_state(board_folder);
+  if (const auto* connector = find_connector(display, board_folder)) {
+    take_connector(*connector, board_folder, state);
+  }
   state.pattern = read_pattern(board_folder / "screen" / "pattern");
   return state;
 }

@@ -15,6 +15,7 @@
 
 #include "baseparameter/panel_defaults.h"
 #include "baseparameter/parameter_store.h"
+#include "drm/display_state.h"
 #include "files/files.h"
 #include "launch/installation.h"
 #include "properties/property_store.h"
@@ -44,11 +45,6 @@ void write_or_throw(const fs::path& file, std::string_view content) {
   }
 }
 
-void boot_device(const fs::path& folder, const Faults& faults) {
-  fs::remove(folder / "card0");
-  if (!faults.no_device) write_or_throw(folder / "card0", "");
-}
-
 void boot_store(const fs::path& folder, const Description& description) {
   if (description.store_empty || fs::exists(folder / "version")) return;
   ParameterStore(folder).seed(
@@ -71,8 +67,8 @@ void boot_screen(const fs::path& folder) {
 
 StateFolder::StateFolder(const fs::path& path) : temporary_(path.empty()) {
   path_ = temporary_ ? make_temporary_folder() : fs::absolute(path).lexically_normal();
-  for (const char* folder : {"data/vendor/qxalgo", "var/cache", "dev/dri", "board/properties",
-                             "board/baseparameter", "board/drm", "board/screen"}) {
+  for (const char* folder : {"data/vendor/qxalgo", "var/cache", "board/properties",
+                             "board/baseparameter", "board/screen"}) {
     fs::create_directories(path_ / folder);
   }
   lock();
@@ -97,18 +93,20 @@ void StateFolder::lock() {
 
 void StateFolder::boot(const Description& description) const {
   write_or_throw(board() / "description.json", to_json(description));
-  boot_device(path_ / "dev/dri", description.faults);
+  create_display(board(), description);
   boot_store(board() / "baseparameter", description);
   boot_properties(board() / "properties", description);
   boot_screen(board() / "screen");
 }
 
 std::vector<Mount> StateFolder::mounts() const {
-  return {{"/data", path_ / "data", true},
-          {"/var/cache", path_ / "var/cache", true},
-          {"/board", board(), true},
-          {"/dev/dri", path_ / "dev/dri", true},
-          {"/system/bin", program_folder(), false}};
+  std::vector<Mount> mounts = {{"/data", path_ / "data", true},
+                               {"/var/cache", path_ / "var/cache", true},
+                               {"/board", board(), true},
+                               {"/system/bin", program_folder(), false}};
+  const fs::path display = display_node_folder(board());
+  if (!display.empty()) mounts.push_back({"/dev/dri", display, true});
+  return mounts;
 }
 
 fs::path StateFolder::file(const fs::path& on_board) const {

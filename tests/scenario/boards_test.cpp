@@ -10,9 +10,10 @@ constexpr uint32_t kEdp = 14;
 constexpr uint32_t kDsi = 16;
 constexpr uint32_t kUnnamed = 19;  // newer than the daemon's names
 
-board::Connector connector(uint32_t type, bool connected = true) {
+board::Connector connector(uint32_t type, bool connected = true, uint32_t type_id = 1) {
   board::Connector result;
   result.type = type;
+  result.type_id = type_id;
   result.connected = connected;
   return result;
 }
@@ -50,19 +51,36 @@ TEST_P(Boards, AreToldApart) {
 INSTANTIATE_TEST_SUITE_P(
     , Boards,
     testing::Values(
-        Case{"PanelFirstWhenNothingIsNamed", "", {connector(kHdmiA), connector(kEdp)}, 1,
+        Case{"PanelFirstWhenNothingIsNamed",
+             "",
+             {connector(kHdmiA), connector(kEdp)},
+             1,
              "drmModeObjectSetProperty ret 0"},
-        Case{"NamedByType", "HDMI-A", {connector(kEdp), connector(kHdmiA)}, 1,
+        Case{"NamedByType",
+             "HDMI-A",
+             {connector(kEdp), connector(kHdmiA)},
+             1,
              "drmModeObjectSetProperty ret 0"},
-        Case{"NamedByTypeAndIndex", "HDMI-A-2",
-             {connector(kHdmiA), connector(kHdmiA), connector(kEdp)}, 1,
+        Case{"NamedByTypeAndIndex",
+             "HDMI-A-2",
+             {connector(kHdmiA), connector(kHdmiA, true, 2), connector(kEdp)},
+             1,
              "drmModeObjectSetProperty ret 0"},
-        Case{"NamedButDisconnected", "HDMI-A-1", {connector(kHdmiA, false), connector(kDsi)}, 1,
+        Case{"NamedButDisconnected",
+             "HDMI-A-1",
+             {connector(kHdmiA, false), connector(kDsi)},
+             1,
              "drmModeObjectSetProperty ret 0"},
         Case{"NoPanelAndNothingNamed", "", {connector(kHdmiA)}, -1, "can't find primary info"},
-        Case{"TypeWithoutAName", "HDMI-A-1", {connector(kUnnamed), connector(kHdmiA)}, 1,
+        Case{"TypeWithoutAName",
+             "HDMI-A-1",
+             {connector(kUnnamed), connector(kHdmiA)},
+             1,
              "drmModeObjectSetProperty ret 0"},
-        Case{"OnlyATypeWithoutAName", "unknown", {connector(kUnnamed)}, -1,
+        Case{"OnlyATypeWithoutAName",
+             "unknown",
+             {connector(kUnnamed)},
+             -1,
              "can't find primary info"}),
     [](const auto& parameter) { return parameter.param.name; });
 
@@ -78,7 +96,8 @@ class FaultyBoards : public DaemonTest {
     EXPECT_NE(board().log().find(text), std::string::npos) << text;
     EXPECT_TRUE(serves());
   }
-  static constexpr char kGammaChange[] = R"({"op":"replace","path":"/gamma/gammaEnable","value":0})";
+  static constexpr char kGammaChange[] =
+      R"({"op":"replace","path":"/gamma/gammaEnable","value":0})";
   static constexpr char kDciChange[] = R"({"op":"replace","path":"/dci/dciEnable","value":0})";
 };
 

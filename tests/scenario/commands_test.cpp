@@ -41,8 +41,7 @@ class Commands : public DaemonTest {
   }
   int dci_enable() {
     const auto answer = client().query_pq("/dci");
-    return static_cast<int>(
-        cJSON_GetNumberValue(cJSON_GetObjectItem(answer.value, "dciEnable")));
+    return static_cast<int>(cJSON_GetNumberValue(cJSON_GetObjectItem(answer.value, "dciEnable")));
   }
   // Children of the daemon that nobody has reaped.
   int zombies() {
@@ -111,17 +110,17 @@ TEST_F(Commands, ADumpIsSentWholeAndItsFileDeleted) {
   const std::string reply = receive(connection, kSize, 20s);
   ASSERT_EQ(reply.size(), kSize);
   EXPECT_EQ(reply.substr(0, 5), std::string("\x80\x07\x38\x04\x02", 5));
-  EXPECT_FALSE(std::filesystem::exists(
-      board().file("/data/vendor/qxalgo/pq_dump_in_1920x1080.nv12")));
+  EXPECT_FALSE(
+      std::filesystem::exists(board().file("/data/vendor/qxalgo/pq_dump_in_1920x1080.nv12")));
   EXPECT_EQ(board().property("vendor.tvinput.qxpq.dump.path"), "");
 }
 
 // Somebody else may write the property; the file it names is sent to the network and deleted.
 TEST_F(Commands, ADumpPathOutsideTheDumpsIsLeftAlone) {
   start_with_documents();
-  for (const char* path : {"/data/vendor/qxalgo/pq_config.json",
-                           "/data/vendor/qxalgo/pq_dump_in_/../pq_config.json",
-                           "/data/vendor/qxalgo/pq_dump_in_9x9.yuv"}) {
+  for (const char* path :
+       {"/data/vendor/qxalgo/pq_config.json", "/data/vendor/qxalgo/pq_dump_in_/../pq_config.json",
+        "/data/vendor/qxalgo/pq_dump_in_9x9.yuv"}) {
     board().write("/data/vendor/qxalgo/pq_dump_in_9x9.yuv", "x");
     board().set_property("vendor.tvinput.qxpq.dump.path", path);
     EXPECT_EQ(command(kDump, {0}, 5s), "") << path;

@@ -56,7 +56,8 @@ class Update : public DaemonTest {
 };
 
 std::vector<int> scaled(std::vector<int> table, int gain) {
-  for (int& entry : table) entry = std::min((entry * gain + 128) / 256, 65535);
+  for (int& entry : table)
+    entry = std::min((entry * gain + 128) / 256, 65535);
   return table;
 }
 
@@ -71,8 +72,7 @@ TEST_F(Update, LowLatencySetsControlsAndScaledGammaAfterTheRedraw) {
   change(R"({"op":"replace","path":"/csc/cscBrightness","value":511})");
   EXPECT_EQ(stored("csc", "cscBrightness"), 511);
   EXPECT_EQ(controls().brightness, 100U);
-  EXPECT_EQ(controls().hue,
-            static_cast<uint32_t>(stored("csc", "cscHue") / 511 * 100));
+  EXPECT_EQ(controls().hue, static_cast<uint32_t>(stored("csc", "cscHue") / 511 * 100));
   EXPECT_EQ(as_ints(display().connectors[0].gamma.red), scaled(stored_table("gammaTab_R"), 300));
   EXPECT_EQ(kept_in_store("brightness").substr(0, 3), "100");
   EXPECT_EQ(timeline(), "unset");
@@ -173,11 +173,18 @@ TEST_F(Update, ControlsAreKeptInTheStoreEvenWhenTheDisplayRefusesThem) {
 // serves. Sections are left out of the paths where they would only cost the redraw's 2 seconds.
 TEST_F(Update, AnyPatchLeavesADocumentThatCanBeRead) {
   start_with_documents();
-  const std::vector<std::string> values = {"null", "true",  "-1",   "1e300", "\"text\"",
-                                           "[]",   "[[1]]", "{}",   "{\"gammaTab_R\":[1]}",
+  const std::vector<std::string> values = {"null",
+                                           "true",
+                                           "-1",
+                                           "1e300",
+                                           "\"text\"",
+                                           "[]",
+                                           "[[1]]",
+                                           "{}",
+                                           "{\"gammaTab_R\":[1]}",
                                            "{\"csc\":{\"name\":\"x\"}}"};
-  for (const std::string& path : {"", "/", "/gamma", "/gamma/gammaTab_R", "/gamma/gammaTab_R/5",
-                                  "/gamma/gammaTab_R/-", "/gamma/@gammaTab_R_index", "/other"}) {
+  for (const std::string path : {"", "/", "/gamma", "/gamma/gammaTab_R", "/gamma/gammaTab_R/5",
+                                 "/gamma/gammaTab_R/-", "/gamma/@gammaTab_R_index", "/other"}) {
     for (const std::string& value : values) {
       change(R"({"op":"add","path":")" + path + R"(","value":)" + value + "}");
       change(R"({"op":"replace","path":")" + path + R"(","value":)" + value + "}");
@@ -195,9 +202,9 @@ TEST_F(Update, AipqChangesTouchTheDocumentAndOneCounter) {
   start_with_documents();
   change_aipq(R"({"op":"replace","path":"/dci/4/dciEnable","value":0})");
   const auto scene = client().query_aipq("/dci");
-  EXPECT_EQ(cJSON_GetNumberValue(
-                cJSON_GetObjectItem(cJSON_GetArrayItem(scene.value, 4), "dciEnable")),
-            0);
+  EXPECT_EQ(
+      cJSON_GetNumberValue(cJSON_GetObjectItem(cJSON_GetArrayItem(scene.value, 4), "dciEnable")),
+      0);
   EXPECT_EQ(board().property("vendor.tvinput.qxpq.update_aisd_dci_tab"), "1");
   const std::string before = board().read(kAipqDocument);
   change_aipq(R"({"op":"test","path":"/acm/dci","value":0})");
