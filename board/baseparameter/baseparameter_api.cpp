@@ -22,7 +22,7 @@ int read_record(const char* name, Record* record) {
 }  // namespace
 
 // The library's members stay unused: everything is in the files.
-baseparameter_api::baseparameter_api() : library_members_{} {}
+baseparameter_api::baseparameter_api() = default;
 baseparameter_api::~baseparameter_api() = default;
 
 int baseparameter_api::get_version(unsigned short* first, unsigned short* second) {

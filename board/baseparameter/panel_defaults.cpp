@@ -1,5 +1,6 @@
 #include "baseparameter/panel_defaults.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
@@ -44,7 +45,7 @@ double s_curve(double input) {
 // How much a curve counts at a luma step: `height` at `middle`, nothing `reach` steps away.
 uint16_t weight(size_t step, int middle, int reach, int height) {
   const int distance = std::abs(static_cast<int>(step) - middle);
-  return distance < reach ? static_cast<uint16_t>(height * (reach - distance) / reach) : 0;
+  return static_cast<uint16_t>(height * std::max(reach - distance, 0) / reach);
 }
 
 // The panel leans one way on one side of the colour circle and the other way on the other.

@@ -73,6 +73,7 @@ void end_with_launcher() {
 // status_socket: -1 for a companion. Returns the process id.
 pid_t start(const std::vector<std::string>& program, const Command& command, int status_socket) {
   std::vector<char*> arguments;
+  arguments.reserve(program.size() + 1);
   for (const auto& argument : program)
     arguments.push_back(const_cast<char*>(argument.c_str()));
   arguments.push_back(nullptr);

@@ -11,6 +11,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "files/files.h"
 #include "launch/installation.h"
@@ -56,8 +57,8 @@ void keep_from_caller(std::map<std::string, std::string>& environment, const cha
 Board::Board(const std::string& name_or_file, BoardOptions options)
     : Board(read_description(description_file(name_or_file)), std::move(options)) {}
 
-Board::Board(const Description& description, BoardOptions options)
-    : description_(description),
+Board::Board(Description description, BoardOptions options)
+    : description_(std::move(description)),
       options_(std::move(options)),
       isolation_(choose_isolation(options_.isolation)),
       state_(options_.state) {
@@ -137,10 +138,7 @@ std::optional<std::string> Board::property(std::string_view name) const {
 
 void Board::set_property(std::string_view name, std::string_view value) const {
   const int result = PropertyStore(file("/board/properties")).set(name, value);
-  if (result != 0) {
-    throw std::runtime_error("cannot set " + std::string(name) + " to \"" + std::string(value) +
-                             "\": " + PropertyStore::explain(result));
-  }
+  if (result != 0) throw std::runtime_error(PropertyStore::refusal(name, value, result));
 }
 
 fs::path Board::file(const fs::path& path_on_board) const {
@@ -193,7 +191,8 @@ std::vector<std::string> Board::command() const {
 std::vector<std::string> Board::init_arguments() const {
   std::vector<std::string> arguments;
   for (const auto& [name, value] : daemon_environment()) {
-    arguments.insert(arguments.end(), {"--set", name + "=" + value});
+    arguments.emplace_back("--set");
+    arguments.emplace_back(name).append("=").append(value);
   }
   auto companions = companion_programs();
   companions.insert(companions.end(), options_.companions.begin(), options_.companions.end());

@@ -30,7 +30,7 @@
 namespace board {
 
 struct BoardOptions {
-  std::filesystem::path daemon;          // empty: this build's
+  std::filesystem::path daemon{};        // empty: this build's
   std::vector<std::string> arguments{};  // of the daemon
   // Added to the daemon's environment, which otherwise holds PATH, the board's own settings and the
   // sanitizers' options, and nothing else of the caller's.
@@ -52,7 +52,7 @@ class Board {
 
   // Powers the board on; the daemon does not run yet, so that a test can put files and properties
   // in place first. Throws std::runtime_error, as every call below, when that cannot be done.
-  Board(const Description& description, BoardOptions options);
+  Board(Description description, BoardOptions options);
   Board(const std::string& name_or_file, BoardOptions options);
   // Ends the daemon at once if it still runs.
   ~Board();

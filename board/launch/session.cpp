@@ -28,6 +28,7 @@ struct Received {
 
 std::vector<char*> pointers(const std::vector<std::string>& words) {
   std::vector<char*> result;
+  result.reserve(words.size() + 1);
   for (const auto& word : words)
     result.push_back(const_cast<char*>(word.c_str()));
   result.push_back(nullptr);

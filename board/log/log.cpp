@@ -34,6 +34,8 @@ const time_t kTimeZoneOffset = [] {
   return static_cast<time_t>(local.tm_gmtoff);
 }();
 
+constexpr time_t kSecondsADay = 86400;
+
 using Prefix = std::array<char, 32>;
 
 void put_digits(char* end, int64_t value, int count) {
@@ -47,7 +49,7 @@ void put_digits(char* end, int64_t value, int count) {
 std::string_view time_and_priority(int priority, Prefix& buffer) {
   timespec now{};
   clock_gettime(CLOCK_REALTIME, &now);
-  const int64_t second = (now.tv_sec + kTimeZoneOffset) % (24 * 60 * 60);
+  const int64_t second = (now.tv_sec + kTimeZoneOffset) % kSecondsADay;
   constexpr std::string_view kForm = "00:00:00.000 ? ";
   std::copy(kForm.begin(), kForm.end(), buffer.begin());
   put_digits(&buffer[2], second / 3600, 2);

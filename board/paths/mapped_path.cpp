@@ -27,7 +27,7 @@ MappedPath::MappedPath(const char* path) : path_(path) {
     const std::string_view entry = rest.substr(0, rest.find(':'));
     rest.remove_prefix(std::min(entry.size() + 1, rest.size()));
     const size_t equals = entry.find('=');
-    if (equals == entry.npos || !inside(wanted, entry.substr(0, equals))) continue;
+    if (equals == std::string_view::npos || !inside(wanted, entry.substr(0, equals))) continue;
     const std::string_view host = entry.substr(equals + 1);
     const std::string_view tail = wanted.substr(equals);
     if (host.size() + tail.size() >= sizeof(buffer_)) return;

@@ -31,7 +31,8 @@ std::string command_line(std::string_view program, std::span<const char* const> 
   std::ostringstream line;
   line << program;
   for (const std::string_view argument : arguments) {
-    const bool plain = !argument.empty() && argument.find_first_of(" \t\n\"\\") == argument.npos;
+    const bool plain =
+        !argument.empty() && argument.find_first_of(" \t\n\"\\") == std::string_view::npos;
     line << ' ';
     if (plain) {
       line << argument;

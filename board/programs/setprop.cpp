@@ -12,8 +12,7 @@ int main(int argc, char** argv) {
   }
   const board::PropertyStore store(board::board_folder() / "properties");
   if (const int result = store.set(argv[1], argv[2]); result != 0) {
-    std::cerr << "setprop: cannot set " << argv[1] << " to \"" << argv[2]
-              << "\": " << board::PropertyStore::explain(result) << '\n';
+    std::cerr << "setprop: " << board::PropertyStore::refusal(argv[1], argv[2], result) << '\n';
     return 1;
   }
   return 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <sstream>
 #include <stdexcept>
 
 #include "files/files.h"
@@ -41,18 +42,22 @@ int PropertyStore::set(std::string_view name, std::string_view value) const {
   return replace_file(folder_ / name, value);
 }
 
-std::string PropertyStore::explain(int result) {
+std::string PropertyStore::refusal(std::string_view name, std::string_view value, int result) {
+  std::ostringstream text;
+  text << "cannot set the property " << name << " to \"" << value << "\": ";
   switch (result) {
     case -EINVAL:
-      return "names have letters, digits and . _ : @ - (no dot at the ends, no two in a row), "
-             "values "
-             "at most " +
-             std::to_string(kLargestValue) + " bytes";
+      text << "names have letters, digits and . _ : @ - (no dot at the ends, no two in a row), "
+              "values at most "
+           << kLargestValue << " bytes";
+      break;
     case -EPERM:
-      return "a read-only property (ro.) can be set only once";
+      text << "a read-only property (ro.) can be set only once";
+      break;
     default:
-      return std::strerror(-result);
+      text << std::strerror(-result);
   }
+  return text.str();
 }
 
 std::map<std::string, std::string> PropertyStore::all() const {
@@ -73,8 +78,7 @@ void PropertyStore::boot(const std::map<std::string, std::string>& defaults) con
   for (const auto& [name, value] : defaults) {
     if (name.starts_with("persist.") && get(name)) continue;
     if (const int result = set(name, value); result != 0) {
-      throw std::runtime_error("cannot set the property " + name + " to \"" + value +
-                               "\": " + explain(result));
+      throw std::runtime_error(refusal(name, value, result));
     }
   }
 }

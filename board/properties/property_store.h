@@ -28,8 +28,8 @@ class PropertyStore {
   // property (ro.) that is set already; else a negative errno. On failure nothing changes.
   [[nodiscard]] int set(std::string_view name, std::string_view value) const;
 
-  // What a negative result of set() means, for a person.
-  static std::string explain(int result);
+  // What to tell a person after a negative result of set().
+  static std::string refusal(std::string_view name, std::string_view value, int result);
 
   std::map<std::string, std::string> all() const;
 

@@ -137,7 +137,7 @@ static_assert(sizeof(cubic_lut_data::values) == size_t{3} * 17 * 17 * 17 * sizeo
 class baseparameter_api {
  public:
   baseparameter_api();
-  ~baseparameter_api();
+  ~baseparameter_api();  // NOLINT(performance-trivially-destructible): the library's own
   baseparameter_api(const baseparameter_api&) = delete;
   baseparameter_api& operator=(const baseparameter_api&) = delete;
 

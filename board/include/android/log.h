@@ -7,7 +7,8 @@
 extern "C" {
 #endif
 
-typedef enum android_LogPriority {  // NOLINT(modernize-use-using): a C header too
+// NOLINTNEXTLINE(modernize-use-using): as the platform declares it, for C too
+typedef enum android_LogPriority {
   ANDROID_LOG_UNKNOWN = 0,
   ANDROID_LOG_DEFAULT,
   ANDROID_LOG_VERBOSE,

@@ -3,8 +3,10 @@
 #ifndef BOARD_CUTILS_PROPERTIES_H_
 #define BOARD_CUTILS_PROPERTIES_H_
 
-#include <stddef.h>  // NOLINT(modernize-deprecated-headers): a C header too
-#include <stdint.h>  // NOLINT(modernize-deprecated-headers)
+// NOLINTBEGIN(modernize-deprecated-headers): as the platform declares it, for C too
+#include <stddef.h>
+#include <stdint.h>
+// NOLINTEND(modernize-deprecated-headers)
 
 #define PROPERTY_KEY_MAX 32
 #define PROPERTY_VALUE_MAX 92

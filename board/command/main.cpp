@@ -1,0 +1,131 @@
+// qxboard: runs a simulated board, and looks at one that runs.
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "command/inspect_board.h"
+#include "command/run_board.h"
+#include "launch/board.h"
+
+namespace {
+
+struct Arguments {
+  std::string board = "tv";
+  board::BoardOptions options{.log_to_terminal = true};
+  std::string isolation = "auto";
+  std::vector<std::string> environment;
+  std::string state;
+  std::string name;
+  std::string value;
+  int status = 0;
+};
+
+const std::map<std::string, board::Isolation> kIsolations = {
+    {"auto", board::Isolation::kAuto},
+    {"namespace", board::Isolation::kNamespace},
+    {"preload", board::Isolation::kPreload}};
+
+// The daemon starts in another folder than the one that the user is in.
+void make_absolute(board::BoardOptions& options) {
+  for (auto& folder : options.libraries)
+    folder = std::filesystem::absolute(folder);
+}
+
+void set_environment(const std::vector<std::string>& settings, board::BoardOptions& options) {
+  for (const auto& setting : settings) {
+    const size_t equals = setting.find('=');
+    if (equals == 0 || equals == std::string::npos) {
+      throw CLI::ValidationError("--env", setting + " must be NAME=VALUE");
+    }
+    options.environment[setting.substr(0, equals)] = setting.substr(equals + 1);
+  }
+}
+
+void add_run(CLI::App& app, Arguments& arguments) {
+  auto& options = arguments.options;
+  auto* command =
+      app.add_subcommand("run", "Power a board on and run the daemon on it until Ctrl-C");
+  command->add_option("--board", arguments.board, "Name (qxboard list) or description file")
+      ->capture_default_str()
+      ->type_name("NAME|FILE");
+  command->add_option("--state", options.state, "Keep what the board writes here")
+      ->type_name("DIR");
+  command
+      ->add_option("--isolation", arguments.isolation,
+                   "How the daemon meets its paths: in a private root (namespace), by a library "
+                   "in the process (preload), or as this machine allows (auto)")
+      ->capture_default_str()
+      ->check(CLI::IsMember(&kIsolations));
+  command
+      ->add_option("--libraries", options.libraries,
+                   "Folder whose libraries stand in for the board's; may be given several times")
+      ->allow_extra_args(false)
+      ->check(CLI::ExistingDirectory)
+      ->type_name("DIR");
+  command->add_option("--env", arguments.environment, "Environment variable for the daemon")
+      ->allow_extra_args(false)
+      ->type_name("NAME=VALUE");
+  command->add_option("--daemon", options.daemon, "Program to run (default: this build's)")
+      ->type_name("FILE");
+  command->add_option("arguments", options.arguments, "The daemon's own arguments, after --");
+  command->callback([&] {
+    make_absolute(options);
+    options.isolation = kIsolations.at(arguments.isolation);
+    set_environment(arguments.environment, options);
+    arguments.status = board::run_in_foreground(arguments.board, options);
+  });
+}
+
+CLI::App* add_inspection(CLI::App& app, Arguments& arguments, const char* name, const char* text) {
+  auto* command = app.add_subcommand(name, text);
+  command->add_option("--state", arguments.state, "The board's folder (default: the one that runs)")
+      ->type_name("DIR");
+  return command;
+}
+
+void add_inspections(CLI::App& app, Arguments& arguments) {
+  auto* get = add_inspection(app, arguments, "getprop", "Show a board's properties, or one");
+  get->add_option("name", arguments.name, "Property");
+  get->callback([&] { board::print_properties(arguments.state, arguments.name); });
+
+  auto* set = add_inspection(app, arguments, "setprop", "Set a property of a board");
+  set->add_option("name", arguments.name, "Property")->required();
+  set->add_option("value", arguments.value, "Its new value")->required();
+  set->callback([&] { board::set_property(arguments.state, arguments.name, arguments.value); });
+
+  add_inspection(app, arguments, "calls", "Show which programs the daemon started")->callback([&] {
+    board::print_calls(arguments.state);
+  });
+
+  app.add_subcommand("list", "Show the boards there are")->callback(board::print_boards);
+}
+
+int run(int argc, char** argv) {
+  CLI::App app("A simulated display board that runs the PQ tool server.", "qxboard");
+  app.require_subcommand(1);
+  Arguments arguments;
+  add_run(app, arguments);
+  add_inspections(app, arguments);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error);
+  }
+  return arguments.status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& error) {
+    std::cerr << "qxboard: " << error.what() << '\n';
+    return 1;
+  }
+}

@@ -1,0 +1,54 @@
+#include "command/run_board.h"
+
+#include <csignal>
+#include <iostream>
+
+namespace board {
+namespace {
+
+// An impatient user gets rid of a daemon that does not end.
+constexpr int kInterruptsUntilKill = 3;
+
+void explain_fallback() {
+  std::cerr << "qxboard: cannot make a private root here: " << private_root_obstacle()
+            << "\nqxboard: the board's paths are mapped inside the daemon instead; it works, but "
+               "the daemon sees\nqxboard: the rest of this machine. For a private root, install "
+               "bubblewrap and allow user namespaces\nqxboard: (sysctl "
+               "kernel.unprivileged_userns_clone=1, or run outside a restricted container).\n";
+}
+
+sigset_t watched_signals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : {SIGINT, SIGTERM, SIGQUIT, SIGHUP, SIGCHLD})
+    sigaddset(&signals, signal);
+  return signals;
+}
+
+int follow(Board& board) {
+  const sigset_t signals = watched_signals();
+  int interrupts = 0;
+  for (;;) {
+    if (const auto status = board.wait(Board::Milliseconds(0))) return *status;
+    const int signal = ::sigwaitinfo(&signals, nullptr);
+    if (signal <= 0 || signal == SIGCHLD) continue;
+    board.signal(++interrupts < kInterruptsUntilKill ? signal : SIGKILL);
+  }
+}
+
+}  // namespace
+
+int run_in_foreground(const std::string& name_or_file, const BoardOptions& options) {
+  const sigset_t signals = watched_signals();
+  ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+  Board board(name_or_file, options);
+  if (options.isolation == Isolation::kAuto && board.isolation() == Isolation::kPreload) {
+    explain_fallback();
+  }
+  std::cerr << "qxboard: board " << board.description().name << ", state in "
+            << board.state().string() << '\n';
+  board.start();
+  return follow(board);
+}
+
+}  // namespace board
