@@ -1,9 +1,11 @@
 #include "pqclient/connection.h"
 
+#include <linux/sockios.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -12,6 +14,7 @@
 #include <memory>
 #include <sstream>
 #include <system_error>
+#include <thread>
 
 #include "pqclient/error.h"
 
@@ -119,6 +122,11 @@ Connection::~Connection() {
   if (socket_ >= 0) close(socket_);
 }
 
+std::string Connection::busy_text(const Deadline& deadline) const {
+  return address_ + " has taken no more bytes for " + seconds(deadline.budget()) +
+         ": the server is busy or has stopped";
+}
+
 void Connection::send_all(ByteView bytes, Deadline deadline) {
   while (!bytes.empty()) {
     const ssize_t sent = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -126,9 +134,7 @@ void Connection::send_all(ByteView bytes, Deadline deadline) {
       bytes = bytes.subspan(static_cast<std::size_t>(sent));
     } else if (errno == EAGAIN) {
       if (!wait_until_ready(socket_, POLLOUT, deadline)) {
-        throw Error(ErrorKind::kTimeout, address_ + " takes no more bytes for " +
-                                             seconds(deadline.budget()) +
-                                             ": the server is busy or has stopped");
+        throw Error(ErrorKind::kTimeout, busy_text(deadline));
       }
     } else if (errno != EINTR) {
       throw Error(ErrorKind::kConnectionLost,
@@ -137,16 +143,22 @@ void Connection::send_all(ByteView bytes, Deadline deadline) {
   }
 }
 
-std::size_t Connection::receive_some(std::span<std::uint8_t> into, Deadline deadline) {
+void Connection::wait_until_arrived(Deadline deadline) {
+  constexpr milliseconds kPause{2};
+  for (int waiting = 0; ioctl(socket_, SIOCOUTQ, &waiting) == 0 && waiting > 0;) {
+    if (deadline.left() == milliseconds(0)) throw Error(ErrorKind::kTimeout, busy_text(deadline));
+    std::this_thread::sleep_for(kPause);
+  }
+}
+
+// Nothing when the deadline passed first, 0 when the board has closed.
+std::optional<std::size_t> Connection::try_receive(std::span<std::uint8_t> into,
+                                                   const Deadline& deadline) {
   for (;;) {
     const ssize_t received = recv(socket_, into.data(), into.size(), 0);
     if (received >= 0) return static_cast<std::size_t>(received);
     if (errno == EAGAIN) {
-      if (!wait_until_ready(socket_, POLLIN, deadline)) {
-        throw Error(ErrorKind::kTimeout, "no answer within " + seconds(deadline.budget()) +
-                                             " from " + address_ + ": is the server running? " +
-                                             kForwardHint);
-      }
+      if (!wait_until_ready(socket_, POLLIN, deadline)) return std::nullopt;
     } else if (errno != EINTR) {
       throw Error(ErrorKind::kConnectionLost,
                   "lost the connection to " + address_ +
@@ -155,19 +167,30 @@ std::size_t Connection::receive_some(std::span<std::uint8_t> into, Deadline dead
   }
 }
 
+std::size_t Connection::receive_some(std::span<std::uint8_t> into, Deadline deadline) {
+  const auto received = try_receive(into, deadline);
+  if (received) return *received;
+  throw Error(ErrorKind::kTimeout, "no answer within " + seconds(deadline.budget()) + " from " +
+                                       address_ + ": is the server running? " + kForwardHint);
+}
+
 void Connection::receive_exactly(std::span<std::uint8_t> into, Deadline deadline) {
-  const std::size_t wanted = into.size();
-  while (!into.empty()) {
-    const std::size_t received = receive_some(into, deadline);
-    if (received == 0) {
+  for (std::size_t done = 0; done < into.size();) {
+    const std::string progress =
+        "after " + std::to_string(done) + " of " + std::to_string(into.size()) + " bytes";
+    const auto received =
+        done == 0 ? receive_some(into, deadline) : try_receive(into.subspan(done), deadline);
+    if (!received) {
+      throw Error(ErrorKind::kTimeout, "the answer from " + address_ + " stopped " + progress +
+                                           ", for " + seconds(deadline.budget()));
+    }
+    if (*received == 0) {
       // adb accepts for a port where nothing listens on the board, and then hangs up.
       throw Error(ErrorKind::kConnectionLost,
-                  address_ + " closed the connection after " +
-                      std::to_string(wanted - into.size()) + " of " + std::to_string(wanted) +
-                      " bytes: the server ended, or the port is forwarded by adb and no server "
-                      "listens on the board");
+                  address_ + " closed the connection " + progress +
+                      ": the server ended, or adb forwards the port and no server listens there");
     }
-    into = into.subspan(received);
+    done += *received;
   }
 }
 

@@ -8,6 +8,10 @@ JsonPtr parse_json(std::string_view text) {
   return JsonPtr(cJSON_ParseWithLength(text.data(), text.size()));
 }
 
+JsonPtr parse_whole_json(const std::string& text) {
+  return JsonPtr(cJSON_ParseWithOpts(text.c_str(), nullptr, 1));
+}
+
 std::string print_json(const cJSON& tree) {
   struct FreeText {
     void operator()(char* text) const { cJSON_free(text); }

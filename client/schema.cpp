@@ -20,8 +20,8 @@ constexpr Member number(std::string_view name, std::int64_t max) {
   return {name, MemberType::kNumber, 0, max};
 }
 
-constexpr Member text(std::string_view name) {
-  return {name, MemberType::kText};
+constexpr Member text(std::string_view name, std::span<const std::string_view> choices = {}) {
+  return {.name = name, .type = MemberType::kText, .choices = choices};
 }
 // An 8-bit number on the board, where only zero and one mean something.
 constexpr Member flag(std::string_view name) {
@@ -39,10 +39,13 @@ constexpr Member picture_control(std::string_view name) {
   return number(name, 511);
 }
 
+// The board takes every other text for the second one.
+constexpr std::array<std::string_view, 2> kModes = {"LOW_LATENCY_MODE", "HIGH_QUALITY_MODE"};
+
 constexpr std::array kCsc = {
     text("name"),
     flag("cscEnable"),
-    text("cscMode"),
+    text("cscMode", kModes),
     picture_control("cscBrightness"),
     picture_control("cscHue"),
     picture_control("cscContrast"),

@@ -1,6 +1,8 @@
 #include "pqclient/target.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "pqclient/error.h"
 
@@ -40,47 +42,75 @@ const Member& member_named(const Section& section, std::string_view name) {
                   (near.empty() ? "see pqctl get " + section_name : "nearest: " + list(near)));
 }
 
+const Section& aipq_section_named(std::string_view name) {
+  const Section& section = section_named(name);
+  if (section.has_scenes) return section;
+  throw Error(ErrorKind::kInput,
+              "the AIPQ document has no section \"" + std::string(name) + "\": use dci or acm");
+}
+
+// Nothing when the text is no whole number.
+std::optional<int> number_in(std::string_view text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+int scene_named(std::string_view name) {
+  const auto* found = std::ranges::find(kScenes, name);
+  const auto number = found == kScenes.end() ? number_in(name) : found - kScenes.begin();
+  if (number && *number >= 0 && *number < std::ssize(kScenes)) return static_cast<int>(*number);
+  throw Error(ErrorKind::kInput, "there is no scene \"" + std::string(name) +
+                                     "\": use 0 to 11 or one of " + list(kScenes));
+}
+
 int index_in(const Member& member, std::string_view text) {
   const std::string name(member.name);
   if (!member.is_table()) {
     throw Error(ErrorKind::kInput,
                 name + " is a single value and has no entry \"" + std::string(text) + "\"");
   }
-  int index = -1;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), index);
-  if (error != std::errc() || end != text.data() + text.size() || index < 0 ||
-      index >= member.count) {
-    throw Error(ErrorKind::kInput, name + " has no entry \"" + std::string(text) +
-                                       "\": indices go from 0 to " +
-                                       std::to_string(member.count - 1));
-  }
-  return index;
+  const auto index = number_in(text);
+  if (index && *index >= 0 && *index < member.count) return *index;
+  throw Error(ErrorKind::kInput, name + " has no entry \"" + std::string(text) +
+                                     "\": indices go from 0 to " +
+                                     std::to_string(member.count - 1));
+}
+
+Target parse(std::string_view text, bool is_aipq) {
+  if (text.starts_with('/')) text.remove_prefix(1);
+  Target target;
+  const std::string_view section = take_step(text);
+  target.section = is_aipq ? &aipq_section_named(section) : &section_named(section);
+  if (is_aipq && !text.empty()) target.scene = scene_named(take_step(text));
+  if (!text.empty()) target.member = &member_named(*target.section, take_step(text));
+  if (!text.empty()) target.index = index_in(*target.member, text);
+  return target;
 }
 
 }  // namespace
 
 std::string Target::text() const {
   std::string text(section->name);
+  if (scene) text.append("/").append(std::to_string(*scene));
   if (member != nullptr) text.append("/").append(member->name);
   if (index) text.append("/").append(std::to_string(*index));
   return text;
 }
 
 const cJSON* Target::find_in(const cJSON& section_value) const {
-  const cJSON* value =
-      member != nullptr ? last_member(section_value, member->name) : &section_value;
+  const cJSON* value = scene ? element(section_value, *scene) : &section_value;
+  if (value != nullptr && member != nullptr) value = last_member(*value, member->name);
   return value != nullptr && index ? element(*value, *index) : value;
 }
 
 Target parse_target(std::string_view text) {
-  if (text.starts_with('/')) text.remove_prefix(1);
-  Target target;
-  target.section = &section_named(take_step(text));
-  if (text.empty()) return target;
-  target.member = &member_named(*target.section, take_step(text));
-  if (text.empty()) return target;
-  target.index = index_in(*target.member, text);
-  return target;
+  return parse(text, false);
+}
+
+Target parse_aipq_target(std::string_view text) {
+  return parse(text, true);
 }
 
 }  // namespace pqclient

@@ -1,5 +1,7 @@
 #include "pqclient/tuning_client.h"
 
+#include <array>
+#include <thread>
 #include <utility>
 
 #include "pqclient/error.h"
@@ -7,17 +9,28 @@
 namespace pqclient {
 namespace {
 
+// Longer than either document, so longer than what an interrupted upload can leave behind.
+constexpr std::size_t kClearingLength = std::size_t{512} * 1024;
+
+constexpr std::string_view kStrayChunk = "no packet starts like this";
+
 JsonPtr make_string(std::string_view text) {
   return JsonPtr(cJSON_CreateString(std::string(text).c_str()));
 }
 
-// A query is written as the one patch operation that changes nothing, whatever becomes of it.
-// It carries no "value", because the board would send that back next to its own.
-JsonPtr query_operation(std::string_view path) {
+JsonPtr make_operation(std::string_view name, std::string_view path) {
   JsonPtr operation(cJSON_CreateObject());
-  add_member(*operation, "op", make_string("test"));
+  add_member(*operation, "op", make_string(name));
   add_member(*operation, "path", make_string(path));
   return operation;
+}
+
+DocumentCommand read_command(Document document) {
+  return document == Document::kPq ? DocumentCommand::kReadPq : DocumentCommand::kReadAipq;
+}
+
+DocumentCommand write_command(Document document) {
+  return document == Document::kPq ? DocumentCommand::kWritePq : DocumentCommand::kWriteAipq;
 }
 
 Answer receive_answer(Connection& connection, const Deadline& deadline) {
@@ -28,32 +41,94 @@ Answer receive_answer(Connection& connection, const Deadline& deadline) {
   return parse_answer(ByteView(rest).first(header.data_length));
 }
 
+DumpHeader receive_dump_header(Connection& connection, const Deadline& deadline) {
+  DumpHeader header{};
+  try {
+    connection.receive_exactly(bytes_of(header), deadline);
+  } catch (const Error& error) {
+    if (error.kind() != ErrorKind::kTimeout) throw;
+    throw Error(ErrorKind::kTimeout, std::string(error.what()) +
+                                         ". The board also stays silent when its display service "
+                                         "writes no dump: is a picture on screen?");
+  }
+  return header;
+}
+
 }  // namespace
 
-TuningClient::TuningClient(Address address, Timeouts timeouts, std::string tool_version)
-    : address_(std::move(address)), timeouts_(timeouts), tool_version_(std::move(tool_version)) {}
-
-Answer TuningClient::query_pq(std::string_view path) {
-  return query(DocumentCommand::kReadPq, path);
+JsonPtr replace_operation(std::string_view path, const cJSON& value) {
+  JsonPtr operation = make_operation("replace", path);
+  add_member(*operation, "value", copy_json(value));
+  return operation;
 }
 
-Answer TuningClient::query_aipq(std::string_view path) {
-  return query(DocumentCommand::kReadAipq, path);
-}
+TuningClient::TuningClient(Address address, Timing timing, std::string tool_version)
+    : address_(std::move(address)), timing_(timing), tool_version_(std::move(tool_version)) {}
 
-Answer TuningClient::query(DocumentCommand command, std::string_view path) {
+// A query is written as the one patch operation that changes nothing, whatever becomes of it.
+// It carries no "value", because the board would send that back next to its own.
+Answer TuningClient::query(Document document, std::string_view path) {
   Connection connection = take_connection();
-  const Deadline deadline(timeouts_.answer);
-  connection.send_all(make_document_packet(command, request_text(query_operation(path))), deadline);
+  const Deadline deadline(change_pending_ ? timing_.slow_answer : timing_.answer);
+  const std::string text = request_text(make_operation("test", path));
+  connection.send_all(make_document_packet(read_command(document), text), deadline);
   Answer answer = receive_answer(connection, deadline);
   if (answer.path != path) {
-    throw Error(ErrorKind::kBadAnswer, "asked " + connection.address() + " for \"" +
-                                           std::string(path) + "\", the answer is for \"" +
-                                           answer.path + "\"");
+    throw Error(ErrorKind::kBadAnswer, "asked for \"" + std::string(path) +
+                                           "\", the answer is for \"" + answer.path + "\"");
   }
   platform_ = answer.platform.value_or(platform_);
+  change_pending_ = false;
   connection_ = std::move(connection);
   return answer;
+}
+
+void TuningClient::write(Document document, const cJSON& operation) {
+  if (cJSON_IsString(cJSON_GetObjectItemCaseSensitive(&operation, "path")) == 0) {
+    throw Error(ErrorKind::kInput, "a patch operation needs a \"path\": " + print_json(operation));
+  }
+  send_unanswered(
+      make_document_packet(write_command(document), request_text(copy_json(operation))));
+}
+
+// Two steps, because the board counts the bytes of a document afresh with its start and goes on
+// counting after its end. First a document that has to arrive in several pieces, which brings the
+// count to a known value; as a failing test it changes nothing. Then a chunk that is no packet
+// start: with it the count is beyond the end, and the board drops all that it had collected.
+void TuningClient::clear_upload_buffer() {
+  JsonPtr operation = make_operation("test", "/nothing");
+  add_member(*operation, "value", JsonPtr(cJSON_CreateNull()));
+  std::string text = request_text(std::move(operation));
+  text.insert(text.size() - 1, kClearingLength - text.size(), ' ');
+  send_unanswered(make_document_packet(DocumentCommand::kWritePq, text));
+  send_unanswered({reinterpret_cast<const std::uint8_t*>(kStrayChunk.data()), kStrayChunk.size()});
+}
+
+void TuningClient::show_pattern(std::uint8_t red, std::uint8_t green, std::uint8_t blue) {
+  run_command(Command::kPattern, std::array{red, green, blue});
+}
+
+void TuningClient::pattern_mode(bool enter) {
+  run_command(Command::kPatternMode, std::array{enter ? kFlagFirst : kFlagSecond});
+}
+
+// The connection is not kept: a dump does not tell its length, and bytes beyond what size and
+// format make expected would be taken for the next answer.
+Dump TuningClient::request_dump(DumpSide side) {
+  Connection connection = take_connection();
+  const std::array flag{side == DumpSide::kInput ? kFlagFirst : kFlagSecond};
+  const Deadline deadline(timing_.dump);
+  connection.send_all(make_command_packet(Command::kDump, flag), deadline);
+  Dump dump = start_dump(receive_dump_header(connection, deadline));
+  connection.receive_exactly(dump.data, Deadline(timing_.dump));
+  return dump;
+}
+
+// Moved out, so that an exception on the way drops it; put back after a complete exchange.
+Connection TuningClient::take_connection() {
+  std::this_thread::sleep_until(quiet_until_);
+  if (connection_) return *std::exchange(connection_, std::nullopt);
+  return {address_, Deadline(timing_.connect)};
 }
 
 // The text of a request: an array of the one operation, which also says who asks and for what
@@ -64,10 +139,25 @@ std::string TuningClient::request_text(JsonPtr operation) const {
   return "[" + print_json(*operation) + "]";
 }
 
-// Moved out, so that an exception on the way drops it; put back after a complete exchange.
-Connection TuningClient::take_connection() {
-  if (connection_) return *std::exchange(connection_, std::nullopt);
-  return {address_, Deadline(timeouts_.connect)};
+void TuningClient::send_unanswered(ByteView bytes) {
+  Connection connection = take_connection();
+  const Deadline deadline(timing_.slow_answer);
+  connection.send_all(bytes, deadline);
+  connection.wait_until_arrived(deadline);  // the gap is one for the board, not for our own queue
+  quiet_until_ = std::chrono::steady_clock::now() + timing_.gap;
+  change_pending_ = true;
+  connection_ = std::move(connection);
+}
+
+void TuningClient::run_command(Command command, ByteView arguments) {
+  Connection connection = take_connection();
+  const Deadline deadline(timing_.slow_answer);
+  connection.send_all(make_command_packet(command, arguments), deadline);
+  CommandPacket packet{};
+  connection.receive_exactly(bytes_of(packet), deadline);
+  check_acknowledgement(packet, command);
+  change_pending_ = false;
+  connection_ = std::move(connection);
 }
 
 }  // namespace pqclient

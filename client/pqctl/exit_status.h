@@ -1,4 +1,5 @@
-// How pqctl ends: one status for each kind of trouble, so that scripts can tell them apart.
+// How pqctl ends: one status for each kind of trouble, so that scripts can tell them apart. Its
+// help explains them, see command_line.cpp.
 #ifndef PQCTL_EXIT_STATUS_H_
 #define PQCTL_EXIT_STATUS_H_
 
@@ -14,18 +15,6 @@ enum class ExitStatus : int {
   kConnectionLost = 6,
   kFile = 7,
 };
-
-// The same list for --help.
-inline constexpr const char* kExitStatusHelp =
-    "Exit status:\n"
-    "  0  done\n"
-    "  1  wrong usage: unknown command, name or index, value out of range\n"
-    "  2  cannot connect to the board\n"
-    "  3  the board stored something else than was asked\n"
-    "  4  time-out: the board did not answer, or not completely\n"
-    "  5  the board's answer makes no sense\n"
-    "  6  the board closed the connection before it had answered\n"
-    "  7  a file cannot be read or written\n";
 
 constexpr ExitStatus exit_status_of(pqclient::ErrorKind kind) {
   using pqclient::ErrorKind;

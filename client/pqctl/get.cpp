@@ -1,6 +1,5 @@
-// pqctl get: shows a section, a member or an entry as the board has it now.
+#include <chrono>
 #include <iostream>
-#include <memory>
 #include <string>
 
 #include "commands.h"
@@ -8,12 +7,23 @@
 #include "pqclient/target.h"
 #include "print_value.h"
 
-namespace {
+using pqclient::Document;
 
-void get(const GlobalOptions& options, const std::string& path) {
-  const pqclient::Target target = pqclient::parse_target(path);
+pqclient::TuningClient GlobalOptions::client() const {
+  pqclient::Timing timing;
+  if (timeout_seconds) {
+    const auto time = std::chrono::ceil<std::chrono::milliseconds>(
+        std::chrono::duration<double>(*timeout_seconds));
+    timing.connect = timing.answer = timing.slow_answer = timing.dump = time;
+  }
+  return pqclient::TuningClient(address, timing, "pqctl " PQCTL_VERSION);
+}
+
+void show_value(const GlobalOptions& options, Document document, const std::string& path) {
+  const pqclient::Target target =
+      document == Document::kPq ? pqclient::parse_target(path) : pqclient::parse_aipq_target(path);
   pqclient::TuningClient client = options.client();
-  const pqclient::Answer answer = client.query_pq("/" + std::string(target.section->name));
+  const pqclient::Answer answer = client.query(document, target.section_pointer());
   const cJSON* value = answer.value != nullptr ? target.find_in(*answer.value) : nullptr;
   if (value == nullptr) {
     throw pqclient::Error(pqclient::ErrorKind::kBadAnswer, "the answer holds no " + target.text());
@@ -21,18 +31,6 @@ void get(const GlobalOptions& options, const std::string& path) {
   if (options.json) {
     std::cout << pqclient::print_json(*value) << '\n';
   } else {
-    print_value(std::cout, *value, *target.section, target.member);
+    print_value(std::cout, *value, target);
   }
-}
-
-}  // namespace
-
-void add_get(CLI::App& app, const GlobalOptions& options) {
-  CLI::App* command = app.add_subcommand("get", "Show what the board has stored");
-  auto path = std::make_shared<std::string>();
-  command
-      ->add_option("path", *path,
-                   "SECTION[/MEMBER[/INDEX]]; sections are csc, gamma, dci, acm and sharp")
-      ->required();
-  command->callback([path, &options] { get(options, *path); });
 }

@@ -56,14 +56,23 @@ void print_section(std::ostream& out, const cJSON& value, const Section& section
   }
 }
 
+void print_scenes(std::ostream& out, const cJSON& scenes, const Section& section) {
+  int number = 0;
+  for (const cJSON* scene = scenes.child; scene != nullptr; scene = scene->next, ++number) {
+    out << (number > 0 ? "\n" : "") << "scene " << number << '\n';
+    print_section(out, *scene, section);
+  }
+}
+
 }  // namespace
 
-void print_value(std::ostream& out, const cJSON& value, const Section& section,
-                 const Member* member) {
+void print_value(std::ostream& out, const cJSON& value, const pqclient::Target& target) {
   if (cJSON_IsObject(&value) != 0) {
-    print_section(out, value, section);
+    print_section(out, value, *target.section);
+  } else if (cJSON_IsArray(&value) != 0 && cJSON_IsObject(value.child) != 0) {
+    print_scenes(out, value, *target.section);
   } else if (cJSON_IsArray(&value) != 0) {
-    print_table(out, value, columns_of(member));
+    print_table(out, value, columns_of(target.member));
   } else {
     out << bare(value) << '\n';
   }

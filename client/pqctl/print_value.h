@@ -5,13 +5,13 @@
 #include <iosfwd>
 
 #include "pqclient/json.h"
-#include "pqclient/schema.h"
+#include "pqclient/target.h"
 
 // A section (an object): single values as lines of name and value, then each table under its name.
+// The scenes of an AIPQ section (an array of objects): each as a section, under its number.
 // A table (an array): rows that begin with the index of their first entry.
 // A single value: bare, a text without quotes.
-// member: whose value it is; null for a whole section.
-void print_value(std::ostream& out, const cJSON& value, const pqclient::Section& section,
-                 const pqclient::Member* member);
+// target: what the value is.
+void print_value(std::ostream& out, const cJSON& value, const pqclient::Target& target);
 
 #endif  // PQCTL_PRINT_VALUE_H_

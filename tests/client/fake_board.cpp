@@ -6,29 +6,55 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
 using pqclient::Bytes;
 using pqclient::ByteView;
-using pqclient::DocumentHeader;
 
-Bytes Visitor::receive(std::size_t n) {
+// Exactly n bytes; fewer when the client closes first.
+Bytes Visitor::receive(std::size_t n, int flags) {
   Bytes bytes(n);
-  const ssize_t received = recv(socket_, bytes.data(), n, MSG_WAITALL);
+  const ssize_t received = recv(socket_, bytes.data(), n, MSG_WAITALL | flags);
   bytes.resize(received > 0 ? static_cast<std::size_t>(received) : 0);
   return bytes;
 }
 
+Request Visitor::receive_request() {
+  const Bytes start = receive(4, MSG_PEEK);
+  if (start.size() < 4) return {};
+  if (std::ranges::equal(start, pqclient::kDocumentMagic)) {
+    pqclient::DocumentHeader header{};
+    const Bytes head = receive(sizeof header);
+    std::memcpy(&header, head.data(), head.size());
+    const Bytes rest = receive(header.data_length + 4);
+    EXPECT_EQ(rest.size(), header.data_length + 4);
+    return {Request::Kind::kDocument, header.command, {rest.begin(), rest.end() - 4}};
+  }
+  if (std::ranges::equal(start, pqclient::kCommandMagic.substr(0, 4))) {
+    pqclient::CommandPacket packet{};
+    const Bytes whole = receive(sizeof packet);
+    EXPECT_EQ(whole.size(), sizeof packet);
+    std::memcpy(&packet, whole.data(), whole.size());
+    return {Request::Kind::kCommand,
+            packet.command,
+            {packet.data.begin(), packet.data.begin() + packet.data_length}};
+  }
+  // Up to the next packet, if that is here already: a slow machine must not fail a test.
+  Bytes chunk(pqclient::kReceiveSize);
+  chunk.resize(static_cast<std::size_t>(recv(socket_, chunk.data(), chunk.size(), MSG_PEEK)));
+  const auto& magic = pqclient::kDocumentMagic;
+  const auto next = std::search(chunk.begin(), chunk.end(), magic.begin(), magic.end());
+  const Bytes stray = receive(static_cast<std::size_t>(next - chunk.begin()));
+  return {Request::Kind::kStray, 0, {stray.begin(), stray.end()}};
+}
+
 std::string Visitor::receive_text(pqclient::DocumentCommand expected) {
-  DocumentHeader header{};
-  const Bytes head = receive(sizeof header);
-  if (head.size() < sizeof header) return "";
-  std::memcpy(&header, head.data(), sizeof header);
-  EXPECT_EQ(header.command, static_cast<std::uint32_t>(expected));
-  const Bytes rest = receive(header.data_length + 4);
-  EXPECT_EQ(rest.size(), header.data_length + 4);
-  return {rest.begin(), rest.end() - 4};
+  const Request request = receive_request();
+  EXPECT_EQ(request.kind, Request::Kind::kDocument);
+  EXPECT_EQ(request.command, static_cast<std::uint32_t>(expected));
+  return request.text;
 }
 
 void Visitor::send(ByteView bytes) {

@@ -11,15 +11,21 @@
 #include "pqclient/connection.h"
 #include "pqclient/packets.h"
 
+struct Request {
+  enum class Kind { kClosed, kDocument, kCommand, kStray };
+  Kind kind = Kind::kClosed;
+  std::uint32_t command = 0;  // of a document or command packet
+  std::string text;           // of a document; the data bytes of a command; a stray chunk
+};
+
 // The board's end of one connection. Nothing here waits longer than 10 seconds.
 class Visitor {
  public:
   explicit Visitor(int socket) : socket_(socket) {}
 
-  // Exactly n bytes; fewer when the client closes first.
-  pqclient::Bytes receive(std::size_t n);
+  Request receive_request();
 
-  // The text of the next document packet, of command `expected`; "" when the client closes.
+  // The text of the next document packet, which must be of this command.
   std::string receive_text(pqclient::DocumentCommand expected);
 
   void send(pqclient::ByteView bytes);
@@ -31,6 +37,8 @@ class Visitor {
   void stall();
 
  private:
+  pqclient::Bytes receive(std::size_t n, int flags = 0);
+
   int socket_;
 };
 

@@ -15,12 +15,6 @@ TEST(DocumentPacket, IsHeaderTextAndFourZeros) {
   EXPECT_EQ(make_document_packet(DocumentCommand::kReadAipq, "{}"), expected);
 }
 
-TEST(DocumentPacket, LengthIsLittleEndian) {
-  const Bytes packet = make_document_packet(DocumentCommand::kWritePq, std::string(0x010203, ' '));
-  EXPECT_EQ(packet.size(), 0x010203U + 28);
-  EXPECT_EQ(Bytes(packet.begin() + 20, packet.begin() + 24), (Bytes{0x03, 0x02, 0x01, 0x00}));
-}
-
 TEST(CommandPacket, CarriesCommandLengthAndArguments) {
   const Bytes packet = make_command_packet(Command::kPattern, Bytes{255, 128, 1});
   Bytes expected(72);

@@ -9,10 +9,9 @@
 #include <string>
 
 #include "client/fake_board.h"
+#include "client/storing_board.h"
 
 namespace {
-
-using pqclient::DocumentCommand;
 
 struct Outcome {
   int status = -1;
@@ -31,41 +30,46 @@ std::string take_file(const std::string& path) {
 }
 
 // arguments: as for a shell.
-Outcome pqctl(const std::string& arguments) {
+Outcome pqctl(const std::string& arguments, const std::string& input = "") {
   const std::string base = testing::TempDir() + "pqctl_test." + std::to_string(getpid());
-  const std::string command =
-      std::string(PQCTL_PROGRAM) + " " + arguments + " >" + base + ".out 2>" + base + ".err";
+  std::ofstream(base + ".in") << input;
+  const std::string command = std::string(PQCTL_PROGRAM) + " <" + base + ".in >" + base +
+                              ".out 2>" + base + ".err " + arguments;
   const int status = std::system(command.c_str());
+  unlink((base + ".in").c_str());
   return {WEXITSTATUS(status), take_file(base + ".out"), take_file(base + ".err")};
 }
 
-std::string at(const FakeBoard& board) {
-  return "--host 127.0.0.1 --port " + std::to_string(board.address().port) + " ";
-}
-
-// Answers every query with the same sections.
-void answer_queries(Visitor& visitor) {
-  for (;;) {
-    const std::string request = visitor.receive_text(DocumentCommand::kReadPq);
-    if (request.empty()) return;
-    if (request.find("/csc") != std::string::npos) {
-      visitor.reply(R"({"path":"/csc","platform":1,"value":)"
-                    R"({"name":"","cscEnable":1,"cscMode":"LOW_LATENCY_MODE","cscHue":300}})");
-    } else {
-      visitor.reply(R"({"path":"/dci","platform":1,"value":)"
-                    R"({"dciEnable":1,"dciWeight_low":[1,2,3,4,5,6,7,8,9,1000]}})");
-    }
+// A board with small documents.
+class Pqctl : public testing::Test {
+ protected:
+  Outcome pqctl_on_board(const std::string& arguments, const std::string& input = "") {
+    return pqctl("--port " + std::to_string(board_.address().port) + " " + arguments, input);
   }
-}
+  std::string output_of(const std::string& arguments, const std::string& input = "") {
+    const Outcome outcome = pqctl_on_board(arguments, input);
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+    return outcome.output;
+  }
 
-TEST(Get, ShowsSectionsAsTables) {
-  const FakeBoard board(answer_queries);
-  EXPECT_EQ(pqctl(at(board) + "get csc").output,
-            "name       \n"
-            "cscEnable  1\n"
-            "cscMode    LOW_LATENCY_MODE\n"
-            "cscHue     300\n");
-  EXPECT_EQ(pqctl(at(board) + "get dci").output,
+  StoringBoard board_;
+};
+
+TEST_F(Pqctl, GetShowsSectionsAsTables) {
+  EXPECT_EQ(output_of("get csc"),
+            "name           \n"
+            "cscEnable      1\n"
+            "cscMode        LOW_LATENCY_MODE\n"
+            "cscBrightness  256\n"
+            "cscHue         300\n"
+            "cscContrast    256\n"
+            "cscSaturation  256\n"
+            "cscRGain       256\n"
+            "cscGGain       256\n"
+            "cscBGain       256\n");
+  EXPECT_EQ(output_of("aipq get dci"),
+            "scene 0\n"
+            "name       nature-default\n"
             "dciEnable  1\n"
             "\n"
             "dciWeight_low (10 entries)\n"
@@ -73,53 +77,128 @@ TEST(Get, ShowsSectionsAsTables) {
             "     8:    9 1000\n");
 }
 
-TEST(Get, ShowsMembersBare) {
-  const FakeBoard board(answer_queries);
-  EXPECT_EQ(pqctl(at(board) + "get csc/cscHue").output, "300\n");
-  EXPECT_EQ(pqctl(at(board) + "get csc/cscMode").output, "LOW_LATENCY_MODE\n");
-  EXPECT_EQ(pqctl(at(board) + "get dci/dciWeight_low/9").output, "1000\n");
+TEST_F(Pqctl, GetShowsMembersBare) {
+  EXPECT_EQ(output_of("get csc/cscHue"), "300\n");
+  EXPECT_EQ(output_of("get csc/cscMode"), "LOW_LATENCY_MODE\n");
+  EXPECT_EQ(output_of("aipq get dci/nature-default/dciWeight_low/9"), "1000\n");
 }
 
-TEST(Get, JsonIsTheExactValueAndNothingElse) {
-  const FakeBoard board(answer_queries);
-  EXPECT_EQ(pqctl(at(board) + "get csc/cscMode --json").output, "\"LOW_LATENCY_MODE\"\n");
-  EXPECT_EQ(pqctl("--json " + at(board) + "get dci").output,
-            "{\"dciEnable\":1,\"dciWeight_low\":[1,2,3,4,5,6,7,8,9,1000]}\n");
+TEST_F(Pqctl, GetJsonIsTheExactValueAndNothingElse) {
+  EXPECT_EQ(output_of("get csc/cscMode --json"), "\"LOW_LATENCY_MODE\"\n");
+  EXPECT_EQ(output_of("--json aipq get dci/0/dciWeight_low"), "[1,2,3,4,5,6,7,8,9,1000]\n");
 }
 
-TEST(ExitStatus, TellsTheTroubleApart) {
+TEST_F(Pqctl, SetShowsOldNewAndStored) {
+  EXPECT_EQ(output_of("set csc/cscHue 256"), "csc/cscHue  old 300  new 256  stored 256\n");
+  EXPECT_EQ(output_of("set csc/cscHue 257 --json"),
+            R"([{"path":"csc/cscHue","old":256,"new":257,"stored":257}])"
+            "\n");
+  EXPECT_EQ(output_of("aipq set dci/0/dciWeight_low/1 7"),
+            "dci/0/dciWeight_low/1  old 2  new 7  stored 7\n");
+}
+
+TEST_F(Pqctl, SetTakesNegativeNumbers) {
+  const Outcome outcome = pqctl_on_board("set acm/acmTableDeltaYbyH/1 -5");
+  EXPECT_EQ(outcome.output, "acm/acmTableDeltaYbyH/1  old 0  new -5  stored -5\n");
+}
+
+TEST_F(Pqctl, SetSaysWhyASliderDoesNotShow) {
+  EXPECT_EQ(pqctl_on_board("set csc/cscHue 1").errors, "");
+  pqctl_on_board("set csc/cscMode HIGH_QUALITY_MODE");
+  EXPECT_EQ(pqctl_on_board("set csc/cscHue 2").errors,
+            "note: cscHue shows only with cscMode LOW_LATENCY_MODE\n");
+  EXPECT_EQ(pqctl_on_board("set csc/cscRGain 2").errors, "");
+}
+
+TEST_F(Pqctl, SetEndsWithThreeWhenSomethingElseIsStored) {
+  board_.ignore_writes(1);
+  const Outcome outcome = pqctl_on_board("set csc/cscHue 256");
+  EXPECT_EQ(outcome.status, 3);
+  EXPECT_EQ(outcome.output, "csc/cscHue  old 300  new 256  stored 300\n");
+  EXPECT_NE(outcome.errors.find("csc/cscHue should be 256, is 300"), std::string::npos);
+}
+
+TEST_F(Pqctl, PatchSendsEachSectionOnceAndCscLast) {
+  const std::string operations =
+      R"([{"op":"replace","path":"/csc/cscHue","value":1},)"
+      R"({"op":"copy","from":"/csc/cscHue","path":"/csc/cscContrast"},)"
+      R"({"op":"replace","path":"/acm/acmTableDeltaYbyH/64","value":-3}])";
+  EXPECT_EQ(output_of("patch -", operations),
+            "acm/acmTableDeltaYbyH/64  old 0  new -3  stored -3\n"
+            "csc/cscHue  old 300  new 1  stored 1\n"
+            "csc/cscContrast  old 256  new 1  stored 1\n");
+  EXPECT_EQ(board_.writes(), 2);
+}
+
+TEST_F(Pqctl, PatchWithAnythingWrongSendsNothing) {
+  const char* examples[] = {
+      "no JSON",
+      "[7]",
+      R"([{"op":"test","path":"/csc/cscHue","value":2}])",
+      R"({"op":"replace","path":"/csc/cscHue","value":512})",
+      R"({"op":"add","path":"/csc/cscHeu","value":1})",
+      R"({"op":"remove","path":"/csc/cscHue"})",
+      R"({"op":"remove","path":"/csc"})",
+      R"({"op":"move","from":7,"path":"/csc/cscHue"})",
+      R"({"op":"add","path":"/acm/acmTableDeltaYbyH/-","value":1})",
+      R"({"op":"replace","path":"","value":{}})",
+  };
+  for (const char* example : examples) {
+    EXPECT_EQ(pqctl_on_board("patch -", example).status, 1) << example;
+  }
+  EXPECT_EQ(pqctl_on_board("patch /no/such/file").status, 7);
+  EXPECT_EQ(board_.writes(), 0);
+}
+
+TEST_F(Pqctl, PatternModeIsEnteredOnceAndLeavingKeepsDciOn) {
+  EXPECT_EQ(pqctl_on_board("pattern-mode off").status, 0);  // would leave DCI off
+  EXPECT_EQ(output_of("get dci/dciEnable"), "1\n");
+  output_of("pattern-mode on");
+  EXPECT_EQ(output_of("get dci/dciEnable"), "0\n");
+  output_of("pattern-mode on");  // would lose the saved switch
+  output_of("pattern 255 128 0");
+  output_of("pattern-mode off");
+  EXPECT_EQ(output_of("get dci/dciEnable"), "1\n");
+  EXPECT_EQ(board_.pattern(), "\xFF\x80" + std::string(1, '\0'));
+}
+
+TEST_F(Pqctl, DumpWritesAPngFile) {
+  const std::string file = testing::TempDir() + "pqctl_test.png";
+  EXPECT_EQ(pqctl_on_board("dump out -o " + file).errors, "2x1 rgb\n");
+  EXPECT_EQ(take_file(file).substr(0, 8), "\x89PNG\r\n\x1A\n");
+  EXPECT_EQ(output_of("dump out -o -").substr(1, 3), "PNG");
+  EXPECT_EQ(pqctl_on_board("dump in -o -").status, 6);  // this board has no dump of the input
+  EXPECT_EQ(pqctl_on_board("dump out -o /no/such/folder/x.png").status, 7);
+}
+
+TEST_F(Pqctl, HostComesFromTheEnvironmentUnlessGiven) {
+  setenv("PQCTL_HOST", "host.invalid", 1);
+  EXPECT_EQ(pqctl_on_board("get csc").status, 2);
+  EXPECT_EQ(pqctl_on_board("--host 127.0.0.1 get csc").status, 0);
+  unsetenv("PQCTL_HOST");
+}
+
+TEST_F(Pqctl, ExitStatusTellsTheTroubleApart) {
   EXPECT_EQ(pqctl("--help").status, 0);
   EXPECT_EQ(pqctl("").status, 1);
   EXPECT_EQ(pqctl("get").status, 1);
   EXPECT_EQ(pqctl("--port 0 get csc").status, 1);
   EXPECT_EQ(pqctl("get csc/cscHeu").status, 1);
-  EXPECT_EQ(pqctl("--host 127.0.0.1 --port 1 get csc").status, 2);
-  EXPECT_EQ(pqctl("--host host.invalid get csc").status, 2);
-
-  const FakeBoard silent([](Visitor& visitor) { visitor.stall(); });
-  EXPECT_EQ(pqctl(at(silent) + "--timeout 0.1 get csc").status, 4);
-  const FakeBoard lost([](Visitor& visitor) { visitor.receive(1); });
-  EXPECT_EQ(pqctl(at(lost) + "get csc").status, 6);
-  const FakeBoard board(answer_queries);
-  EXPECT_EQ(pqctl(at(board) + "get csc/cscBGain").status, 5);  // the answer lacks it
-  EXPECT_EQ(pqctl(at(board) + "get csc >/dev/full; exit $?;").status, 7);
+  EXPECT_EQ(pqctl("pattern 0 0 256").status, 1);
+  EXPECT_EQ(pqctl("--port 1 get csc").status, 2);
+  EXPECT_EQ(pqctl_on_board("get gamma").status, 6);            // this board has none, and hangs up
+  EXPECT_EQ(pqctl_on_board("get dci/dciIsActive").status, 5);  // the answer lacks it
+  EXPECT_EQ(pqctl_on_board("get csc >/dev/full").status, 7);
 }
 
-TEST(Errors, GoToStandardErrorWithAddressAndAdvice) {
+TEST(PqctlErrors, GoToStandardErrorWithAddressAndAdvice) {
   const FakeBoard silent([](Visitor& visitor) { visitor.stall(); });
   const Outcome outcome =
       pqctl("get csc --timeout 0.1 --port " + std::to_string(silent.address().port));
+  EXPECT_EQ(outcome.status, 4);
   EXPECT_EQ(outcome.output, "");
   EXPECT_EQ(outcome.errors, "pqctl: no answer within 0.1 s from " + silent.address().text() +
                                 ": is the server running? try: adb forward tcp:5543 tcp:5543\n");
-}
-
-TEST(Host, ComesFromTheEnvironmentUnlessGiven) {
-  const FakeBoard board(answer_queries);
-  setenv("PQCTL_HOST", "host.invalid", 1);
-  EXPECT_EQ(pqctl("get csc").status, 2);
-  EXPECT_EQ(pqctl(at(board) + "get csc").status, 0);
-  unsetenv("PQCTL_HOST");
 }
 
 }  // namespace

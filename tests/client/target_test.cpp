@@ -15,14 +15,6 @@ TEST(Target, BecomesAPointerIntoTheDocument) {
   EXPECT_EQ(parse_target("acm/acmTableGainYbyS/844").pointer(), "/acm/acmTableGainYbyS/844");
 }
 
-TEST(Target, FindsItsValueInTheSection) {
-  const JsonPtr section = parse_json(R"({"name":"","gammaTab_R":[5,6,7]})");
-  EXPECT_EQ(parse_target("gamma").find_in(*section), section.get());
-  EXPECT_EQ(parse_target("gamma/gammaTab_R/2").find_in(*section)->valueint, 7);
-  EXPECT_EQ(parse_target("gamma/gammaTab_R/3").find_in(*section), nullptr);
-  EXPECT_EQ(parse_target("gamma/gammaTab_G/0").find_in(*section), nullptr);
-}
-
 struct Wrong {
   const char* name;
   const char* path;

@@ -17,14 +17,12 @@ constexpr auto kReadPq = DocumentCommand::kReadPq;
 constexpr const char* kCscReply = R"({"path":"/csc","platform":1,"value":{"cscHue":256}})";
 
 // Long enough for any machine where an answer comes, short where the test waits for none.
-constexpr Timeouts kPatient{
-    .connect = seconds(10), .answer = seconds(10), .after_change = seconds(10)};
-constexpr Timeouts kHurried{
-    .connect = seconds(10), .answer = milliseconds(100), .after_change = milliseconds(100)};
+constexpr Timing kPatient{.connect = seconds(10), .answer = seconds(10)};
+constexpr Timing kHurried{.connect = seconds(10), .answer = milliseconds(100)};
 
-ErrorKind kind_of_failed_query(const FakeBoard& board, const Timeouts& timeouts) {
+ErrorKind kind_of_failed_query(const FakeBoard& board, const Timing& timing) {
   try {
-    TuningClient(board.address(), timeouts).query_pq("/csc");
+    TuningClient(board.address(), timing).query_pq("/csc");
   } catch (const Error& error) {
     EXPECT_NE(std::string(error.what()), "");
     return error.kind();
@@ -112,21 +110,6 @@ TEST(Query, AfterATimeoutTheNextOneConnectsAfresh) {
   EXPECT_THROW(client.query_pq("/csc"), Error);
   EXPECT_NE(client.query_pq("/csc").value, nullptr);
   EXPECT_EQ(connections, 2);
-}
-
-TEST(Connection, RefusedIsSaidWithTheAddress) {
-  Address address;
-  {
-    const FakeBoard board([](Visitor&) {});
-    address = board.address();
-  }  // nobody listens there any more
-  try {
-    const Connection connection(address, Deadline(seconds(10)));
-    FAIL() << "connected";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.kind(), ErrorKind::kConnect);
-    EXPECT_NE(std::string(error.what()).find(address.text()), std::string::npos) << error.what();
-  }
 }
 
 TEST(Address, BracketsAreForIPv6) {

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -53,6 +54,10 @@ class Connection {
   // Throws kTimeout, or kConnectionLost when the board has closed; never raises SIGPIPE.
   void send_all(ByteView bytes, Deadline deadline);
 
+  // Waits until the other end's TCP has acknowledged all that was sent (through adb: adb's own).
+  // Throws kTimeout.
+  void wait_until_arrived(Deadline deadline);
+
   // Waits for at least one byte; returns how many arrived, 0 when the board has closed.
   // Throws kTimeout, or kConnectionLost on a reset.
   std::size_t receive_some(std::span<std::uint8_t> into, Deadline deadline);
@@ -64,6 +69,9 @@ class Connection {
   [[nodiscard]] const std::string& address() const { return address_; }
 
  private:
+  std::string busy_text(const Deadline& deadline) const;
+  std::optional<std::size_t> try_receive(std::span<std::uint8_t> into, const Deadline& deadline);
+
   std::string address_;
   int socket_ = -1;
 };

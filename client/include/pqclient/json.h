@@ -18,6 +18,8 @@ using JsonPtr = std::unique_ptr<cJSON, DeleteJson>;
 
 // Null when the text is no JSON. What follows the first value is left unread.
 JsonPtr parse_json(std::string_view text);
+// Null also when more than blanks follow.
+JsonPtr parse_whole_json(const std::string& text);
 
 // One line without blanks.
 std::string print_json(const cJSON& tree);

@@ -4,6 +4,7 @@
 #ifndef PQCLIENT_SCHEMA_H_
 #define PQCLIENT_SCHEMA_H_
 
+#include <array>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -21,6 +22,7 @@ struct Member {
   std::int64_t max = 0;
   int count = 1;    // entries; 1 is a single value, not a table of one
   int columns = 0;  // entries in a row when shown: the table's own row where it has two dimensions
+  std::span<const std::string_view> choices = {};  // the only texts that make sense; none: any
 
   [[nodiscard]] bool is_table() const { return count > 1; }
 };
@@ -31,8 +33,12 @@ struct Section {
   bool has_scenes;                  // also in the AIPQ document, once for each AI scene
 };
 
-// The scenes of the AIPQ document.
-inline constexpr int kSceneCount = 12;
+// The scenes of the AIPQ document, in its order.
+inline constexpr std::array<std::string_view, 12> kScenes = {
+    "nature-default", "nature-person", "nature-food",  "nature-building",
+    "nature-sky",     "nature-plant",  "word-default", "word-person",
+    "word-food",      "word-building", "word-sky",     "word-plant",
+};
 
 std::span<const Section> sections();
 

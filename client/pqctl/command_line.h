@@ -1,0 +1,20 @@
+// The grammar of pqctl's command line, and its help.
+#ifndef PQCTL_COMMAND_LINE_H_
+#define PQCTL_COMMAND_LINE_H_
+
+#include <functional>
+#include <optional>
+
+#include "commands.h"
+#include "exit_status.h"
+
+struct CommandLine {
+  GlobalOptions options;
+  std::function<void(const GlobalOptions&)> command;  // what to do, with all its arguments
+};
+
+// Returns how to end at once: after printing help or the version, or what is wrong with the command
+// line. Nothing when there is a command to run.
+std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine& line);
+
+#endif  // PQCTL_COMMAND_LINE_H_

@@ -1,0 +1,78 @@
+#include "pqclient/change.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "client/storing_board.h"
+#include "pqclient/check.h"
+
+namespace pqclient {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr Timing kQuick{.gap = milliseconds(20)};
+
+// Stores at `path` and returns what the board then has there.
+std::string stored_by(StoringBoard& board, const char* path, const std::string& value) {
+  TuningClient client(board.address(), kQuick);
+  const Target target = parse_target(path);
+  const Answer answer = store(client, Document::kPq, target, *parse_value(target, value));
+  return print_json(*target.find_in(*answer.value));
+}
+
+std::string table_of(int count, const std::string& entry) {
+  std::string text = "[" + entry;
+  for (int i = 1; i < count; ++i)
+    text += "," + entry;
+  return text + "]";
+}
+
+TEST(Store, WritesOnceAndReadsBack) {
+  StoringBoard board;
+  EXPECT_EQ(stored_by(board, "csc/cscHue", "5"), "5");
+  EXPECT_EQ(board.story(), "wr");
+}
+
+TEST(Store, ClearsTheBoardsBufferOnceWhenALongValueIsLost) {
+  const std::string value = table_of(845, "100");
+  for (const int lost : {1, 100}) {
+    StoringBoard board;
+    board.ignore_writes(lost);
+    EXPECT_EQ(stored_by(board, "acm/acmTableGainYbyS", value) == value, lost == 1);
+    EXPECT_EQ(board.story(), "wrwswr");    // the second write clears, the third is the value
+    EXPECT_EQ(board.writes(), lost == 1);  // so clearing has changed nothing
+  }
+}
+
+TEST(Store, LeavesTheBufferAloneForAValueThatArrivesInOnePiece) {
+  StoringBoard board;
+  board.ignore_writes(1);
+  EXPECT_EQ(stored_by(board, "csc/cscHue", "5"), "300");
+  EXPECT_EQ(board.story(), "wr");
+}
+
+TEST(Change, IsFollowedByAGap) {
+  StoringBoard board;
+  TuningClient client(board.address(), {.gap = milliseconds(200)});
+  const auto start = std::chrono::steady_clock::now();
+  client.write_pq(*replace_operation("/csc/cscHue", *parse_json("5")));
+  client.query_pq("/csc");
+  EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(200));
+}
+
+TEST(CompareChange, ListsWhatWasToChangeAndWhatDiffers) {
+  const JsonPtr before = parse_json(R"({"a":1,"b":[1,2,3],"c":0})");
+  const JsonPtr asked = parse_json(R"({"a":1,"b":[1,9,8],"d":300})");
+  const JsonPtr stored = parse_json(R"({"a":2,"b":[1,9,3],"d":44})");
+  std::string told;
+  for (const ChangedValue& change : compare_change("x", before.get(), *asked, stored.get())) {
+    told += change.path + (change.before == nullptr ? " new" : "") +
+            (change.is_stored_as_asked() ? " stored\n" : " differs\n");
+  }
+  EXPECT_EQ(told, "x/a differs\nx/b/1 stored\nx/b/2 differs\nx/d new differs\n");
+}
+
+}  // namespace
+}  // namespace pqclient

@@ -1,0 +1,90 @@
+#include "pqclient/dump.h"
+
+#include <gtest/gtest.h>
+#include <png.h>
+
+#include <ostream>
+#include <string>
+
+#include "pqclient/error.h"
+#include "pqclient/png.h"
+
+namespace pqclient {
+namespace {
+
+// One letter for each pixel.
+std::string colours_of(const Bytes& rgb) {
+  std::string letters;
+  for (std::size_t i = 0; i + 2 < rgb.size(); i += 3) {
+    const int number = rgb[i] << 16 | rgb[i + 1] << 8 | rgb[i + 2];
+    letters += number == 0xFFFFFF   ? 'W'
+               : number == 0        ? 'K'
+               : number == 0xFF0100 ? 'R'
+               : number == 0x0100FF ? 'B'
+                                    : '?';
+  }
+  return letters;
+}
+
+struct Example {
+  DumpFormat format;
+  int width, height;
+  Bytes data;
+  const char* colours;
+};
+
+void PrintTo(const Example& example, std::ostream* out) {
+  *out << format_name(example.format);
+}
+
+class DumpFormats : public testing::TestWithParam<Example> {};
+
+TEST_P(DumpFormats, BecomeRedGreenBlue) {
+  const auto& [format, width, height, data, colours] = GetParam();
+  EXPECT_EQ(dump_size(width, height, format), data.size());
+  EXPECT_EQ(colours_of(decode({width, height, format, data}).rgb), colours);
+}
+
+// BT.709 in 8 bits: white is Y 235, black Y 16, both with Cb and Cr 128; red is 63, 102, 240, blue
+// 32, 240, 118, both with a step of rounding in green or red. Values beyond the range are limited.
+// In NV15 white, black and grey chroma are 940, 64 and 512, packed from the lowest bit up.
+INSTANTIATE_TEST_SUITE_P(
+    , DumpFormats,
+    testing::Values(Example{DumpFormat::kRgba, 2, 1, {255, 1, 0, 9, 1, 0, 255, 9}, "RB"},
+                    Example{DumpFormat::kBgr, 2, 1, {0, 1, 255, 255, 0, 1}, "RB"},
+                    Example{DumpFormat::kRgb, 1, 2, {255, 1, 0, 1, 0, 255}, "RB"},
+                    Example{DumpFormat::kNv12, 2, 2, {63, 63, 63, 63, 102, 240}, "RRRR"},
+                    Example{DumpFormat::kNv12, 3, 1, {235, 16, 32, 128, 128, 240, 118}, "WKB"},
+                    Example{DumpFormat::kNv16, 2, 2, {63, 63, 235, 16, 102, 240, 128, 128}, "RRWK"},
+                    Example{DumpFormat::kNv24, 2, 1, {63, 255, 102, 240, 128, 128}, "RW"},
+                    Example{DumpFormat::kNv15,
+                            4,
+                            2,
+                            {0xAC, 0x03, 0x01, 0x04, 0xEB, 0xAC, 0x03, 0x01, 0x04, 0xEB, 0x00, 0x02,
+                             0x08, 0x20, 0x80},
+                            "WKKWWKKW"}));
+
+TEST(DumpHeader, IsRefusedWhenItCannotBe) {
+  EXPECT_EQ(start_dump({2, 2, 6}).data.size(), 12U);
+  EXPECT_THROW(start_dump({2, 2, 7}), Error);
+  EXPECT_THROW(start_dump({0, 2, 0}), Error);
+  EXPECT_THROW(start_dump({65535, 65535, 0}), Error);
+  EXPECT_THROW(decode({2, 2, DumpFormat::kRgb, Bytes(11)}), Error);
+}
+
+TEST(Png, HoldsThePicture) {
+  const Picture picture{2, 1, {255, 0, 0, 1, 2, 3}};
+  const Bytes file = encode_png(picture);
+  png_image image{};
+  image.version = PNG_IMAGE_VERSION;
+  ASSERT_NE(png_image_begin_read_from_memory(&image, file.data(), file.size()), 0);
+  EXPECT_EQ(image.width, 2U);
+  EXPECT_EQ(image.height, 1U);
+  image.format = PNG_FORMAT_RGB;
+  Bytes pixels(PNG_IMAGE_SIZE(image));
+  ASSERT_NE(png_image_finish_read(&image, nullptr, pixels.data(), 0, nullptr), 0);
+  EXPECT_EQ(pixels, picture.rgb);
+}
+
+}  // namespace
+}  // namespace pqclient
