@@ -16,7 +16,7 @@ namespace {
 
 struct Arguments {
   std::string board = "tv";
-  board::BoardOptions options{.log_to_terminal = true};
+  board::BoardOptions options{.log_to_terminal = true, .announced = true};
   std::string isolation = "auto";
   std::vector<std::string> environment;
   std::string state;

@@ -61,7 +61,7 @@ Board::Board(Description description, BoardOptions options)
     : description_(std::move(description)),
       options_(std::move(options)),
       isolation_(choose_isolation(options_.isolation)),
-      state_(options_.state) {
+      state_(options_.state, options_.announced) {
   if (options_.daemon.empty()) options_.daemon = daemon_program();
   options_.daemon = fs::absolute(options_.daemon);
   state_.boot(description_);

@@ -40,6 +40,7 @@ struct BoardOptions {
   std::filesystem::path state{};
   Isolation isolation = Isolation::kAuto;
   bool log_to_terminal = false;  // the caller's standard error instead of the log file
+  bool announced = false;        // qxboard finds the board without being told its folder
   // Folders whose libraries stand in for the board's of the same name.
   std::vector<std::filesystem::path> libraries{};
   std::vector<std::filesystem::path> companions{};  // more programs that run beside the daemon

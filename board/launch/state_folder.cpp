@@ -25,13 +25,42 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A folder's name tells whose board it is, so that nobody is offered somebody else's.
-std::string temporary_prefix() {
-  return "qxboard-" + std::to_string(::getuid()) + "-";
+// A temporary folder's name tells whose board it is, and what it is for: nobody is offered somebody
+// else's board, nor one that a test made.
+constexpr std::string_view kAnnounced = "run";
+constexpr std::string_view kUnannounced = "test";
+constexpr std::string_view kUnlocked = "new";  // about to be locked and renamed
+
+std::string prefix(std::string_view kind) {
+  return "qxboard-" + std::string(kind) + "-" + std::to_string(::getuid()) + "-";
+}
+
+bool locked_by_a_board(const fs::path& folder) {
+  const int lock = ::open((folder / "lock").c_str(), O_RDONLY | O_CLOEXEC);
+  if (lock < 0) return false;
+  const bool locked = ::flock(lock, LOCK_SH | LOCK_NB) != 0;
+  ::close(lock);
+  return locked;
+}
+
+std::vector<fs::path> temporary_folders(std::string_view kind) {
+  std::vector<fs::path> folders;
+  for (const auto& entry : fs::directory_iterator(fs::temp_directory_path())) {
+    if (entry.path().filename().string().starts_with(prefix(kind))) folders.push_back(entry.path());
+  }
+  return folders;
+}
+
+// A board that was killed could not remove its folder; the next one does.
+void remove_abandoned(std::string_view kind) {
+  std::error_code ignored;
+  for (const auto& folder : temporary_folders(kind)) {
+    if (!locked_by_a_board(folder)) fs::remove_all(folder, ignored);
+  }
 }
 
 fs::path make_temporary_folder() {
-  std::string name = (fs::temp_directory_path() / (temporary_prefix() + "XXXXXX")).string();
+  std::string name = (fs::temp_directory_path() / (prefix(kUnlocked) + "XXXXXX")).string();
   if (::mkdtemp(name.data()) == nullptr) {
     throw std::runtime_error("cannot make a temporary folder " + name + ": " +
                              std::strerror(errno));
@@ -65,13 +94,14 @@ void boot_screen(const fs::path& folder) {
 
 }  // namespace
 
-StateFolder::StateFolder(const fs::path& path) : temporary_(path.empty()) {
+StateFolder::StateFolder(const fs::path& path, bool announced) : temporary_(path.empty()) {
   path_ = temporary_ ? make_temporary_folder() : fs::absolute(path).lexically_normal();
   for (const char* folder : {"data/vendor/qxalgo", "var/cache", "board/properties",
                              "board/baseparameter", "board/screen"}) {
     fs::create_directories(path_ / folder);
   }
   lock();
+  if (temporary_) publish(announced);
 }
 
 StateFolder::~StateFolder() {
@@ -117,15 +147,19 @@ fs::path StateFolder::file(const fs::path& on_board) const {
   throw std::runtime_error(on_board.string() + " is no path of the board");
 }
 
+// Only a locked folder has one of the names that others look for.
+void StateFolder::publish(bool announced) {
+  const auto kind = announced ? kAnnounced : kUnannounced;
+  const std::string own = path_.filename().string().substr(prefix(kUnlocked).size());
+  const fs::path published = path_.parent_path() / (prefix(kind) + own);
+  fs::rename(path_, published);
+  path_ = published;
+  remove_abandoned(kind);
+}
+
 std::vector<fs::path> running_boards() {
-  std::vector<fs::path> boards;
-  for (const auto& entry : fs::directory_iterator(fs::temp_directory_path())) {
-    if (!entry.path().filename().string().starts_with(temporary_prefix())) continue;
-    const int lock = ::open((entry.path() / "lock").c_str(), O_RDONLY | O_CLOEXEC);
-    if (lock < 0) continue;
-    if (::flock(lock, LOCK_SH | LOCK_NB) != 0) boards.push_back(entry.path());
-    ::close(lock);
-  }
+  auto boards = temporary_folders(kAnnounced);
+  std::erase_if(boards, [](const fs::path& folder) { return !locked_by_a_board(folder); });
   return boards;
 }
 

@@ -24,8 +24,9 @@ struct Mount {
 class StateFolder {
  public:
   // path: created when missing, kept at the end. Empty: a temporary folder, removed at the end.
+  // announced: whether a temporary folder is among the running_boards().
   // Throws std::runtime_error when it cannot be made or another board has it.
-  explicit StateFolder(const std::filesystem::path& path);
+  StateFolder(const std::filesystem::path& path, bool announced);
   ~StateFolder();
   StateFolder(const StateFolder&) = delete;
   StateFolder& operator=(const StateFolder&) = delete;
@@ -44,13 +45,14 @@ class StateFolder {
 
  private:
   void lock();
+  void publish(bool announced);
 
   std::filesystem::path path_;
   bool temporary_;
   int lock_ = -1;
 };
 
-// The temporary state folders of this user's boards that are up.
+// The temporary state folders of this user's announced boards that are up.
 std::vector<std::filesystem::path> running_boards();
 
 }  // namespace board
