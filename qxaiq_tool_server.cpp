@@ -58,7 +58,9 @@ void serve() {
   server.set_callback(QXAiqProtocol::HandlerTCPMessage);
   server.Process(kPort);  // what failed has been logged, and the server counts as stopped
   wait_for_end(server);
+  // Joins the server's threads: up to 3 seconds, or as long as a request that is being handled.
   server.SaveExit();
+  QXAiqProtocol::Exit();
 }
 
 }  // namespace

@@ -1,18 +1,14 @@
 #include "signals.h"
 
 #include <array>
-#include <atomic>
 #include <csignal>
 
 #include "common/quit.h"
 #include "daemon_log.h"
-#include "qxaiq/qxaiq_protocol.h"
 
 namespace {
 
 constexpr std::array<int, 3> kEndingSignals = {SIGINT, SIGQUIT, SIGTERM};
-
-std::atomic<TCPServer*> running_server = nullptr;
 
 sigset_t ending_signals() {
   sigset_t signals;
@@ -50,19 +46,13 @@ void install_signal_handlers() {
   }
 }
 
-void wait_for_end(TCPServer& server) {
-  running_server = &server;
+void wait_for_end(const TCPServer& server) {
   const sigset_t mask = mask_while_waiting();
   while (!pq::quit_requested && !server.stopped())
     sigsuspend(&mask);
-  running_server = nullptr;
 }
 
 void signal_handle(int sig) {
-  // The wait lets all three in; a second one must not interrupt this.
-  block_ending_signals();
   kDaemonLog.error()("signal_handle %d ", sig);
   pq::quit_requested = true;
-  if (TCPServer* server = running_server) server->SaveExit();
-  QXAiqProtocol::Exit();
 }

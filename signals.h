@@ -2,11 +2,10 @@
 //
 // They stay blocked in every thread from the start of main on and are let in only while the main
 // thread waits: so none is lost between looking at the flags and waiting, and the handler
-// interrupts nothing that holds a lock.
+// interrupts nothing that holds a lock. The handler only notes that the end has come; what takes
+// time, the main thread does after its wait, where a further signal can't interrupt it.
 #ifndef SIGNALS_H_
 #define SIGNALS_H_
-
-#include <memory>
 
 #include "netserver/tcp_server.h"
 
@@ -16,12 +15,10 @@ void block_ending_signals();
 // Installs the handler. A signal that our parent had ignored stays ignored.
 void install_signal_handlers();
 
-// Waits until an ending signal has been handled or the server has stopped. What signal_handle shuts
-// down is `server`.
-void wait_for_end(TCPServer& server);
+// Waits until an ending signal has arrived or the server has stopped.
+void wait_for_end(const TCPServer& server);
 
-// Asks everything to end and joins the server's threads, which takes up to 3 seconds, or as long as
-// a request that is being handled. A further signal meanwhile does no harm.
+// The handler: asks everything that can block for long to end.
 void signal_handle(int sig);
 
 #endif  // SIGNALS_H_

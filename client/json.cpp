@@ -1,14 +1,24 @@
 #include "pqclient/json.h"
 
+#include <mutex>
 #include <new>
 
 namespace pqclient {
 
+namespace {
+
+// The parser notes where it failed in a variable of the whole process.
+std::mutex parser_mutex;
+
+}  // namespace
+
 JsonPtr parse_json(std::string_view text) {
+  const std::lock_guard lock(parser_mutex);
   return JsonPtr(cJSON_ParseWithLength(text.data(), text.size()));
 }
 
 JsonPtr parse_whole_json(const std::string& text) {
+  const std::lock_guard lock(parser_mutex);
   return JsonPtr(cJSON_ParseWithOpts(text.c_str(), nullptr, 1));
 }
 

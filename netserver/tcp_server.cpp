@@ -231,8 +231,6 @@ void TCPServer::join_finished() {
 }
 
 int32_t TCPServer::SaveExit() {
-  // A second signal may arrive while the first one's handler is still joining.
-  if (exiting_.exchange(true)) return -1;
   quit_ = true;
   if (accept_thread_ && accept_thread_->joinable()) accept_thread_->join();
   for (const auto& thread : recv_threads_) {
@@ -240,6 +238,5 @@ int32_t TCPServer::SaveExit() {
   }
   const int32_t result = close(sock_);
   sock_ = -1;
-  exiting_ = false;
   return result;
 }

@@ -3,8 +3,7 @@
 // One accept thread, one receive thread a client. The server does no framing of its own: the
 // callback gets each chunk as one receive returned it and answers straight to the client's socket.
 //
-// Thread rule: Process, SaveExit and the destructor belong to one thread (the main thread, which
-// may call SaveExit from a signal handler that interrupted nothing but its wait).
+// Thread rule: Process, SaveExit and the destructor belong to one thread.
 #ifndef NETSERVER_TCP_SERVER_H_
 #define NETSERVER_TCP_SERVER_H_
 
@@ -43,7 +42,7 @@ class TCPServer {
   // Asks all threads to end, joins them and closes the listening socket. The accept thread ends
   // within 1 second, a receive thread within 3 seconds or at the end of the request it handles.
   // Returns the result of closing the listening socket: -1 when the accept thread already has.
-  // Calling it again, or while it runs, is harmless.
+  // Calling it again is harmless.
   int32_t SaveExit();
 
   // Whether the accept loop has ended, or never ran.
@@ -68,7 +67,6 @@ class TCPServer {
   int32_t sock_ = -1;
   std::atomic<bool> quit_ = false;
   std::atomic<bool> stopped_ = true;
-  std::atomic<bool> exiting_ = false;  // SaveExit is at work
   sockaddr_in server_addr_ = {};
   sockaddr_in client_addr_ = {};
   Callback callback_;
