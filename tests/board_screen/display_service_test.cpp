@@ -6,6 +6,7 @@
 #include <chrono>
 #include <optional>
 
+#include "drm/display_state.h"
 #include "screen/atomic_file.h"
 #include "screen/screenshot.h"
 #include "screen/state_file.h"
@@ -24,8 +25,9 @@ class DisplayServiceTest : public testing::Test {
   void start(const std::string& description = R"({"dump": {"width": 32, "height": 16}})") {
     folder_.write("description.json", description);
     std::filesystem::create_directories(data());
-    service_.emplace(board::read_description(folder_.path() / "description.json"), folder_.path(),
-                     data());
+    const auto board = board::read_description(folder_.path() / "description.json");
+    create_display(folder_.path(), board);
+    service_.emplace(board, folder_.path(), data());
   }
   std::filesystem::path data() const { return folder_.path() / "data"; }
 
