@@ -89,8 +89,9 @@ TEST(DocumentCollectionTest, SurvivesEveryAnnouncedLength) {
 
 TEST(DocumentCollectionTest, KeepsEightMebibytesOfAnEndlessDocument) {
   DocumentCollection collection;
-  const std::string chunk(1024 * 1024, 'x');
-  collection.start(false, 12 * 1024 * 1024 - kTrailer, "");
+  constexpr uint32_t kMebibyte = 1024 * 1024;
+  const std::string chunk(kMebibyte, 'x');
+  collection.start(false, 12 * kMebibyte - uint32_t{kTrailer}, "");
   for (int i = 0; i < 12; ++i) {
     EXPECT_EQ(collection.add(chunk).kind, Kind::kNone) << "mebibyte " << i;
   }
