@@ -38,6 +38,10 @@ class Update : public DaemonTest {
     return board().read(std::string("/board/baseparameter/14-0/") + file);
   }
 
+  std::filesystem::file_time_type written(const std::string& path_on_board) {
+    return std::filesystem::last_write_time(board().file(path_on_board));
+  }
+
   // Whether the log holds these texts in this order.
   testing::AssertionResult logged_in_order(const std::vector<std::string>& texts) {
     const std::string log = board().log();
@@ -109,6 +113,8 @@ TEST_F(Update, DciAcmAndSharpnessEachComputeANumberedLut) {
   EXPECT_TRUE(logged_in_order({"run drm_lut_init start", "drm_lut_init ----", "save cubic lut data",
                                "run drm_lut_init end", "before execl am"}));
   EXPECT_EQ(timeline(), "1");
+  EXPECT_LE(written(std::string("/board/properties/") + kTimeline), written("/data/lut_0.cube"))
+      << "the display service is told before the table is computed";
   change(R"({"op":"replace","path":"/acm/lumGain","value":512})");
   change(R"({"op":"replace","path":"/sharp/sharpPeakingGain","value":9})");
   EXPECT_EQ(timeline(), "3");
