@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <cstring>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <system_error>
 
@@ -19,20 +18,14 @@ std::string_view bytes_of(const Record& record) {
   return {reinterpret_cast<const char*>(&record), sizeof(record)};
 }
 
-void store_or_throw(const std::filesystem::path& file, std::string_view content) {
-  if (const int result = replace_file(file, content); result != 0) {
-    throw std::runtime_error("cannot write " + file.string() + ": " + std::strerror(-result));
-  }
-}
-
 }  // namespace
 
 void ParameterStore::seed(const PanelDefaults& defaults) const {
-  store_or_throw(folder_ / "version",
-                 std::to_string(defaults.version[0]) + ' ' + std::to_string(defaults.version[1]));
-  store_or_throw(folder_ / "pq_tuning_info", bytes_of(defaults.tuning));
-  store_or_throw(folder_ / "pq_sharp_info", bytes_of(defaults.sharp));
-  store_or_throw(folder_ / "aipq_info", bytes_of(defaults.ai));
+  replace_file_or_throw(folder_ / "version", std::to_string(defaults.version[0]) + ' ' +
+                                                 std::to_string(defaults.version[1]));
+  replace_file_or_throw(folder_ / "pq_tuning_info", bytes_of(defaults.tuning));
+  replace_file_or_throw(folder_ / "pq_sharp_info", bytes_of(defaults.sharp));
+  replace_file_or_throw(folder_ / "aipq_info", bytes_of(defaults.ai));
 }
 
 std::optional<std::pair<uint16_t, uint16_t>> ParameterStore::version() const {

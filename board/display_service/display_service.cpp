@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
 #include <string_view>
 #include <utility>
 
@@ -44,9 +45,10 @@ DisplayService::DisplayService(Description description, const std::filesystem::p
     : description_(std::move(description)),
       board_folder_(board_folder),
       data_folder_(std::move(data_folder)),
-      properties_(board_folder),
+      properties_folder_(board_folder / "properties"),
+      properties_(properties_folder_),
       test_picture_(draw_test_picture(screen_size(description_))) {
-  watch_.add(properties_.path());
+  watch_.add(properties_folder_);
   watch_.add(board_folder_ / "screen");
   check_all_properties();
   redraw();
@@ -64,7 +66,7 @@ void DisplayService::act_on(const FolderWatch::Event& event) {
   if (event.name.empty()) {  // events were lost
     check_all_properties();
     redraw();
-  } else if (event.folder == properties_.path()) {
+  } else if (event.folder == properties_folder_) {
     check_property(event.name);
   } else if (event.name == kRedrawCounter || event.name == kPattern) {
     // An application that comes or goes makes the compositor draw, as a request does.
@@ -74,14 +76,14 @@ void DisplayService::act_on(const FolderWatch::Event& event) {
 }
 
 void DisplayService::check_all_properties() {
-  for (const auto& file : std::filesystem::directory_iterator(properties_.path())) {
+  for (const auto& file : std::filesystem::directory_iterator(properties_folder_)) {
     check_property(file.path().filename().string());
   }
 }
 
 void DisplayService::check_property(const std::string& name) {
   if (!name.starts_with(kWatchedPrefix)) return;
-  std::string value = properties_.get(name);
+  std::string value = properties_.get(name).value_or("");
   std::string& known = told_[name];
   if (value == known) return;
   log(name + " changed from \"" + known + "\" to \"" + value + "\"");
@@ -90,9 +92,15 @@ void DisplayService::check_property(const std::string& name) {
   if (name == kTimeline) read_announced_parameters();
   const bool input = name == kDumpInput;
   if ((input || name == kDumpOutput) && known == "1") {
-    guarded("taking the request", [&] { properties_.set(name, "0"); });
+    guarded("taking the request", [&] { set_property(name, "0"); });
     known = "0";
     due_[input ? DumpSide::kInput : DumpSide::kOutput] = Clock::now() + kRedrawWait;
+  }
+}
+
+void DisplayService::set_property(const std::string& name, const std::string& value) const {
+  if (const int result = properties_.set(name, value); result != 0) {
+    throw std::runtime_error(PropertyStore::refusal(name, value, result));
   }
 }
 
@@ -130,7 +138,7 @@ void DisplayService::take_dump(DumpSide side) {
   const std::filesystem::path file =
       write_dump(side == DumpSide::kInput ? input : Pipeline(on_screen_).apply(input), side,
                  description_, data_folder_);
-  properties_.set(kDumpPath, file.string());
+  set_property(kDumpPath, file.string());
   told_[kDumpPath] = file.string();
   log("wrote " + file.string());
 }

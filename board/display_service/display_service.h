@@ -15,8 +15,8 @@
 #include "description/description.h"
 #include "display_service/folder_watch.h"
 #include "display_service/picture_dump.h"
-#include "display_service/property_folder.h"
 #include "engine/parameters.h"
+#include "properties/property_store.h"
 #include "screen/display_state.h"
 #include "screen/picture.h"
 
@@ -45,6 +45,7 @@ class DisplayService {
   void act_on(const FolderWatch::Event& event);
   void check_all_properties();
   void check_property(const std::string& name);
+  void set_property(const std::string& name, const std::string& value) const;
   void read_announced_parameters();
   void redraw();
   void take_due_dumps(Clock::time_point now);
@@ -54,7 +55,8 @@ class DisplayService {
   const Description description_;
   const std::filesystem::path board_folder_;
   const std::filesystem::path data_folder_;
-  const PropertyFolder properties_;
+  const std::filesystem::path properties_folder_;
+  const PropertyStore properties_;
   const Picture test_picture_;
   FolderWatch watch_;
   std::map<std::string, std::string> told_;      // values of the watched properties, as last seen

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string_view>
 
-#include "screen/atomic_file.h"
+#include "files/files.h"
 #include "screen/pixel_format.h"
 
 namespace board::screen {
@@ -37,8 +38,10 @@ std::filesystem::path write_dump(const Picture& picture, DumpSide side,
   }
   std::filesystem::path file =
       folder / ((input ? "pq_dump_in_" : "pq_dump_out_") + text_of(size) + "." + name);
-  write_file_atomically(file, size == picture.size ? encode_picture(picture, *format)
-                                                   : encode_picture(cut(picture, size), *format));
+  const auto bytes = size == picture.size ? encode_picture(picture, *format)
+                                          : encode_picture(cut(picture, size), *format);
+  replace_file_or_throw(
+      file, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   return file;
 }
 

@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <stdexcept>
 
 namespace board {
 namespace {
@@ -57,6 +59,12 @@ int write_hidden(const std::filesystem::path& file, std::string_view content, Pu
 
 int replace_file(const std::filesystem::path& file, std::string_view content) {
   return write_hidden(file, content, ::rename);
+}
+
+void replace_file_or_throw(const std::filesystem::path& file, std::string_view content) {
+  if (const int result = replace_file(file, content); result != 0) {
+    throw std::runtime_error("cannot write " + file.string() + ": " + std::strerror(-result));
+  }
 }
 
 int create_file(const std::filesystem::path& file, std::string_view content) {

@@ -15,6 +15,10 @@ namespace board {
 // as it was.
 [[nodiscard]] int replace_file(const std::filesystem::path& file, std::string_view content);
 
+// The same for callers that cannot go on without the file. Throws std::runtime_error that names the
+// file and the reason.
+void replace_file_or_throw(const std::filesystem::path& file, std::string_view content);
+
 // As replace_file, but an existing file stays and the result is -EEXIST.
 [[nodiscard]] int create_file(const std::filesystem::path& file, std::string_view content);
 

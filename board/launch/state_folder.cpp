@@ -68,12 +68,6 @@ fs::path make_temporary_folder() {
   return name;
 }
 
-void write_or_throw(const fs::path& file, std::string_view content) {
-  if (const int result = replace_file(file, content); result != 0) {
-    throw std::runtime_error("cannot write " + file.string() + ": " + std::strerror(-result));
-  }
-}
-
 void boot_store(const fs::path& folder, const Description& description) {
   if (description.store_empty || fs::exists(folder / "version")) return;
   ParameterStore(folder).seed(
@@ -122,7 +116,7 @@ void StateFolder::lock() {
 }
 
 void StateFolder::boot(const Description& description) const {
-  write_or_throw(board() / "description.json", to_json(description));
+  replace_file_or_throw(board() / "description.json", to_json(description));
   create_display(board(), description);
   boot_store(board() / "baseparameter", description);
   boot_properties(board() / "properties", description);

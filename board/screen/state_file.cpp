@@ -11,7 +11,7 @@
 
 #include <cjson/cJSON.h>
 
-#include "screen/atomic_file.h"
+#include "files/files.h"
 
 namespace board::screen {
 namespace {
@@ -101,7 +101,7 @@ void write_state(const DisplayState& state, const std::filesystem::path& file) {
 
   const TextPtr text(cJSON_PrintUnformatted(root.get()));
   if (text == nullptr) throw std::bad_alloc();
-  write_file_atomically(file, std::string_view(text.get()));
+  replace_file_or_throw(file, text.get());
 }
 
 DisplayState read_state(const std::filesystem::path& file) {

@@ -7,7 +7,7 @@
 #include <optional>
 
 #include "drm/display_state.h"
-#include "screen/atomic_file.h"
+#include "properties/property_store.h"
 #include "screen/screenshot.h"
 #include "screen/state_file.h"
 #include "temporary_folder.h"
@@ -26,7 +26,7 @@ class DisplayServiceTest : public testing::Test {
     folder_.write("description.json", description);
     std::filesystem::create_directories(data());
     const auto board = board::read_description(folder_.path() / "description.json");
-    create_display(folder_.path(), board);
+    board::create_display(folder_.path(), board);
     service_.emplace(board, folder_.path(), data());
   }
   std::filesystem::path data() const { return folder_.path() / "data"; }
@@ -37,7 +37,7 @@ class DisplayServiceTest : public testing::Test {
     serve();
   }
   void set(const std::string& property, const std::string& value) {
-    board::screen::write_file_atomically(folder_.path() / "properties" / property, value);
+    ASSERT_EQ(board::PropertyStore(folder_.path() / "properties").set(property, value), 0);
     serve();
   }
   std::string property(const std::string& name) { return folder_.read("properties/" + name); }
