@@ -1,17 +1,23 @@
 #include "command/inspect_board.h"
 
+#include <exception>
 #include <filesystem>
+#include <iomanip>
 #include <iostream>
 #include <stdexcept>
 
 #include "description/description.h"
+#include "drm/display_state.h"
 #include "files/files.h"
 #include "launch/installation.h"
 #include "launch/state_folder.h"
 #include "properties/property_store.h"
+#include "screen/screenshot.h"
 
 namespace board {
 namespace {
+
+constexpr int kNameColumn = 12;
 
 std::filesystem::path state_folder(const std::string& state) {
   if (!state.empty()) {
@@ -56,12 +62,24 @@ void print_calls(const std::string& state) {
   std::cout << read_file(state_folder(state) / "board/calls").value_or("");
 }
 
+void print_display(const std::string& state) {
+  const auto board = state_folder(state) / "board";
+  try {
+    std::cout << describe_display(board);
+  } catch (const std::exception& error) {
+    throw std::runtime_error(std::string("cannot tell what the display device was set to: ") +
+                             error.what() + " (was this board ever powered on?)");
+  }
+}
+
+void save_screenshot(const std::string& state, const std::string& file) {
+  screen::write_screenshot(state_folder(state) / "board", file);
+}
+
 void print_boards() {
   for (const auto& name : board_names()) {
     const auto board = read_description(description_file(name));
-    std::cout << name << ": platform " << board.platform << ", store " << board.store_version[0]
-              << '.' << board.store_version[1] << ", " << board.connectors.size()
-              << " connector(s)\n";
+    std::cout << std::left << std::setw(kNameColumn) << name << board.about << '\n';
   }
 }
 

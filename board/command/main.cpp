@@ -22,6 +22,7 @@ struct Arguments {
   std::string state;
   std::string name;
   std::string value;
+  std::string file;
   int status = 0;
 };
 
@@ -101,6 +102,15 @@ void add_inspections(CLI::App& app, Arguments& arguments) {
   add_inspection(app, arguments, "calls", "Show which programs the daemon started")->callback([&] {
     board::print_calls(arguments.state);
   });
+
+  add_inspection(app, arguments, "drm", "Show what was set on the display device")->callback([&] {
+    board::print_display(arguments.state);
+  });
+
+  auto* screenshot =
+      add_inspection(app, arguments, "screenshot", "Save what the screen shows as a PNG");
+  screenshot->add_option("file", arguments.file, "PNG file to write")->required();
+  screenshot->callback([&] { board::save_screenshot(arguments.state, arguments.file); });
 
   app.add_subcommand("list", "Show the boards there are")->callback(board::print_boards);
 }

@@ -174,6 +174,7 @@ Description read_description(const std::filesystem::path& file) {
   Description description;
   description.name = file.stem().string();
   reader.read("name", description.name);
+  reader.read("about", description.about);
   reader.read("platform", description.platform);
   if (const cJSON* properties = reader.find("properties")) {
     const cJSON* item = nullptr;

@@ -46,6 +46,7 @@ enum class Engine {
 
 struct Description {
   std::string name;                               // the file's name without .json
+  std::string about;                              // what it is there for, one line for people
   std::string platform = "qxt200";                // ro.board.platform
   std::map<std::string, std::string> properties;  // set before the daemon starts
   uint16_t store_version[2] = {2, 0};             // of the base-parameter store

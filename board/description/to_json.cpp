@@ -86,6 +86,7 @@ void add_faults(cJSON* root, const Faults& faults) {
 std::string to_json(const Description& description) {
   const std::unique_ptr<cJSON, FreeJson> root(cJSON_CreateObject());
   add(root.get(), "name", description.name);
+  add(root.get(), "about", description.about);
   add(root.get(), "platform", description.platform);
   cJSON* properties = cJSON_AddObjectToObject(root.get(), "properties");
   for (const auto& [name, value] : description.properties)

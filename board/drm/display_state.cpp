@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <exception>
 #include <sstream>
 
 #include "drm/properties.h"
@@ -144,7 +143,7 @@ const DisplayConnector* shown_connector(const DisplayState& state, std::string_v
   return chosen;
 }
 
-std::string describe_display(const std::filesystem::path& board_folder) try {
+std::string describe_display(const std::filesystem::path& board_folder) {
   const DisplayState state = read_display_state(board_folder);
   std::ostringstream out;
   for (const DisplayConnector& connector : state.connectors)
@@ -152,8 +151,6 @@ std::string describe_display(const std::filesystem::path& board_folder) try {
   out << state.commits << " atomic commits, " << state.property_writes << " property writes, "
       << state.blobs << " blobs\n";
   return out.str();
-} catch (const std::exception& error) {
-  return std::string("no display state: ") + error.what() + "\n";
 }
 
 }  // namespace board

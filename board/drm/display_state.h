@@ -70,7 +70,7 @@ DisplayState read_display_state(const std::filesystem::path& board_folder);
 // connected one. Null when none is connected.
 const DisplayConnector* shown_connector(const DisplayState& state, std::string_view primary);
 
-// The state for people, some lines of text. Says so in one line when there is none.
+// The state for people, some lines of text. Throws as read_display_state().
 std::string describe_display(const std::filesystem::path& board_folder);
 
 }  // namespace board

@@ -16,8 +16,8 @@ void write_screenshot(const std::filesystem::path& board_folder,
                       const std::filesystem::path& file) {
   const std::filesystem::path state = state_file(board_folder);
   if (!std::filesystem::exists(state)) {
-    throw std::runtime_error("nothing is on screen (there is no " + state.string() +
-                             "); start the board first");
+    throw std::runtime_error("the screen was not drawn yet (there is no " + state.string() +
+                             "); is the board's display service running?");
   }
   const Size size = screen_size(read_description(board_folder / "description.json"));
   const DisplayState shown = read_state(state);

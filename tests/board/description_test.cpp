@@ -42,6 +42,7 @@ TEST_F(BoardDescription, OfEveryBoardSurvivesBeingWritten) {
 TEST_F(BoardDescription, WithEverythingUnusualSurvivesBeingWritten) {
   Description board;
   board.name = "odd";
+  board.about = "all at once";
   board.platform = "other";
   board.properties = {{"vendor.a", "\"b\""}};
   board.store_version[0] = 3;
