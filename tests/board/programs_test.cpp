@@ -1,4 +1,4 @@
-// The board's am and service: what they do to the screen and what they write down.
+// The board's am and service: what they do to the screen, and what they refuse.
 #include <sys/wait.h>
 
 #include <cstdlib>
@@ -11,8 +11,6 @@ namespace {
 
 class Programs : public BoardFilesTest {
  protected:
-  Programs() { std::filesystem::remove(folder() / "calls"); }
-
   static int run(const std::string& command_line) {
     const std::string quiet = " >/dev/null 2>&1";
     return WEXITSTATUS(std::system((PROGRAM_FOLDER "/" + command_line + quiet).c_str()));
@@ -22,14 +20,6 @@ class Programs : public BoardFilesTest {
     std::ostringstream text;
     text << stream.rdbuf();
     return text.str();
-  }
-  // Without the times.
-  static std::string calls() {
-    std::istringstream record(content("calls"));
-    std::string lines;
-    for (std::string line; std::getline(record, line);)
-      lines += line.substr(13) + "\n";
-    return lines;
   }
 };
 
@@ -44,13 +34,6 @@ TEST_F(Programs, ShowAndCloseThePattern) {
   EXPECT_FALSE(std::filesystem::exists(folder() / "screen/pattern"));
 }
 
-TEST_F(Programs, CountRedraws) {
-  for (int i = 0; i < 3; ++i)
-    EXPECT_EQ(0, run("service call SurfaceFlinger 1006"));
-  EXPECT_EQ(0, run("service call SurfaceFlinger 1008"));
-  EXPECT_EQ("3", content("screen/redraw"));
-}
-
 TEST_F(Programs, RefuseWhatTheBoardDoesNotHave) {
   EXPECT_NE(0, run("am start -n com.other/.App"));
   EXPECT_NE(0, run(std::string(kStart) + " --user"));
@@ -59,21 +42,6 @@ TEST_F(Programs, RefuseWhatTheBoardDoesNotHave) {
   EXPECT_NE(0, run("service list"));
   EXPECT_FALSE(std::filesystem::exists(folder() / "screen/pattern"));
   EXPECT_FALSE(std::filesystem::exists(folder() / "screen/redraw"));
-}
-
-TEST_F(Programs, WriteDownEveryCall) {
-  run("service call SurfaceFlinger 1006");
-  run("am force-stop 'a b' '' '\"'");
-  EXPECT_EQ("service call SurfaceFlinger 1006\nam force-stop \"a b\" \"\" \"\\\"\"\n", calls());
-}
-
-TEST_F(Programs, GetAndSetProperties) {
-  EXPECT_EQ(0, run("setprop vendor.a b"));
-  EXPECT_EQ("b", content("properties/vendor.a"));
-  EXPECT_NE(0, run("setprop 'vendor a' b"));
-  EXPECT_EQ(0, run("getprop vendor.a | grep -x b"));
-  EXPECT_EQ(0, run("getprop vendor.none default | grep -x default"));
-  EXPECT_EQ(0, run("getprop | grep -Fx '[vendor.a]: [b]'"));
 }
 
 }  // namespace

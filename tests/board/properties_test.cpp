@@ -1,13 +1,9 @@
 // System properties as the daemon calls them (libcutils) and as everybody else finds them.
 #include <cutils/properties.h>
-#include <sys/inotify.h>
-#include <unistd.h>
 
 #include <array>
-#include <atomic>
 #include <cerrno>
 #include <string>
-#include <thread>
 
 #include "board/board_files_test.h"
 #include "properties/property_store.h"
@@ -36,11 +32,6 @@ TEST_F(Properties, GiveTheDefaultForMissingAndEmpty) {
   EXPECT_EQ("", store_.get("vendor.null"));
   EXPECT_EQ(0, property_set("vendor.set", "a value"));
   EXPECT_EQ("a value", get("vendor.set", "default"));
-}
-
-TEST_F(Properties, CanBeSetFromOutside) {
-  ASSERT_EQ(0, store_.set("vendor.dump.path", "/data/x"));
-  EXPECT_EQ("/data/x", get("vendor.dump.path", ""));
 }
 
 TEST_F(Properties, RefuseOtherNamesThanAndroid) {
@@ -86,52 +77,6 @@ TEST_F(Properties, AreReadAsNumbersOfAnyBase) {
     EXPECT_EQ(number, property_get_int32("vendor.number", kDefault)) << text;
   }
   EXPECT_EQ(kDefault, property_get_int32("vendor.no.number", kDefault));
-}
-
-TEST_F(Properties, TellWhoWatchesTheirFolder) {
-  const int watch = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-  ::inotify_add_watch(watch, (folder() / "properties").c_str(), IN_MOVED_TO);
-  ASSERT_EQ(0, property_set("vendor.watched", "1"));
-  alignas(inotify_event) std::array<char, 512> events{};
-  ASSERT_GT(::read(watch, events.data(), events.size()), 0);
-  EXPECT_STREQ("vendor.watched", reinterpret_cast<const inotify_event*>(events.data())->name);
-  ::close(watch);
-}
-
-TEST_F(Properties, AreNeverSeenHalfWritten) {
-  const std::string ones(91, '1');
-  const std::string twos(60, '2');
-  ASSERT_EQ(0, property_set("vendor.busy", ones.c_str()));
-  std::atomic<bool> done{false};
-  const auto write = [&](const std::string& value) {
-    for (int i = 0; i < 200; ++i)
-      ASSERT_EQ(0, property_set("vendor.busy", value.c_str()));
-  };
-  std::thread reader([&] {
-    while (!done) {
-      const std::string value = get("vendor.busy", "");
-      ASSERT_TRUE(value == ones || value == twos) << value;
-    }
-  });
-  std::thread other([&] { write(twos); });
-  write(ones);
-  other.join();
-  done = true;
-  reader.join();
-  EXPECT_EQ(1u, store_.all().size()) << "no working file is left";
-}
-
-TEST_F(Properties, OnlySurviveAPowerCycleWhenTheyPersist) {
-  const std::map<std::string, std::string> defaults{{"ro.board.platform", "qxt200"},
-                                                    {"persist.vendor.aiqtool.log", "5"}};
-  store_.boot(defaults);
-  ASSERT_EQ(0, property_set("persist.vendor.aiqtool.log", "3"));
-  ASSERT_EQ(0, property_set("vendor.tvinput.qxpq.timeline", "12"));
-  store_.boot(defaults);
-  EXPECT_EQ((std::map<std::string, std::string>{{"ro.board.platform", "qxt200"},
-                                                {"persist.vendor.aiqtool.log", "3"}}),
-            store_.all());
-  EXPECT_THROW(store_.boot({{"bad name", ""}}), std::runtime_error);
 }
 
 }  // namespace
