@@ -21,15 +21,6 @@ uint32_t Device::crtc_id(int index) const {
   return encoder != nullptr ? encoder->crtc_id : 0;
 }
 
-std::vector<std::string> Device::property_names(uint32_t object_id, uint32_t type) const {
-  std::vector<std::string> names;
-  const PropertiesPtr list(drmModeObjectGetProperties(descriptor, object_id, type));
-  for (uint32_t i = 0; list != nullptr && i < list->count_props; ++i) {
-    names.emplace_back(PropertyPtr(drmModeGetProperty(descriptor, list->props[i]))->name);
-  }
-  return names;
-}
-
 uint32_t Device::property_id(uint32_t object_id, uint32_t type, const std::string& name) const {
   const PropertiesPtr list(drmModeObjectGetProperties(descriptor, object_id, type));
   for (uint32_t i = 0; list != nullptr && i < list->count_props; ++i) {

@@ -41,7 +41,6 @@ class Device {
   // The CRTC of the connector's first encoder; 0 when it has none.
   uint32_t crtc_id(int index) const;
 
-  std::vector<std::string> property_names(uint32_t object_id, uint32_t type) const;
   // 0 when the object has no property of that name.
   uint32_t property_id(uint32_t object_id, uint32_t type, const std::string& name) const;
   uint64_t property(uint32_t object_id, uint32_t type, const std::string& name) const;

@@ -44,16 +44,6 @@ TEST_F(Picture, ATableThatIsReplacedIsFreed) {
   EXPECT_TRUE(shown().gamma.red.empty());
 }
 
-TEST_F(Picture, ATableNeedsNoCapabilityAndNoActiveCrtc) {
-  const Device plain;
-  const uint32_t crtc = plain.crtc_id(0);
-  const uint32_t panel = plain.connector(0)->connector_id;
-  const uint32_t dpms = plain.property_id(panel, DRM_MODE_OBJECT_CONNECTOR, "DPMS");
-  EXPECT_EQ(0, drmModeConnectorSetProperty(plain.descriptor, panel, dpms, DRM_MODE_DPMS_OFF));
-  EXPECT_FALSE(shown().active);
-  EXPECT_EQ(0, plain.load_gamma(crtc, 1024));
-}
-
 TEST_F(Picture, ARefusedPropertyLeavesTheDisplayAsItWas) {
   const Client client;
   const int fd = client.descriptor;
@@ -79,21 +69,6 @@ TEST_F(Picture, ARefusedPropertyLeavesTheDisplayAsItWas) {
   EXPECT_EQ(0, set(crtc, DRM_MODE_OBJECT_CRTC, gamma, blob));
 }
 
-TEST_F(Picture, ACommitSetsAllControlsAtOnce) {
-  const Client client;
-  const std::vector<Device::Item> items = {
-      {"brightness", 0}, {"contrast", 100}, {"saturation", 25}, {"hue", 75}};
-  EXPECT_EQ(0, client.commit(client.panel, items, DRM_MODE_ATOMIC_TEST_ONLY));
-  EXPECT_EQ(50U, shown().controls->contrast);
-  EXPECT_EQ(0, client.commit(client.panel, items));
-  const board::PictureControls controls = *shown().controls;
-  EXPECT_EQ(0U, controls.brightness);
-  EXPECT_EQ(100U, controls.contrast);
-  EXPECT_EQ(25U, controls.saturation);
-  EXPECT_EQ(75U, controls.hue);
-  EXPECT_EQ(1U, state().commits);
-}
-
 TEST_F(Picture, ARefusedCommitChangesNothingAtAll) {
   const Client client;
   const uint32_t flags = DRM_MODE_ATOMIC_NONBLOCK;
@@ -117,21 +92,6 @@ TEST_F(Picture, ARefusedCommitChangesNothingAtAll) {
 TEST_F(Picture, ACommitNeedsTheAtomicCapability) {
   const Device plain;
   EXPECT_EQ(-EINVAL, plain.commit(plain.connector(0)->connector_id, {{"hue", 10}}));
-}
-
-TEST_F(Picture, ADarkConnectorTakesControlsAndHasNoTable) {
-  boot([](auto& board) { board.connectors = {{.lit = false}}; });
-  const Client client;
-  EXPECT_EQ(0, client.commit(client.panel, {{"hue", 10}}));
-  EXPECT_EQ(10U, shown().controls->hue);
-  EXPECT_EQ(0U, client.crtc);
-}
-
-TEST_F(Picture, AConnectorMayLackTheControls) {
-  boot([](auto& board) { board.connectors = {{.picture_controls = false}}; });
-  const Client client;
-  EXPECT_EQ(0U, client.property_id(client.panel, DRM_MODE_OBJECT_CONNECTOR, "brightness"));
-  EXPECT_FALSE(shown().controls.has_value());
 }
 
 TEST_F(Picture, WithAnotherMasterReadingWorksAndWritingDoesNot) {
@@ -165,15 +125,6 @@ TEST_F(Picture, APacedDriverTakesOneNonblockingCommitAFrame) {
   std::this_thread::sleep_for(milliseconds(17));
   EXPECT_EQ(0, client.commit(client.panel, {{"hue", 30}}));
   EXPECT_EQ(30U, shown().controls->hue);
-}
-
-TEST_F(Picture, TheDescriptionTellsWhatIsShown) {
-  const Client client;
-  client.load_gamma(client.crtc, 1024, 7);
-  client.commit(client.panel, {{"hue", 10}});
-  EXPECT_NE(std::string::npos, description().find("1024 entries, first..middle..last:  red 7.."));
-  EXPECT_NE(std::string::npos, description().find("saturation 50  hue 10"));
-  EXPECT_NE(std::string::npos, description().find("1 atomic commits, 1 property writes"));
 }
 
 }  // namespace
