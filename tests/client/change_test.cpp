@@ -29,12 +29,6 @@ std::string table_of(int count, const std::string& entry) {
   return text + "]";
 }
 
-TEST(Store, WritesOnceAndReadsBack) {
-  StoringBoard board;
-  EXPECT_EQ(stored_by(board, "csc/cscHue", "5"), "5");
-  EXPECT_EQ(board.story(), "wr");
-}
-
 TEST(Store, ClearsTheBoardsBufferOnceWhenALongValueIsLost) {
   const std::string value = table_of(845, "100");
   for (const int lost : {1, 100}) {
@@ -60,18 +54,6 @@ TEST(Change, IsFollowedByAGap) {
   client.write_pq(*replace_operation("/csc/cscHue", *parse_json("5")));
   client.query_pq("/csc");
   EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(200));
-}
-
-TEST(CompareChange, ListsWhatWasToChangeAndWhatDiffers) {
-  const JsonPtr before = parse_json(R"({"a":1,"b":[1,2,3],"c":0})");
-  const JsonPtr asked = parse_json(R"({"a":1,"b":[1,9,8],"d":300})");
-  const JsonPtr stored = parse_json(R"({"a":2,"b":[1,9,3],"d":44})");
-  std::string told;
-  for (const ChangedValue& change : compare_change("x", before.get(), *asked, stored.get())) {
-    told += change.path + (change.before == nullptr ? " new" : "") +
-            (change.is_stored_as_asked() ? " stored\n" : " differs\n");
-  }
-  EXPECT_EQ(told, "x/a differs\nx/b/1 stored\nx/b/2 differs\nx/d new differs\n");
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <png.h>
 
-#include <ostream>
 #include <string>
 
 #include "pqclient/error.h"
@@ -33,36 +32,30 @@ struct Example {
   const char* colours;
 };
 
-void PrintTo(const Example& example, std::ostream* out) {
-  *out << format_name(example.format);
-}
-
-class DumpFormats : public testing::TestWithParam<Example> {};
-
-TEST_P(DumpFormats, BecomeRedGreenBlue) {
-  const auto& [format, width, height, data, colours] = GetParam();
-  EXPECT_EQ(dump_size(width, height, format), data.size());
-  EXPECT_EQ(colours_of(decode({width, height, format, data}).rgb), colours);
-}
-
 // BT.709 in 8 bits: white is Y 235, black Y 16, both with Cb and Cr 128; red is 63, 102, 240, blue
 // 32, 240, 118, both with a step of rounding in green or red. Values beyond the range are limited.
 // In NV15 white, black and grey chroma are 940, 64 and 512, packed from the lowest bit up.
-INSTANTIATE_TEST_SUITE_P(
-    , DumpFormats,
-    testing::Values(Example{DumpFormat::kRgba, 2, 1, {255, 1, 0, 9, 1, 0, 255, 9}, "RB"},
-                    Example{DumpFormat::kBgr, 2, 1, {0, 1, 255, 255, 0, 1}, "RB"},
-                    Example{DumpFormat::kRgb, 1, 2, {255, 1, 0, 1, 0, 255}, "RB"},
-                    Example{DumpFormat::kNv12, 2, 2, {63, 63, 63, 63, 102, 240}, "RRRR"},
-                    Example{DumpFormat::kNv12, 3, 1, {235, 16, 32, 128, 128, 240, 118}, "WKB"},
-                    Example{DumpFormat::kNv16, 2, 2, {63, 63, 235, 16, 102, 240, 128, 128}, "RRWK"},
-                    Example{DumpFormat::kNv24, 2, 1, {63, 255, 102, 240, 128, 128}, "RW"},
-                    Example{DumpFormat::kNv15,
-                            4,
-                            2,
-                            {0xAC, 0x03, 0x01, 0x04, 0xEB, 0xAC, 0x03, 0x01, 0x04, 0xEB, 0x00, 0x02,
-                             0x08, 0x20, 0x80},
-                            "WKKWWKKW"}));
+TEST(DumpFormats, BecomeRedGreenBlue) {
+  for (const auto& [format, width, height, data, colours] : {
+           Example{DumpFormat::kRgba, 2, 1, {255, 1, 0, 9, 1, 0, 255, 9}, "RB"},
+           Example{DumpFormat::kBgr, 2, 1, {0, 1, 255, 255, 0, 1}, "RB"},
+           Example{DumpFormat::kRgb, 1, 2, {255, 1, 0, 1, 0, 255}, "RB"},
+           Example{DumpFormat::kNv12, 2, 2, {63, 63, 63, 63, 102, 240}, "RRRR"},
+           Example{DumpFormat::kNv12, 3, 1, {235, 16, 32, 128, 128, 240, 118}, "WKB"},
+           Example{DumpFormat::kNv16, 2, 2, {63, 63, 235, 16, 102, 240, 128, 128}, "RRWK"},
+           Example{DumpFormat::kNv24, 2, 1, {63, 255, 102, 240, 128, 128}, "RW"},
+           Example{DumpFormat::kNv15,
+                   4,
+                   2,
+                   {0xAC, 0x03, 0x01, 0x04, 0xEB, 0xAC, 0x03, 0x01, 0x04, 0xEB, 0x00, 0x02, 0x08,
+                    0x20, 0x80},
+                   "WKKWWKKW"},
+       }) {
+    EXPECT_EQ(dump_size(width, height, format), data.size()) << format_name(format);
+    EXPECT_EQ(colours_of(decode({width, height, format, data}).rgb), colours)
+        << format_name(format);
+  }
+}
 
 TEST(DumpHeader, IsRefusedWhenItCannotBe) {
   EXPECT_EQ(start_dump({2, 2, 6}).data.size(), 12U);

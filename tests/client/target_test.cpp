@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <ostream>
+#include <string>
 
 #include "pqclient/error.h"
 
@@ -16,40 +16,32 @@ TEST(Target, BecomesAPointerIntoTheDocument) {
 }
 
 struct Wrong {
-  const char* name;
   const char* path;
   const char* help;  // what the error must say
 };
 
-void PrintTo(const Wrong& example, std::ostream* out) {
-  *out << example.name;
-}
-
-class WrongTarget : public testing::TestWithParam<Wrong> {};
-
-TEST_P(WrongTarget, IsExplained) {
-  try {
-    parse_target(GetParam().path);
-    FAIL() << "taken";
-  } catch (const Error& error) {
-    EXPECT_EQ(error.kind(), ErrorKind::kInput);
-    EXPECT_NE(std::string(error.what()).find(GetParam().help), std::string::npos) << error.what();
+TEST(Target, ThatDoesNotExistIsExplained) {
+  for (const auto& [path, help] : {
+           Wrong{"", "csc, dci, acm, gamma, sharp"},
+           Wrong{"csC/name", "no section \"csC\""},
+           Wrong{"csc/bright", "nearest: cscBrightness"},
+           Wrong{"gamma/gammatab_r", "nearest: gammaTab_R"},
+           Wrong{"dci/dciWegiht_mid", "nearest: dciWeight_mid"},
+           Wrong{"csc/zzzzzzzz", "see pqctl get csc"},
+           Wrong{"dci/dciWeight_low/32", "0 to 31"},
+           Wrong{"dci/dciWgtCoef_low/-1", "0 to 32"},
+           Wrong{"gamma/gammaTab_B/1x", "0 to 1023"},
+           Wrong{"csc/cscHue/0", "single value"},
+       }) {
+    try {
+      parse_target(path);
+      ADD_FAILURE() << "taken: " << path;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.kind(), ErrorKind::kInput);
+      EXPECT_NE(std::string(error.what()).find(help), std::string::npos) << error.what();
+    }
   }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    , WrongTarget,
-    testing::Values(Wrong{"empty", "", "csc, dci, acm, gamma, sharp"},
-                    Wrong{"section", "csC/name", "no section \"csC\""},
-                    Wrong{"part_of_a_name", "csc/bright", "nearest: cscBrightness"},
-                    Wrong{"case", "gamma/gammatab_r", "nearest: gammaTab_R"},
-                    Wrong{"typing_slip", "dci/dciWegiht_mid", "nearest: dciWeight_mid"},
-                    Wrong{"nothing_like_it", "csc/zzzzzzzz", "see pqctl get csc"},
-                    Wrong{"index_behind_the_end", "dci/dciWeight_low/32", "0 to 31"},
-                    Wrong{"index_below_zero", "dci/dciWgtCoef_low/-1", "0 to 32"},
-                    Wrong{"index_not_a_number", "gamma/gammaTab_B/1x", "0 to 1023"},
-                    Wrong{"index_of_a_single_value", "csc/cscHue/0", "single value"}),
-    [](const auto& instance) { return instance.param.name; });
 
 }  // namespace
 }  // namespace pqclient

@@ -58,11 +58,6 @@ TEST(Query, TakesAnAnswerThatComesInPieces) {
   EXPECT_EQ(std::string(answer.value->valuestring).size(), 300'000U);
 }
 
-TEST(Query, SilentBoardIsATimeout) {
-  FakeBoard board([](Visitor& visitor) { visitor.stall(); });
-  EXPECT_EQ(kind_of_failed_query(board, kHurried), ErrorKind::kTimeout);
-}
-
 TEST(Query, HalfAnAnswerIsATimeout) {
   FakeBoard board([](Visitor& visitor) {
     visitor.receive_text(kReadPq);
@@ -110,11 +105,6 @@ TEST(Query, AfterATimeoutTheNextOneConnectsAfresh) {
   EXPECT_THROW(client.query_pq("/csc"), Error);
   EXPECT_NE(client.query_pq("/csc").value, nullptr);
   EXPECT_EQ(connections, 2);
-}
-
-TEST(Address, BracketsAreForIPv6) {
-  EXPECT_EQ((Address{"192.0.2.7", 5543}.text()), "192.0.2.7:5543");
-  EXPECT_EQ((Address{"2001:db8::7", 1}.text()), "[2001:db8::7]:1");
 }
 
 }  // namespace

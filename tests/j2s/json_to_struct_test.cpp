@@ -80,31 +80,6 @@ TEST_F(JsonToStruct, NeverWritesAPointerALengthOrAStructureThroughANegativeSlot)
   EXPECT_TRUE(std::all_of(&words[1], &words[6], [](int64_t word) { return word == 0; }));
 }
 
-TEST_F(JsonToStruct, TakesListsOfAHundredThousandInOneWalk) {
-  const Json json = own(cJSON_CreateObject());
-  cJSON* values = cJSON_AddArrayToObject(json.get(), "four");
-  cJSON* slots = cJSON_AddArrayToObject(json.get(), "@four_index");
-  constexpr int kCount = 100000;
-  for (int i = 0; i < kCount; ++i) {
-    cJSON_AddItemToArray(values, cJSON_CreateNumber(i));
-    cJSON_AddItemToArray(slots, cJSON_CreateNumber(i % 4));
-  }
-  EXPECT_EQ(j2s_json_to_struct(tables_.context(), json.get(), "shapes", &shapes_), 0);
-  EXPECT_EQ(member("four"), "[99996,99997,99998,99999]");
-}
-
-TEST_F(JsonToStruct, SaysWhatItWarnsOf) {
-  const std::string messages = stderr_of([&] {
-    (void)tables_.load(R"({"grid":[],"@grid_index":[0],"mode":"x","list":[]})", &shapes_);
-  });
-  EXPECT_NE(messages.find("[_j2s_json_to_obj]: ignoring index for dep types grid\n"),
-            std::string::npos);
-  EXPECT_NE(messages.find("[j2s_enum_get_value]: unknown enum name: x for mode_names\n"),
-            std::string::npos);
-  EXPECT_NE(messages.find("[_j2s_json_to_obj]: missing len in json for dynamic array 'list'\n"),
-            std::string::npos);
-}
-
 TEST_F(JsonToStruct, RefusesUnknownStructuresAndMembers) {
   const Json json = parse("{}");
   EXPECT_EQ(j2s_json_to_struct(tables_.context(), json.get(), "none", &shapes_), -1);

@@ -51,16 +51,6 @@ TEST_F(StructToJson, LeavesOutADynamicArrayItCannotRead) {
   is_left_out(65536, &names[0]);
 }
 
-TEST_F(StructToJson, NamesConstantsAndWarnsOfUnknownOnes) {
-  shapes_.mode = 4;
-  Json json = own(nullptr);
-  const std::string message = stderr_of(
-      [&] { json = own(_j2s_obj_to_json(tables_.context(), tables_.index_of("mode"), &shapes_)); });
-  EXPECT_EQ(print(json.get()), "\"INVALID\"");
-  EXPECT_TRUE(message.starts_with("W: j2s/j2s(")) << message;
-  EXPECT_TRUE(message.ends_with(") [j2s_enum_get_name]: unknown enum value: 4 for mode_names\n"));
-}
-
 TEST_F(StructToJson, AddsDescriptionsAndEnumerationsWhenAskedTo) {
   const int index = tables_.index_of("x");
   std::vector<const char*> descriptions(static_cast<size_t>(index) + 1);
