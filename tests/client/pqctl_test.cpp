@@ -56,17 +56,6 @@ class Pqctl : public testing::Test {
 };
 
 TEST_F(Pqctl, GetShowsSectionsAsTables) {
-  EXPECT_EQ(output_of("get csc"),
-            "name           \n"
-            "cscEnable      1\n"
-            "cscMode        LOW_LATENCY_MODE\n"
-            "cscBrightness  256\n"
-            "cscHue         300\n"
-            "cscContrast    256\n"
-            "cscSaturation  256\n"
-            "cscRGain       256\n"
-            "cscGGain       256\n"
-            "cscBGain       256\n");
   EXPECT_EQ(output_of("aipq get dci"),
             "scene 0\n"
             "name       nature-default\n"

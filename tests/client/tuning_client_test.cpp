@@ -47,17 +47,6 @@ TEST(Query, SendsOneOperationWithoutValueAndLearnsThePlatform) {
   EXPECT_EQ(second, R"([{"op":"test","path":"/csc","toolversion":"test 1.0","platform":1}])");
 }
 
-TEST(Query, TakesAnAnswerThatComesInPieces) {
-  FakeBoard board([](Visitor& visitor) {
-    visitor.receive_text(kReadPq);
-    const std::string text = R"({"path":"/csc","value":")" + std::string(300'000, 'x') + "\"}";
-    visitor.reply(text);
-    visitor.stall();
-  });
-  const Answer answer = TuningClient(board.address(), kPatient).query_pq("/csc");
-  EXPECT_EQ(std::string(answer.value->valuestring).size(), 300'000U);
-}
-
 TEST(Query, HalfAnAnswerIsATimeout) {
   FakeBoard board([](Visitor& visitor) {
     visitor.receive_text(kReadPq);

@@ -2,6 +2,7 @@
 #include "j2s/pq_schema.h"
 
 #include <cmath>
+#include <thread>
 
 #include "tests/j2s/synthetic.h"
 
@@ -15,10 +16,6 @@ class PqTables : public testing::Test {
     j2s_init(&ctx_);
   }
   ~PqTables() override { j2s_deinit(&ctx_); }
-
-  std::string dump(const pq_config& config) {
-    return print(own(j2s_struct_to_json(&ctx_, nullptr, &config)).get());
-  }
 
   j2s_ctx ctx_ = {};
 };
@@ -45,6 +42,10 @@ std::unique_ptr<pq_config> patterned_config() {
   return config;
 }
 
+std::string dump(j2s_ctx& ctx, const pq_config& config) {
+  return print(own(j2s_struct_to_json(&ctx, nullptr, &config)).get());
+}
+
 TEST_F(PqTables, ARecordDescribesItsMember) {
   const j2s_obj scenes = {"acm",
                           J2S_TYPE_STRUCT,
@@ -60,12 +61,25 @@ TEST_F(PqTables, ARecordDescribesItsMember) {
   EXPECT_EQ(std::memcmp(&ctx_.obj_table[106], &scenes, sizeof scenes), 0);
 }
 
-TEST_F(PqTables, AWholeConfigurationSurvivesItsText) {
-  const std::string text = dump(*patterned_config());
-  const auto loaded = std::make_unique<pq_config>();
-  EXPECT_EQ(j2s_json_to_struct(&ctx_, parse(text).get(), nullptr, loaded.get()), 0);
-  EXPECT_EQ(dump(*loaded), text);
-  for_each_text(*loaded, [](char*& text_of_member) { std::free(text_of_member); });
+TEST_F(PqTables, AWholeConfigurationSurvivesItsTextInSeveralThreads) {
+  const std::string text = dump(ctx_, *patterned_config());
+  const auto convert = [&](cJSON* json) {
+    for (int round = 0; round < 3; ++round) {
+      j2s_ctx ctx = {};
+      j2s_init(&ctx);
+      const auto loaded = std::make_unique<pq_config>();
+      EXPECT_EQ(j2s_json_to_struct(&ctx, json, nullptr, loaded.get()), 0);
+      EXPECT_EQ(dump(ctx, *loaded), text);
+      for_each_text(*loaded, [](char*& text_of_member) { std::free(text_of_member); });
+      j2s_deinit(&ctx);
+    }
+  };
+  // Parsed beforehand: cJSON's parser notes its last error in a place that all threads share.
+  const Json ours = parse(text);
+  const Json theirs = parse(text);
+  std::thread other(convert, theirs.get());
+  convert(ours.get());
+  other.join();
 }
 
 }  // namespace

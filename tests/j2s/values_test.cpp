@@ -1,23 +1,7 @@
-#include <cmath>
-#include <limits>
-
-#include "j2s/saturate.h"
 #include "tests/j2s/synthetic.h"
 
 namespace j2s_test {
 namespace {
-
-TEST(Saturate, KeepsToTheTypesLimits) {
-  const double infinity = std::numeric_limits<double>::infinity();
-  EXPECT_EQ(j2s::saturate<int32_t>(std::nan("")), 0);
-  EXPECT_EQ(j2s::saturate<int32_t>(-infinity), std::numeric_limits<int32_t>::min());
-  EXPECT_EQ(j2s::saturate<int32_t>(-2147483648.5), std::numeric_limits<int32_t>::min());
-  EXPECT_EQ(j2s::saturate<uint32_t>(4294967295.9), 4294967295U);
-  EXPECT_EQ(j2s::saturate<uint32_t>(-0.5), 0U);
-  EXPECT_EQ(j2s::saturate<int64_t>(9223372036854775808.0), std::numeric_limits<int64_t>::max());
-  EXPECT_EQ(j2s::saturate<uint64_t>(9223372036854775808.0), 9223372036854775808U);
-  EXPECT_EQ(j2s::saturate<uint64_t>(infinity), std::numeric_limits<uint64_t>::max());
-}
 
 TEST(Number, IsStoredAsItsType) {
   for_each_case("number_cases.json", [](const cJSON* number_case) {

@@ -14,6 +14,12 @@ namespace {
 
 constexpr const char* kMarker = "PQ_TESTS_IN_PRIVATE_NETWORK";
 
+// With the rights that come with a user namespace: the board makes one more inside it, and the
+// kernel lets nobody map the root user there without them.
+constexpr const char* kRestart =
+    "exec bwrap --die-with-parent --unshare-user --unshare-net --dev-bind / /"
+    " --setenv PQ_TESTS_IN_PRIVATE_NETWORK 1 -- \"$0\" \"$@\"";
+
 }  // namespace
 
 bool in_private_network() {
@@ -23,24 +29,11 @@ bool in_private_network() {
 void enter_private_network(char** argv) {
   if (in_private_network() || !private_root_obstacle().empty()) return;
   const std::string self = std::filesystem::read_symlink("/proc/self/exe");
-  // With the rights that come with a user namespace: the board makes one more inside it, and the
-  // kernel lets nobody map the root user there without them.
-  std::vector<const char*> command{"bwrap",
-                                   "--die-with-parent",
-                                   "--unshare-user",
-                                   "--unshare-net",
-                                   "--dev-bind",
-                                   "/",
-                                   "/",
-                                   "--setenv",
-                                   kMarker,
-                                   "1",
-                                   "--",
-                                   self.c_str()};
+  std::vector<const char*> command{"sh", "-c", kRestart, self.c_str()};
   for (char** argument = argv + 1; *argument != nullptr; ++argument)
     command.push_back(*argument);
   command.push_back(nullptr);
-  ::execvp(command[0], const_cast<char**>(command.data()));
+  ::execv("/bin/sh", const_cast<char**>(command.data()));
 }
 
 }  // namespace board
