@@ -10,6 +10,8 @@
 #include <fstream>
 #include <optional>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "support/board_test.h"
 #include "support/temporary_folder.h"

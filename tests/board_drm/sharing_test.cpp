@@ -1,5 +1,4 @@
 // Several open files, threads and processes at one device.
-#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
