@@ -17,7 +17,7 @@ void print_calls(const std::string& state);
 // What programs have set on the display device, on screen or not.
 void print_display(const std::string& state);
 
-// What the screen shows since its last redraw, as a PNG.
+// What the screen shows at this moment, as a PNG.
 void save_screenshot(const std::string& state, const std::string& file);
 
 // The boards that can be run, by name.

@@ -50,6 +50,7 @@ DisplayService::DisplayService(Description description, const std::filesystem::p
       test_picture_(draw_test_picture(screen_size(description_))) {
   watch_.add(properties_folder_);
   watch_.add(board_folder_ / "screen");
+  watch_.add(board_folder_ / "drm");
   check_all_properties();
   redraw();
 }
@@ -68,6 +69,8 @@ void DisplayService::act_on(const FolderWatch::Event& event) {
     redraw();
   } else if (event.folder == properties_folder_) {
     check_property(event.name);
+  } else if (event.folder == board_folder_ / "drm") {
+    follow_device();
   } else if (event.name == kRedrawCounter || event.name == kPattern) {
     // An application that comes or goes makes the compositor draw, as a request does.
     redraw();
@@ -117,9 +120,23 @@ void DisplayService::redraw() {
     if (state.lut && announced_ && !announced_->dci.enable) {
       state.lut = engine::compute_lut(*announced_);
     }
-    write_state(state, state_file(board_folder_));
-    on_screen_ = std::move(state);
+    show(std::move(state));
   });
+}
+
+void DisplayService::follow_device() {
+  guarded("reading the display device", [this] {
+    DisplayState state = on_screen_;
+    update_device_settings(board_folder_, state);
+    if (state.controls != on_screen_.controls || state.gamma != on_screen_.gamma) {
+      show(std::move(state));
+    }
+  });
+}
+
+void DisplayService::show(DisplayState state) {
+  write_state(state, state_file(board_folder_));
+  on_screen_ = std::move(state);
 }
 
 void DisplayService::take_due_dumps(Clock::time_point now) {

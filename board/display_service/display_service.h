@@ -1,8 +1,9 @@
 // The part of the board that owns the picture.
 //
-// As on a board, a change of the display hardware's settings is seen only once the screen is
-// redrawn: on request, or because the pattern's application came or went. The service keeps what
-// was true at the last redraw in BOARD/screen/current.
+// As on a board, what a program sets on the display device (picture controls, gamma table) is seen
+// with the next frame, while a new 3D table and the pattern wait for a redraw: on request, or
+// because the pattern's application came or went. The service keeps what is seen in
+// BOARD/screen/current.
 #ifndef BOARD_DISPLAY_SERVICE_DISPLAY_SERVICE_H_
 #define BOARD_DISPLAY_SERVICE_DISPLAY_SERVICE_H_
 
@@ -48,6 +49,8 @@ class DisplayService {
   void set_property(const std::string& name, const std::string& value) const;
   void read_announced_parameters();
   void redraw();
+  void follow_device();
+  void show(DisplayState state);
   void take_due_dumps(Clock::time_point now);
   void take_dump(DumpSide side);
   std::optional<std::chrono::milliseconds> until_first_dump() const;

@@ -48,10 +48,9 @@ PictureControls to_screen(const board::PictureControls& percent) {
           static_cast<int>(percent.saturation), static_cast<int>(percent.hue)};
 }
 
-void take_connector(const DisplayConnector& connector, const fs::path& board, DisplayState& state) {
+void take_settings(const DisplayConnector& connector, DisplayState& state) {
   if (connector.controls) state.controls = to_screen(*connector.controls);
   state.gamma = {connector.gamma.red, connector.gamma.green, connector.gamma.blue};
-  state.lut = read_table(stored_table(board, connector));
 }
 
 std::optional<PatternColour> read_pattern(const fs::path& file) {
@@ -70,10 +69,18 @@ DisplayState read_hardware_state(const fs::path& board_folder) {
   DisplayState state;
   const board::DisplayState display = read_display_state(board_folder);
   if (const auto* connector = find_connector(display, board_folder)) {
-    take_connector(*connector, board_folder, state);
+    take_settings(*connector, state);
+    state.lut = read_table(stored_table(board_folder, *connector));
   }
   state.pattern = read_pattern(board_folder / "screen" / "pattern");
   return state;
+}
+
+void update_device_settings(const fs::path& board_folder, DisplayState& state) {
+  const board::DisplayState display = read_display_state(board_folder);
+  if (const auto* connector = find_connector(display, board_folder)) {
+    take_settings(*connector, state);
+  }
 }
 
 }  // namespace board::screen

@@ -12,6 +12,9 @@ namespace board::screen {
 // activity that shows it. What is not there counts as not set.
 DisplayState read_hardware_state(const std::filesystem::path& board_folder);
 
+// Takes over only what programs set on the display device itself: picture controls and gamma table.
+void update_device_settings(const std::filesystem::path& board_folder, DisplayState& state);
+
 }  // namespace board::screen
 
 #endif  // BOARD_DISPLAY_SERVICE_HARDWARE_STATE_H_

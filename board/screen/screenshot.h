@@ -12,7 +12,7 @@ namespace board::screen {
 // The screen's resolution: that of the dumps in the board's description.
 Size screen_size(const Description& description);
 
-// Writes what the board shows since its last redraw as a PNG file. board_folder is the running
+// Writes what the board shows at this moment as a PNG file. board_folder is the running
 // board's state folder as the caller sees it. Throws std::runtime_error with a message for the
 // user.
 void write_screenshot(const std::filesystem::path& board_folder, const std::filesystem::path& file);

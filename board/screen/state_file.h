@@ -1,4 +1,4 @@
-// What is on screen, as a file: the display service writes it at each redraw, and whoever wants a
+// What is on screen, as a file: the display service writes it at each change, and whoever wants a
 // screenshot or to look at the values reads it, also from outside of the board's private root.
 //
 // JSON: "controls" with the four percentages, "gamma" with "red", "green", "blue" lists, and where
