@@ -18,26 +18,12 @@ constexpr uint16_t kPatternMode = 4;
 
 class Commands : public DaemonTest {
  protected:
-  static std::string packet(uint16_t command, std::vector<uint8_t> data) {
-    std::string bytes("QXISP-AK");
-    bytes.resize(72);
-    bytes[10] = static_cast<char>(command);
-    std::copy(data.begin(), data.end(), bytes.begin() + 22);
-    return bytes;
-  }
   static std::string acknowledgement(uint16_t command) {
     std::string bytes("QXISP-AS");
     bytes.resize(72);
     bytes[10] = static_cast<char>(command);
     bytes[20] = bytes[22] = 1;
     return bytes;
-  }
-  // Sends a command and returns what comes back in time.
-  static std::string command(uint16_t number, std::vector<uint8_t> data,
-                             std::chrono::milliseconds time = 8s) {
-    auto connection = connect();
-    send(connection, packet(number, std::move(data)));
-    return receive(connection, 72, time);
   }
   int dci_enable() {
     const auto answer = client().query_pq("/dci");
@@ -104,10 +90,8 @@ TEST_F(Commands, UnknownOnesAreIgnored) {
 
 TEST_F(Commands, ADumpIsSentWholeAndItsFileDeleted) {
   start_with_documents();
-  auto connection = connect();
-  send(connection, packet(kDump, {0x80}));
   constexpr size_t kSize = 5 + 1920 * 1080 * 3 / 2;  // nv12
-  const std::string reply = receive(connection, kSize, 20s);
+  const std::string reply = command(kDump, {0x80}, 20s, kSize);
   ASSERT_EQ(reply.size(), kSize);
   EXPECT_EQ(reply.substr(0, 5), std::string("\x80\x07\x38\x04\x02", 5));
   EXPECT_FALSE(
@@ -133,7 +117,7 @@ TEST_F(Commands, AReaderThatVanishesCostsOnlyItsOwnConnection) {
   start_with_documents();
   {
     auto gone = connect();
-    send(gone, packet(kDump, {0x81}));
+    send(gone, command_packet(kDump, {0x81}));
   }
   std::this_thread::sleep_for(5s);
   EXPECT_TRUE(serves());

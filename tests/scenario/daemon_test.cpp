@@ -4,10 +4,10 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
-#include <vector>
 
 #include "pqclient/error.h"
 
@@ -74,6 +74,21 @@ std::string DaemonTest::receive(pqclient::Connection& connection, size_t size,
     // The time is over, or the connection is: what has come is the result.
   }
   return bytes;
+}
+
+std::string DaemonTest::command_packet(uint16_t number, const std::vector<uint8_t>& arguments) {
+  pqclient::CommandPacket packet{};
+  std::copy(pqclient::kCommandMagic.begin(), pqclient::kCommandMagic.end(), packet.magic.begin());
+  packet.command = number;
+  std::copy(arguments.begin(), arguments.end(), packet.data.begin());
+  return {reinterpret_cast<const char*>(&packet), sizeof(packet)};
+}
+
+std::string DaemonTest::command(uint16_t number, const std::vector<uint8_t>& arguments,
+                                std::chrono::milliseconds time, size_t size) {
+  auto connection = connect();
+  send(connection, command_packet(number, arguments));
+  return receive(connection, size, time);
 }
 
 bool DaemonTest::serves() {

@@ -5,8 +5,10 @@
 #include <chrono>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "pqclient/connection.h"
+#include "pqclient/packets.h"
 #include "pqclient/tuning_client.h"
 #include "support/board_test.h"
 
@@ -34,6 +36,14 @@ class DaemonTest : public board::BoardTest {
   // What arrives until `size` bytes are there, or the time is over.
   static std::string receive(pqclient::Connection& connection, size_t size,
                              std::chrono::milliseconds time = std::chrono::seconds(5));
+
+  // One command and its arguments, as a packet.
+  static std::string command_packet(uint16_t number, const std::vector<uint8_t>& arguments);
+  // Sends it on a connection of its own. Returns what comes back until `size` bytes are there, or
+  // the time is over.
+  static std::string command(uint16_t number, const std::vector<uint8_t>& arguments,
+                             std::chrono::milliseconds time = std::chrono::seconds(8),
+                             size_t size = sizeof(pqclient::CommandPacket));
 
   // Sends one operation for the PQ or the AIPQ document and waits until the daemon is through with
   // it, redraw included.

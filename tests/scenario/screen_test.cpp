@@ -1,0 +1,90 @@
+// What a change looks like: the daemon's changes, seen on the simulated screen.
+#include "scenario/screen_test.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <regex>
+
+namespace scenario {
+namespace {
+
+class Screen : public ScreenTest {};
+
+// The low-latency path redraws before it sets the controls: only the display device's own immediacy
+// makes them visible.
+TEST_F(Screen, ControlsOfLowLatencyModeMoveThePictureAsTheyAreNamed) {
+  start_with_documents();
+  change(R"({"op":"replace","path":"/csc/cscMode","value":"LOW_LATENCY_MODE"})");
+  const Means neutral = settled_means();
+  change(R"({"op":"replace","path":"/csc/cscBrightness","value":360})");
+  const Means bright = settled_means();
+  EXPECT_GT(bright.luma(), neutral.luma() + 0.05);
+  change(R"({"op":"replace","path":"/csc/cscSaturation","value":400})");
+  EXPECT_GT(settled_means().chroma, bright.chroma * 1.1);
+}
+
+TEST_F(Screen, MoreRedGainIsWarmer) {
+  start_with_documents();
+  change(R"({"op":"replace","path":"/csc/cscRGain","value":200})");
+  const Means before = settled_means();
+  change(R"({"op":"replace","path":"/csc/cscRGain","value":256})");
+  const Means after = settled_means();
+  EXPECT_GT(after.red / after.blue, before.red / before.blue * 1.1);
+  EXPECT_NEAR(after.green, before.green, 0.001);
+  EXPECT_NEAR(after.blue, before.blue, 0.001);
+}
+
+TEST_F(Screen, AGammaTableIsSeenWithoutARedraw) {
+  start_with_documents();
+  change(R"({"op":"replace","path":"/gamma/gammaTab_G/0","value":0})");
+  const Means before = settled_means();
+  std::string darker;
+  for (int i = 0; i < 1024; ++i)
+    darker += (i == 0 ? "" : ",") + std::to_string(i * 32);
+  change(R"({"op":"replace","path":"/gamma/gammaTab_G","value":[)" + darker + "]}");
+  const Means after = settled_means();
+  EXPECT_NEAR(after.green, before.green / 2, 0.05);
+  EXPECT_EQ(after.red, before.red);
+  EXPECT_TRUE(board().calls().empty());
+}
+
+TEST_F(Screen, ADciChangeComputesATableThatIsSeen) {
+  start_with_documents();
+  change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
+  EXPECT_TRUE(soon([this] { return on_screen().lut.has_value(); }));
+  const Means before = means();
+  change(R"({"op":"replace","path":"/dci/dciWgtCoef_mid/16","value":1000})");
+  EXPECT_TRUE(soon([&] { return means().luma() > before.luma() + 0.005; }));
+  const std::string cube = board().read("/data/lut_0.cube");
+  const std::regex row(R"((^|\n)\d\.\d{6} \d\.\d{6} \d\.\d{6}(?=\n))");
+  EXPECT_EQ(std::distance(std::sregex_iterator(cube.begin(), cube.end(), row), {}), 17 * 17 * 17);
+}
+
+TEST_F(Screen, APatternCoversItUntilPatternModeIsLeft) {
+  start_with_documents();
+  const Picture before = shown();
+  command(3, {255, 0, 128});
+  EXPECT_TRUE(soon([this] {
+    const Picture picture = shown();
+    return std::ranges::all_of(picture.pixels, [](const board::Rgb16& pixel) {
+      return pixel == board::Rgb16{65535, 0, 128 * 257};
+    });
+  }));
+  command(4, {0x81});
+  EXPECT_TRUE(soon([&] { return shown().pixels == before.pixels; }));
+}
+
+TEST_F(Screen, IsSavedByTheBoardsOwnCommand) {
+  start_with_documents();
+  const auto file = board().state() / "screen.png";
+  const auto qxboard = [&](const std::string& arguments) {
+    return std::system((QXBOARD " " + arguments + " --state " + board().state().string()).c_str());
+  };
+  ASSERT_TRUE(soon([&] { return qxboard("screenshot " + file.string() + " 2>&1") == 0; }));
+  EXPECT_GT(std::filesystem::file_size(file), 100'000U) << "a picture of 1920x1080 as PNG";
+  EXPECT_EQ(qxboard("drm >" + file.string()), 0);
+  EXPECT_NE(qxboard("screenshot /no/such/folder/x.png 2>" + file.string()), 0);
+}
+
+}  // namespace
+}  // namespace scenario
