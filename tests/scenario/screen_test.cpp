@@ -3,7 +3,8 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <regex>
+#include <sstream>
+#include <string>
 
 namespace scenario {
 namespace {
@@ -55,9 +56,11 @@ TEST_F(Screen, ADciChangeComputesATableThatIsSeen) {
   const Means before = means();
   change(R"({"op":"replace","path":"/dci/dciWgtCoef_mid/16","value":1000})");
   EXPECT_TRUE(soon([&] { return means().luma() > before.luma() + 0.005; }));
-  const std::string cube = board().read("/data/lut_0.cube");
-  const std::regex row(R"((^|\n)\d\.\d{6} \d\.\d{6} \d\.\d{6}(?=\n))");
-  EXPECT_EQ(std::distance(std::sregex_iterator(cube.begin(), cube.end(), row), {}), 17 * 17 * 17);
+  std::istringstream cube(board().read("/data/lut_0.cube"));
+  int rows = 0;
+  for (std::string line; std::getline(cube, line);)
+    rows += line.starts_with("0.") || line.starts_with("1.") ? 1 : 0;
+  EXPECT_EQ(rows, 17 * 17 * 17);
 }
 
 TEST_F(Screen, APatternCoversItUntilPatternModeIsLeft) {
