@@ -1,14 +1,12 @@
 #include "display_service/display_service.h"
 
 #include <gtest/gtest.h>
-#include <png.h>
 
 #include <chrono>
 #include <optional>
 
 #include "drm/display_state.h"
 #include "properties/property_store.h"
-#include "screen/screenshot.h"
 #include "screen/state_file.h"
 #include "temporary_folder.h"
 
@@ -66,30 +64,6 @@ board::Lut3d darkening_table() {
   return lut;
 }
 
-TEST_F(DisplayServiceTest, ShowsThePatternWhileItsApplicationRuns) {
-  start();
-  EXPECT_FALSE(on_screen().pattern);
-  folder_.write("screen/pattern", "10 200 30");
-  serve();
-  EXPECT_EQ(on_screen().pattern, (board::screen::PatternColour{10, 200, 30}));
-  std::filesystem::remove(folder_.path() / "screen/pattern");
-  serve();
-  EXPECT_FALSE(on_screen().pattern);
-}
-
-TEST_F(DisplayServiceTest, ShowsTheStoredTableAtARedraw) {
-  start();
-  store_table(darkening_table());
-  serve();
-  EXPECT_FALSE(on_screen().lut);
-  redraw();
-  ASSERT_TRUE(on_screen().lut);
-  EXPECT_EQ(on_screen().lut->points, darkening_table().points);
-  folder_.write("baseparameter/14-0/cubic_lut", "broken");
-  redraw();
-  EXPECT_FALSE(on_screen().lut);
-}
-
 TEST_F(DisplayServiceTest, TakesDciOutWhileTheAnnouncedDocumentHasItOff) {
   start();
   store_table(darkening_table());
@@ -103,31 +77,6 @@ TEST_F(DisplayServiceTest, TakesDciOutWhileTheAnnouncedDocumentHasItOff) {
   set("vendor.tvinput.qxpq.timeline", "2");
   redraw();
   EXPECT_EQ(on_screen().lut->points, darkening_table().points);
-}
-
-TEST_F(DisplayServiceTest, DumpsBothSidesAfterTheRedrawThatFollowsTheRequest) {
-  start();
-  store_table(darkening_table());
-  folder_.write("screen/pattern", "255 0 0");
-  serve();
-  set("vendor.tvinput.qxpq.dump.in", "1");
-  EXPECT_EQ(property("vendor.tvinput.qxpq.dump.in"), "0") << "the request is taken at once";
-  EXPECT_EQ(property(kDumpPath), "");
-  redraw();
-  const std::string input = property(kDumpPath);
-  EXPECT_EQ(input, data() / "pq_dump_in_32x16.nv12");
-  EXPECT_EQ(folder_.read(input).size(), 32U * 16 * 3 / 2);
-  EXPECT_EQ(folder_.read(input)[0], 63) << "red before any stage";
-
-  set("vendor.tvinput.qxpq.dump.out", "1");
-  redraw();
-  const std::string output = property(kDumpPath);
-  EXPECT_EQ(output, data() / "pq_dump_out_32x16.rgb");
-  EXPECT_TRUE(folder_.read(output) == std::string(size_t{32} * 16 * 3, '\0'))
-      << "darkened by the table";
-  for (const auto& file : std::filesystem::directory_iterator(data())) {
-    EXPECT_NE(file.path().filename().string()[0], '.') << "a side file was left";
-  }
 }
 
 TEST_F(DisplayServiceTest, DumpsWithoutARedrawInTheEnd) {
@@ -162,25 +111,6 @@ TEST_F(DisplayServiceTest, LogsWhatItIsToldOfOnce) {
       "display_service: vendor.tvinput.qxpq.timeline changed from \"\" to \"7\"\n";
   EXPECT_EQ(log.find(line), 0U) << log;
   EXPECT_EQ(log.find("changed", line.size()), std::string::npos) << log;
-}
-
-TEST_F(DisplayServiceTest, GivesAScreenshotOfWhatIsShown) {
-  const std::filesystem::path file = folder_.path() / "shot.png";
-  EXPECT_THROW(board::screen::write_screenshot(folder_.path(), file), std::runtime_error);
-  start();
-  folder_.write("screen/pattern", "1 2 3");
-  redraw();
-  board::screen::write_screenshot(folder_.path(), file);
-
-  png_image image{};
-  image.version = PNG_IMAGE_VERSION;
-  ASSERT_NE(png_image_begin_read_from_file(&image, file.c_str()), 0);
-  image.format = PNG_FORMAT_RGB;
-  std::vector<uint8_t> bytes(PNG_IMAGE_SIZE(image));
-  ASSERT_NE(png_image_finish_read(&image, nullptr, bytes.data(), 0, nullptr), 0);
-  EXPECT_EQ(image.width, 32U);
-  EXPECT_EQ(image.height, 16U);
-  EXPECT_EQ((std::vector<uint8_t>(bytes.end() - 3, bytes.end())), (std::vector<uint8_t>{1, 2, 3}));
 }
 
 TEST(StateFile, KeepsAWholeState) {

@@ -20,8 +20,7 @@ struct CloseLibrary {
 
 class EngineLibrary : public testing::Test {
  protected:
-  explicit EngineLibrary(const char* path = ENGINE_LIBRARY)
-      : library_(dlopen(path, RTLD_NOW | RTLD_GLOBAL)) {}
+  EngineLibrary() : library_(dlopen(ENGINE_LIBRARY, RTLD_NOW | RTLD_GLOBAL)) {}
 
   template <typename Function>
   Function* find(const char* name) {
@@ -62,30 +61,6 @@ TEST_F(EngineLibrary, RefusesWhatItCannotServe) {
   EXPECT_FALSE(std::filesystem::exists(file));
   EXPECT_EQ(deinit_(handle), kDone);
   EXPECT_EQ(deinit_(nullptr), kNullArgument);
-}
-
-TEST_F(EngineLibrary, FailsItsRunOnABoardThatIsDescribedSo) {
-  TemporaryFolder folder;
-  folder.write("description.json", R"({"engine": "run-fails"})");
-  ASSERT_EQ(setenv("BOARD_DIR", folder.path().c_str(), 1), 0);
-  void* handle = nullptr;
-  ASSERT_EQ(init_(&handle, configuration_.data()), 0);
-  EXPECT_EQ(run_(handle, configuration_.data()), -5);
-  EXPECT_EQ(deinit_(handle), 0);
-  unsetenv("BOARD_DIR");
-}
-
-class OlderEngineLibrary : public EngineLibrary {
- protected:
-  OlderEngineLibrary() : EngineLibrary(ENGINE_WITHOUT_GET) {}
-};
-
-TEST_F(OlderEngineLibrary, LacksOnlyTheGetter) {
-  EXPECT_NE(init_, nullptr);
-  EXPECT_NE(run_, nullptr);
-  EXPECT_NE(save_, nullptr);
-  EXPECT_NE(deinit_, nullptr);
-  EXPECT_EQ(get_, nullptr);
 }
 
 TEST(EngineContext, KeepsItsTableWhenALaterRunFails) {
