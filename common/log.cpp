@@ -43,15 +43,13 @@ void LogLine::operator()(const char* format, ...) const {
 LogText LogLine::text(const char* format, ...) const {
   LogText line{};
   if (!enabled()) return line;
+  const int prefix = std::snprintf(line.data(), line.size(), "%s:%d - ", source_, line_);
+  if (prefix < 0 || static_cast<size_t>(prefix) >= line.size()) return line;
   va_list arguments;
   va_start(arguments, format);
-  const LogText text = format_text(format, arguments);
+  std::vsnprintf(line.data() + prefix, line.size() - static_cast<size_t>(prefix), format,
+                 arguments);
   va_end(arguments);
-  const int prefix = std::snprintf(line.data(), line.size(), "%s:%d - ", source_, line_);
-  if (prefix > 0 && static_cast<size_t>(prefix) < line.size()) {
-    std::snprintf(line.data() + prefix, line.size() - static_cast<size_t>(prefix), "%s",
-                  text.data());
-  }
   return line;
 }
 
