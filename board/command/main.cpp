@@ -71,6 +71,9 @@ void add_run(CLI::App& app, Arguments& arguments) {
   command->add_option("--env", arguments.environment, "Environment variable for the daemon")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
+  command->add_option("--hurry", options.hurry, "Fixed waits take one Nth of their time")
+      ->check(CLI::Range(1U, 10'000U))
+      ->type_name("N");
   command->add_option("--daemon", options.daemon, "Program to run (default: this build's)")
       ->type_name("FILE");
   command->add_option("arguments", options.arguments, "The daemon's own arguments, after --");

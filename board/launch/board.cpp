@@ -224,6 +224,10 @@ std::map<std::string, std::string> Board::daemon_environment() const {
     environment["BOARD_PATHS"] = path_mapping(state_.mounts());
     environment["BOARD_DIR"] = state_.board();
   }
+  if (options_.hurry > 1) {
+    preloaded.push_back(quick_clock_library());
+    environment["BOARD_HURRY"] = std::to_string(options_.hurry);
+  }
   if (!preloaded.empty()) environment["LD_PRELOAD"] = joined(preloaded, ':');
   environment["PATH"] = "/system/bin:/usr/bin:/bin";
   for (const auto& [name, value] : options_.environment)

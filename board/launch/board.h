@@ -43,6 +43,8 @@ struct BoardOptions {
   bool announced = false;        // qxboard finds the board without being told its folder
   // Folders whose libraries stand in for the board's of the same name.
   std::vector<std::filesystem::path> libraries{};
+  // Fixed waits take this part of their time: 50 makes the 2 seconds of a redraw 40 ms. At least 1.
+  unsigned hurry = 1;
   std::vector<std::filesystem::path> companions{};  // more programs that run beside the daemon
 };
 

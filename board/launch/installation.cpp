@@ -33,6 +33,10 @@ fs::path path_mapping_library() {
   return library_folder() / "libboardpaths.so";
 }
 
+fs::path quick_clock_library() {
+  return library_folder() / "libboardclock.so";
+}
+
 fs::path engine_folder(Engine engine) {
   switch (engine) {
     case Engine::kMissing:

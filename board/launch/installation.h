@@ -28,6 +28,9 @@ std::vector<std::filesystem::path> preload_libraries();
 // Answers for absolute paths where a private root cannot be made.
 std::filesystem::path path_mapping_library();
 
+// Shortens waits by the factor in the environment variable BOARD_HURRY.
+std::filesystem::path quick_clock_library();
+
 // The described boards by name, sorted.
 std::vector<std::string> board_names();
 

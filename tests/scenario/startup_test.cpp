@@ -48,6 +48,14 @@ TEST_F(Startup, CreatesBothDocumentsOnANewBoardAfterARedraw) {
   }
 }
 
+TEST_F(Startup, OfAHurriedBoardTakesAFractionOfThat) {
+  power_on("tv", {.hurry = 50});
+  const auto start = std::chrono::steady_clock::now();
+  start_daemon();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 3s);
+  EXPECT_TRUE(serves());
+}
+
 TEST_F(Startup, WithBothDocumentsStartsAtOnceAndRedrawsNothing) {
   board::Board& board = start_with_documents();
   EXPECT_EQ(board.calls().size(), 0U);
