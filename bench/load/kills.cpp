@@ -1,0 +1,187 @@
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <exception>
+#include <filesystem>
+#include <random>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#include "load/loaded_board.h"
+#include "load/report.h"
+#include "load/requests.h"
+#include "load/runs.h"
+
+namespace load {
+namespace {
+
+using pqclient::DocumentCommand;
+
+constexpr unsigned kHurry = 1'000;  // the document is what counts, not the redraw
+constexpr int kValues = 512;
+constexpr std::chrono::microseconds kLongestLife{60'000};
+
+// The number in a document that a client changes all the time, 0, 1, 2 and so on.
+struct Place {
+  const char* file;
+  const char* side_file;
+  DocumentCommand write;
+  DocumentCommand read;
+  std::string_view path;     // of the number
+  std::string_view section;  // of what a query about it answers
+};
+constexpr Place kPqPlace = {kPqDocument,
+                            "/data/vendor/qxalgo/.pq_config.json.saving",
+                            DocumentCommand::kWritePq,
+                            DocumentCommand::kReadPq,
+                            "/csc/cscHue",
+                            "/csc"};
+constexpr Place kAipqPlace = {kAipqDocument,
+                              "/data/vendor/qxalgo/.aipq_config.json.saving",
+                              DocumentCommand::kWriteAipq,
+                              DocumentCommand::kReadAipq,
+                              "/acm/0/lumGain",
+                              "/acm"};
+
+cJSON* number_in(cJSON* document, const Place& place) {
+  if (place.write == DocumentCommand::kWritePq) {
+    cJSON* parameters = cJSON_GetObjectItemCaseSensitive(document, "pq_tuning_param");
+    return cJSON_GetObjectItemCaseSensitive(cJSON_GetObjectItemCaseSensitive(parameters, "csc"),
+                                            "cscHue");
+  }
+  cJSON* table = cJSON_GetObjectItemCaseSensitive(document, "acm");
+  return cJSON_GetObjectItemCaseSensitive(cJSON_GetArrayItem(table, 0), "lumGain");
+}
+
+// Changes one number until the daemon is gone. Another thread reads how far it got.
+class Changer {
+ public:
+  explicit Changer(const Place& place) : place_(place) {}
+
+  void run(int first) {
+    sent_ = stored_ = first;
+    thread_ = std::thread([this] {
+      try {
+        Wire wire;
+        for (;;)
+          change(wire);
+      } catch (const std::exception&) {
+        // The daemon was killed.
+      }
+    });
+  }
+  void join() { thread_.join(); }
+
+  // The document holds one of the numbers from the first to the second.
+  int stored() const { return stored_; }
+  int sent() const { return sent_; }
+
+ private:
+  void change(Wire& wire) {
+    const int next = sent_ + 1;
+    sent_ = next;
+    wire.send(
+        document_packet(place_.write, replace_text(place_.path, std::to_string(next % kValues))));
+    wire.wait_until_taken();
+    ask(wire, place_.read, place_.section);
+    stored_ = next;
+  }
+
+  const Place& place_;
+  std::thread thread_;
+  std::atomic<int> sent_ = 0;
+  std::atomic<int> stored_ = 0;
+};
+
+// One of the two documents over all the kills.
+class Watched {
+ public:
+  Watched(LoadedBoard& board, const Place& place)
+      : board_(board.board()), place_(place), changer_(place), original_(without_number().text) {}
+
+  void start_changing() { changer_.run(last_); }
+  void wait_for_the_end() { changer_.join(); }
+
+  bool was_being_saved() const { return std::filesystem::exists(board_.file(place_.side_file)); }
+
+  // Empty when the document is one that was sent, else what is wrong with it.
+  std::string check() {
+    const Found found = without_number();
+    if (found.text.empty()) return "cannot be parsed";
+    if (found.text != original_) return "differs in more than what was changed";
+    for (int number = changer_.stored(); number <= changer_.sent(); ++number) {
+      if (number % kValues != found.number && number != first_number(found)) continue;
+      last_ = number;
+      return "";
+    }
+    return "holds " + std::to_string(found.number) + " instead of " +
+           std::to_string(changer_.stored()) + " to " + std::to_string(changer_.sent());
+  }
+
+ private:
+  struct Found {
+    std::string text;  // the document with 0 in the number's place; empty: no document
+    int number = 0;
+  };
+
+  Found without_number() const {
+    const auto document = pqclient::parse_whole_json(board_.read(place_.file));
+    cJSON* number = document ? number_in(document.get(), place_) : nullptr;
+    if (!cJSON_IsNumber(number)) return {};
+    const int value = number->valueint;
+    cJSON_SetNumberValue(number, 0);
+    return {pqclient::print_json(*document), value};
+  }
+
+  // Before the first change the number is the board's own.
+  int first_number(const Found& found) const { return last_ == 0 && found.number != 0 ? 0 : -1; }
+
+  board::Board& board_;
+  const Place& place_;
+  Changer changer_;
+  std::string original_;
+  int last_ = 0;
+};
+
+}  // namespace
+
+bool run_kills(size_t kills) {
+  Report report("kill");
+  std::mt19937 random(1);
+  std::uniform_int_distribution<int> life(0, static_cast<int>(kLongestLife.count()));
+  LoadedBoard board({.hurry = kHurry});
+  Watched pq(board, kPqPlace);
+  Watched aipq(board, kAipqPlace);
+  size_t while_saving = 0;
+  size_t bad = 0;
+  for (size_t i = 0; i < kills; ++i) {
+    pq.start_changing();
+    aipq.start_changing();
+    std::this_thread::sleep_for(std::chrono::microseconds(life(random)));
+    (void)board.board().stop(SIGKILL);
+    pq.wait_for_the_end();
+    aipq.wait_for_the_end();
+    if (pq.was_being_saved() || aipq.was_being_saved()) ++while_saving;
+    board.start();
+    for (auto* document : {&pq, &aipq}) {
+      const std::string wrong = document->check();
+      if (wrong.empty()) continue;
+      ++bad;
+      report.require(false, (document == &pq ? "the PQ document " : "the AIPQ document ") + wrong);
+    }
+  }
+  board.stop();
+  const std::string log = board.board().log();
+  size_t restored = 0;
+  for (size_t at = 0; (at = log.find("was cut short", at)) != std::string::npos; ++at)
+    ++restored;
+  report
+      .figure(kills, " kills during changes of both documents, ", while_saving,
+              " of them while one was saved")
+      .figure(restored, " documents restored at the next start")
+      .figure(bad, " lost, unparsable or wrong");
+  return report.finish();
+}
+
+}  // namespace load

@@ -1,0 +1,74 @@
+// A client that does, in random order, everything that clients do: good ones and rude ones.
+#ifndef BENCH_LOAD_MIXED_CLIENT_H_
+#define BENCH_LOAD_MIXED_CLIENT_H_
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <random>
+#include <string>
+
+#include "load/wire.h"
+
+namespace load {
+
+enum class Kind {
+  kQuery,         // of a PQ section
+  kAipqQuery,     // of an AIPQ table
+  kChange,        // of the PQ document, then a query that proves it was handled
+  kAipqChange,    // the same of the AIPQ document
+  kLongChange,    // a change that takes several receives; others' half documents may garble it
+  kPattern,       // a test colour, acknowledged
+  kPatternMode,   // entered or left, acknowledged
+  kDump,          // of the picture
+  kHalfDocument,  // the start of a long document, and then an end
+  kNonsense,      // bytes that are no packet
+  kLeave,         // a query whose answer nobody waits for
+};
+inline constexpr size_t kKindCount = 11;
+
+// How many requests of each kind went as they should, and what came of the dumps.
+struct Tally {
+  std::array<size_t, kKindCount> done{};
+  size_t answers = 0;         // to queries, each of them checked
+  size_t dumps_received = 0;  // the rest had none to receive: the display service was too late
+
+  Tally& operator+=(const Tally& other);
+  size_t total() const;
+  size_t of(Kind kind) const { return done[static_cast<size_t>(kind)]; }
+};
+
+// One thread at a time; several clients at once are welcome.
+class MixedClient {
+ public:
+  explicit MixedClient(unsigned seed) : random_(seed) {}
+
+  // Makes one request and waits until the daemon has handled it. Throws std::exception when it does
+  // not answer as it should, or drops a connection that we did not end.
+  void make_request();
+
+  const Tally& tally() const { return tally_; }
+
+ private:
+  Wire& kept();
+  size_t pick(size_t count);
+  Kind pick_kind();
+
+  void perform(Kind kind);
+  void query(bool aipq);
+  void change(bool aipq, size_t padding);
+  void show_pattern();
+  void switch_pattern_mode();
+  void take_dump();
+  void send_half_a_document();
+  void send_nonsense();
+  void leave_before_the_answer();
+
+  std::mt19937 random_;
+  std::optional<Wire> wire_;
+  Tally tally_;
+};
+
+}  // namespace load
+
+#endif  // BENCH_LOAD_MIXED_CLIENT_H_

@@ -1,0 +1,34 @@
+// What a process takes of the machine.
+#ifndef BENCH_LOAD_PROCESS_FIGURES_H_
+#define BENCH_LOAD_PROCESS_FIGURES_H_
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <string>
+
+namespace load {
+
+struct ProcessFigures {
+  long resident_kib = 0;
+  size_t descriptors = 0;
+  size_t threads = 0;
+};
+
+// Throws std::runtime_error when there is no such process.
+ProcessFigures read_process(pid_t process);
+
+// A sanitizer's own bookkeeping hides what the daemon itself holds.
+constexpr bool memory_is_comparable() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  return false;
+#else
+  return true;
+#endif
+}
+
+std::string mebibytes(long kib);  // "12.3 MiB"
+
+}  // namespace load
+
+#endif  // BENCH_LOAD_PROCESS_FIGURES_H_

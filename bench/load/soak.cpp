@@ -1,0 +1,66 @@
+#include <algorithm>
+#include <atomic>
+
+#include "load/loaded_board.h"
+#include "load/mixed_traffic.h"
+#include "load/report.h"
+#include "load/runs.h"
+
+namespace load {
+namespace {
+
+constexpr size_t kClients = 4;
+constexpr size_t kLargestStep = 5'000;
+constexpr long kMostGrowth = 1024;  // KiB
+
+// One step: so many requests, then quiet.
+TrafficResult run_step(size_t requests, unsigned seed) {
+  std::atomic<size_t> left = requests;
+  return run_mixed_clients(kClients, seed, [&left] {
+    size_t now = left;
+    while (now > 0 && !left.compare_exchange_weak(now, now - 1)) {
+    }
+    return now > 0;
+  });
+}
+
+}  // namespace
+
+bool run_soak(size_t requests) {
+  Report report("soak");
+  LoadedBoard board;
+  const size_t step = std::min(requests, kLargestStep);
+  const size_t idle_threads = board.figures().threads;
+  unsigned seed = 1;
+  TrafficResult all = run_step(step, seed);
+  board.remove_lut_files();
+  const ProcessFigures warm = board.settled(idle_threads);
+  ProcessFigures now = warm;
+  for (size_t done = 0; done < requests && all.failures.empty(); done += step) {
+    seed += kClients;
+    const TrafficResult more = run_step(std::min(step, requests - done), seed);
+    board.remove_lut_files();
+    all.tally += more.tally;
+    all.failures = more.failures;
+    now = board.settled(idle_threads);
+    std::cerr << "soak: " << done + step << " requests after warm-up, " << now.resident_kib
+              << " KiB\n";
+  }
+  board.stop();
+
+  const long growth = now.resident_kib - warm.resident_kib;
+  report.figure(all.text())
+      .figure("memory ", mebibytes(warm.resident_kib), " after ", step, " requests, ",
+              mebibytes(now.resident_kib), " at the end, growth ", growth, " KiB")
+      .figure("descriptors ", warm.descriptors, " and ", now.descriptors)
+      .figure("threads ", warm.threads, " and ", now.threads);
+  for (const auto& failure : all.failures)
+    report.require(false, failure);
+  report.require(!memory_is_comparable() || growth <= kMostGrowth,
+                 "memory grew by more than 1 MiB after warm-up");
+  report.require(now.descriptors == warm.descriptors, "descriptors were lost");
+  report.require(now.threads == warm.threads, "threads stayed");
+  return report.finish();
+}
+
+}  // namespace load

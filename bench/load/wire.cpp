@@ -1,0 +1,163 @@
+#include "load/wire.h"
+
+#include <arpa/inet.h>
+#include <linux/sockios.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "pqclient/packets.h"
+
+namespace load {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+[[noreturn]] void fail(const char* what) {
+  throw std::runtime_error(std::string(what) + ": " + std::strerror(errno));
+}
+
+template <typename Value>
+void set_option(int socket, int level, int option, const Value& value) {
+  if (setsockopt(socket, level, option, &value, sizeof(value)) != 0) fail("setsockopt");
+}
+
+sockaddr_in address(uint32_t host, uint16_t port) {
+  sockaddr_in result{};
+  result.sin_family = AF_INET;
+  result.sin_addr.s_addr = htonl(host);
+  result.sin_port = htons(port);
+  return result;
+}
+
+uint16_t local_port(int socket) {
+  sockaddr_in own{};
+  socklen_t size = sizeof(own);
+  if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size) != 0) fail("getsockname");
+  return ntohs(own.sin_port);
+}
+
+// "0100007F:15A7": the port is what stands behind the colon.
+uint16_t port_of(const std::string& address_and_port) {
+  return static_cast<uint16_t>(
+      std::stoul(address_and_port.substr(address_and_port.find(':') + 1), nullptr, 16));
+}
+
+// Bytes that the daemon's end of our connection has not received yet, as proc(5) tells.
+unsigned long untaken_bytes(uint16_t our_port) {
+  std::ifstream sockets("/proc/self/net/tcp");
+  std::string line;
+  std::getline(sockets, line);  // titles
+  while (std::getline(sockets, line)) {
+    std::istringstream words(line);
+    std::string number, local, remote, state, queues;
+    words >> number >> local >> remote >> state >> queues;
+    if (port_of(local) == pqclient::kDefaultPort && port_of(remote) == our_port) {
+      return std::stoul(queues.substr(queues.find(':') + 1), nullptr, 16);
+    }
+  }
+  return 0;  // it has closed
+}
+
+}  // namespace
+
+Wire::Wire(uint32_t source, int receive_buffer)
+    : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+  if (socket_ < 0) fail("socket");
+  try {
+    set_option(socket_, SOL_SOCKET, SO_RCVTIMEO, timeval{kPatience.count(), 0});
+    set_option(socket_, SOL_SOCKET, SO_SNDTIMEO, timeval{kPatience.count(), 0});
+    set_option(socket_, IPPROTO_TCP, TCP_NODELAY, 1);
+    set_option(socket_, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, 1);
+    if (receive_buffer > 0) set_option(socket_, SOL_SOCKET, SO_RCVBUF, receive_buffer);
+    const sockaddr_in from = address(source, 0);
+    if (bind(socket_, reinterpret_cast<const sockaddr*>(&from), sizeof(from)) != 0) fail("bind");
+    const sockaddr_in to = address(kLoopback, pqclient::kDefaultPort);
+    if (connect(socket_, reinterpret_cast<const sockaddr*>(&to), sizeof(to)) != 0) fail("connect");
+  } catch (...) {
+    close(socket_);
+    throw;
+  }
+}
+
+Wire::~Wire() {
+  if (socket_ >= 0) close(socket_);
+}
+
+Wire::Wire(Wire&& other) noexcept : socket_(std::exchange(other.socket_, -1)) {}
+
+Wire& Wire::operator=(Wire&& other) noexcept {
+  std::swap(socket_, other.socket_);
+  return *this;
+}
+
+void Wire::send(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t sent = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (sent < 0) fail("send");
+    bytes.remove_prefix(static_cast<size_t>(sent));
+  }
+}
+
+void Wire::wait_until_taken() const {
+  constexpr std::chrono::microseconds kPause{200};
+  const uint16_t port = local_port(socket_);
+  const auto end = Clock::now() + kPatience;
+  int on_the_way = 0;
+  while ((ioctl(socket_, SIOCOUTQ, &on_the_way) == 0 && on_the_way > 0) ||
+         untaken_bytes(port) > 0) {
+    if (Clock::now() > end) throw std::runtime_error("the daemon takes no more bytes");
+    std::this_thread::sleep_for(kPause);
+  }
+}
+
+void Wire::finish_sending() {
+  // Fails when the daemon has closed before: then it knows already.
+  (void)shutdown(socket_, SHUT_WR);
+}
+
+size_t Wire::receive_some(char* into, size_t size) {
+  const ssize_t received = recv(socket_, into, size, 0);
+  if (received < 0) fail("recv");
+  return static_cast<size_t>(received);
+}
+
+std::string Wire::receive(size_t size) {
+  std::string bytes(size, '\0');
+  for (size_t done = 0; done < size;) {
+    const size_t received = receive_some(bytes.data() + done, size - done);
+    if (received == 0) {
+      throw std::runtime_error("the daemon closed the connection after " + std::to_string(done) +
+                               " of " + std::to_string(size) + " bytes");
+    }
+    done += received;
+  }
+  return bytes;
+}
+
+std::string Wire::receive_rest() {
+  std::string bytes;
+  std::array<char, 65536> part{};
+  while (const size_t received = receive_some(part.data(), part.size()))
+    bytes.append(part.data(), received);
+  return bytes;
+}
+
+void Wire::reset() {
+  set_option(socket_, SOL_SOCKET, SO_LINGER, linger{1, 0});
+  close(std::exchange(socket_, -1));
+}
+
+}  // namespace load
