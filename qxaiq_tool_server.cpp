@@ -58,7 +58,7 @@ void serve() {
   server.set_callback(QXAiqProtocol::HandlerTCPMessage);
   server.Process(kPort);  // what failed has been logged, and the server counts as stopped
   wait_for_end(server);
-  // Joins the server's threads: up to 3 seconds, or as long as a request that is being handled.
+  // Joins the server's threads: a second, or as long as a request that is being handled.
   server.SaveExit();
   QXAiqProtocol::Exit();
 }

@@ -23,7 +23,7 @@ constexpr pq::Log kLog("netserver/tcp_server");
 
 constexpr int kBacklog = 5;
 constexpr time_t kAcceptTimeout = 1;   // seconds; how long a shutdown waits for the accept thread
-constexpr time_t kReceiveTimeout = 3;  // seconds; the same for an idle client's thread
+constexpr time_t kReceiveTimeout = 3;  // seconds; how often an idle client's thread looks around
 constexpr time_t kSendTimeout = 1;     // seconds; so that a blocked send sees the quit flag
 
 // An accept that fails for want of descriptors ends the server for good. So we stop accepting while
@@ -147,13 +147,14 @@ void TCPServer::start_receiving(int client_socket) {
   kLog.debug()("socket accept ip %s\n", address.data());
   const size_t index = recv_threads_.size();
   try {
+    note_open(client_socket);
     recv_threads_.push_back(std::make_unique<std::thread>());
     *recv_threads_.back() = std::thread(&TCPServer::Recvieve, this, client_socket, index);
   } catch (const std::exception& error) {
     kLog.error()("no thread for the client on socket %d, closing it: %s\n", client_socket,
                  error.what());
     recv_threads_.resize(index);
-    close(client_socket);
+    close_client(client_socket);
     return;
   }
   // The text is an old one that people look for; the socket stays open.
@@ -168,7 +169,7 @@ int32_t TCPServer::Recvieve(int32_t client_socket, size_t index) {
   set_flag(client_socket, SO_KEEPALIVE);  // a client that lost its power is noticed one day
   receive_until_gone(client_socket);
   kLog.debug()("TCPServer::Recvieve exit %d\n", client_socket);
-  close(client_socket);
+  close_client(client_socket);
   note_finished(index);
   return 0;
 }
@@ -188,6 +189,8 @@ void TCPServer::receive_until_gone(int client_socket) {
       return;
     }
     kLog.debug()("socket recvieve length: %zd\n", length);
+    // A request that comes this late would hold up the end by the seconds that it takes.
+    if (quit_) return;
     handle_chunk(client_socket, buffer.data(), static_cast<int>(length));
   }
 }
@@ -199,6 +202,28 @@ void TCPServer::handle_chunk(int client_socket, char* data, int length) {
   } catch (const std::exception& error) {
     kLog.error()("chunk of %d bytes dropped: %s\n", length, error.what());
   }
+}
+
+void TCPServer::note_open(int client_socket) {
+  const std::lock_guard lock(open_mutex_);
+  open_sockets_.push_back(client_socket);
+}
+
+// Off the list first: once it is closed, its number may be another client's.
+void TCPServer::close_client(int client_socket) {
+  {
+    const std::lock_guard lock(open_mutex_);
+    std::erase(open_sockets_, client_socket);
+  }
+  close(client_socket);
+}
+
+// Waiting for the receive time-outs instead would take three seconds and a quarter: the kernel
+// rounds long ones up. What a client sent before is still received, what we answer still sent.
+void TCPServer::end_receiving() {
+  const std::lock_guard lock(open_mutex_);
+  for (const int client_socket : open_sockets_)
+    shutdown(client_socket, SHUT_RD);
 }
 
 void TCPServer::note_finished(size_t index) {
@@ -233,6 +258,7 @@ void TCPServer::join_finished() {
 int32_t TCPServer::SaveExit() {
   quit_ = true;
   if (accept_thread_ && accept_thread_->joinable()) accept_thread_->join();
+  end_receiving();
   for (const auto& thread : recv_threads_) {
     if (thread->joinable()) thread->join();
   }

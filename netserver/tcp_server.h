@@ -40,7 +40,8 @@ class TCPServer {
   int Process(int32_t port);
 
   // Asks all threads to end, joins them and closes the listening socket. The accept thread ends
-  // within 1 second, a receive thread within 3 seconds or at the end of the request it handles.
+  // within 1 second, then each receive thread at once or at the end of the request it handles;
+  // requests that arrive later are not handled.
   // Returns the result of closing the listening socket: -1 when the accept thread already has.
   // Calling it again is harmless.
   int32_t SaveExit();
@@ -60,6 +61,9 @@ class TCPServer {
   void start_receiving(int client_socket);
   void receive_until_gone(int client_socket);
   void handle_chunk(int client_socket, char* data, int length);
+  void note_open(int client_socket);
+  void close_client(int client_socket);
+  void end_receiving();
   void note_finished(size_t index);
   void join_finished();
   bool descriptors_are_scarce() const;
@@ -75,6 +79,9 @@ class TCPServer {
   // One a client, in accept order; never shrinks. The accept thread adds to it and joins finished
   // threads in place; SaveExit reads it after joining the accept thread.
   std::vector<std::unique_ptr<std::thread>> recv_threads_;
+
+  std::mutex open_mutex_;
+  std::vector<int> open_sockets_;  // of the clients, guarded by open_mutex_
 
   mutable std::mutex finished_mutex_;  // guards the two lists below
   std::list<std::thread::id> recv_threads_finished_id_;
