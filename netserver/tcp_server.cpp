@@ -244,15 +244,17 @@ size_t TCPServer::finished_count() const {
   return recv_threads_finished_id_.size();
 }
 
-// A finished thread that nobody joins keeps its stack. The empty thread objects stay in the list.
+// A finished thread that nobody joins keeps its stack. Its place in the list stays, empty.
 void TCPServer::join_finished() {
   std::vector<size_t> finished;
   {
     const std::lock_guard lock(finished_mutex_);
     finished.swap(to_join_);
   }
-  for (const size_t index : finished)
+  for (const size_t index : finished) {
     recv_threads_[index]->join();
+    recv_threads_[index].reset();
+  }
 }
 
 int32_t TCPServer::SaveExit() {
@@ -260,7 +262,7 @@ int32_t TCPServer::SaveExit() {
   if (accept_thread_ && accept_thread_->joinable()) accept_thread_->join();
   end_receiving();
   for (const auto& thread : recv_threads_) {
-    if (thread->joinable()) thread->join();
+    if (thread && thread->joinable()) thread->join();
   }
   const int32_t result = close(sock_);
   sock_ = -1;
