@@ -28,7 +28,7 @@ struct Layout {
 Buffer read_candidate(const char* path, size_t size) {
   struct stat status = {};
   if (stat(path, &status) != 0 || status.st_uid != getuid()) return nullptr;
-  Descriptor file = open_for_reading(path, O_NOFOLLOW, status);
+  const Descriptor file = open_for_reading(path, O_NOFOLLOW, status);
   if (!file.valid() || status.st_uid != getuid()) return nullptr;
   if (S_ISREG(status.st_mode) && static_cast<size_t>(status.st_size) != size) return nullptr;
   Buffer content = read_opened(file, path, status);

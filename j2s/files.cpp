@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
 #include <climits>
 #include <cstring>
 
@@ -17,7 +18,44 @@ Origin read_file_origin(int line = __builtin_LINE()) {
 
 // A directory passes: it opens like a file, and the read then says what is wrong.
 bool is_readable_kind(const struct stat& status) {
-  return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
+  if (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)) return true;
+  errno = ENODEV;
+  return false;
+}
+
+// Not valid after a message.
+Descriptor open_existing(const char* path, struct stat& status) {
+  if (path == nullptr || stat(path, &status) != 0) {
+    report_error(read_file_origin(), "no such file: '%s'", path ? path : "<null>");
+    return Descriptor(-1);
+  }
+  // Asked before opening too: to open some devices is to act on them.
+  if (!is_readable_kind(status)) {
+    report_error(read_file_origin(), "failed to open: '%s'", path);
+    return Descriptor(-1);
+  }
+  return open_for_reading(path, 0, status);
+}
+
+// Room for the file and a terminating 0; null after a message.
+Buffer allocate_for(const struct stat& status) {
+  Buffer buffer(static_cast<char*>(std::malloc(static_cast<size_t>(status.st_size) + 1)));
+  if (buffer == nullptr) report_assertion(read_file_origin(), "buf");
+  return buffer;
+}
+
+// Reads into `buffer`; frees it after a message when that fails.
+Buffer read_into(Buffer buffer, const Descriptor& file, const char* path,
+                 const struct stat& status) {
+  const auto size = static_cast<size_t>(status.st_size);
+  const ssize_t length = read(file.get(), buffer.get(), size);
+  if (length != status.st_size) {
+    if (length >= 0) errno = EIO;
+    report_error(read_file_origin(), "failed to read: '%s'", path);
+    return nullptr;
+  }
+  buffer.get()[size] = '\0';
+  return buffer;
 }
 
 }  // namespace
@@ -31,19 +69,17 @@ Descriptor open_for_reading(const char* path, int extra_flags, struct stat& stat
   return Descriptor(-1);
 }
 
-Buffer read_opened(Descriptor& file, const char* path, const struct stat& status) {
-  const auto size = static_cast<size_t>(status.st_size);
-  Buffer buffer(static_cast<char*>(std::malloc(size + 1)));
-  if (buffer == nullptr) {
-    report_assertion(read_file_origin(), "buf");
-    (void)file.release();  // stays open on this path alone, as the interface has always promised
-    return nullptr;
-  }
-  if (read(file.get(), buffer.get(), size) != status.st_size) {
-    report_error(read_file_origin(), "failed to read: '%s'", path);
-    return nullptr;
-  }
-  buffer.get()[size] = '\0';
+Buffer read_opened(const Descriptor& file, const char* path, const struct stat& status) {
+  Buffer buffer = allocate_for(status);
+  return buffer == nullptr ? nullptr : read_into(std::move(buffer), file, path, status);
+}
+
+Buffer read_file(const char* path, size_t* size) {
+  struct stat status = {};
+  const Descriptor file = open_existing(path, status);
+  if (!file.valid()) return nullptr;
+  Buffer buffer = read_opened(file, path, status);
+  if (buffer != nullptr && size != nullptr) *size = static_cast<size_t>(status.st_size);
   return buffer;
 }
 
@@ -51,18 +87,14 @@ Buffer read_opened(Descriptor& file, const char* path, const struct stat& status
 
 char* j2s_read_file(const char* path, size_t* size) {
   struct stat status = {};
-  if (path == nullptr || stat(path, &status) != 0) {
-    j2s::report_error(j2s::read_file_origin(), "no such file: '%s'", path ? path : "<null>");
-    return nullptr;
-  }
-  // Asked before opening too: to open some devices is to act on them.
-  if (!j2s::is_readable_kind(status)) {
-    j2s::report_error(j2s::read_file_origin(), "failed to open: '%s'", path);
-    return nullptr;
-  }
-  j2s::Descriptor file = j2s::open_for_reading(path, 0, status);
+  j2s::Descriptor file = j2s::open_existing(path, status);
   if (!file.valid()) return nullptr;
-  j2s::Buffer buffer = j2s::read_opened(file, path, status);
+  j2s::Buffer buffer = j2s::allocate_for(status);
+  if (buffer == nullptr) {
+    (void)file.release();  // stays open on this path alone, as the interface has always promised
+    return nullptr;
+  }
+  buffer = j2s::read_into(std::move(buffer), file, path, status);
   if (buffer != nullptr && size != nullptr) *size = static_cast<size_t>(status.st_size);
   return buffer.release();
 }

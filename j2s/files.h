@@ -40,7 +40,11 @@ Descriptor open_for_reading(const char* path, int extra_flags, struct stat& stat
 
 // Reads the file whose `status` says its size, in one read; a terminating 0 follows the content.
 // Null after a message in the name of j2s_read_file.
-Buffer read_opened(Descriptor& file, const char* path, const struct stat& status);
+Buffer read_opened(const Descriptor& file, const char* path, const struct stat& status);
+
+// As j2s_read_file, but closes the file on every path. Null after a message; errno then says why:
+// ENODEV for what is neither file nor directory, EIO for a file that became shorter meanwhile.
+Buffer read_file(const char* path, size_t* size);
 
 }  // namespace j2s
 
