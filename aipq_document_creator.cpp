@@ -6,6 +6,7 @@
 #include "document_creators.h"
 #include "j2s/pq_schema.h"
 #include "qxaiq/document_file.h"
+#include "qxaiq/pq_parameters.h"
 
 namespace {
 
@@ -80,8 +81,7 @@ int createDefaultAIPQJson(char* path) {
     fill(parameters->acm[scene], kSceneNames[scene]);
   }
   pq::J2sContext context;
-  const pq::JsonPtr document(
-      j2s_struct_to_json(context.get(), "aipq_tuning_param", parameters.get()));
-  const pq::TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
+  const pq::JsonPtr document = pq::make_tree(context.get(), "aipq_tuning_param", parameters.get());
+  const pq::TextPtr text = pq::print_json(document.get());
   return pq::save_document(path, text.get());
 }

@@ -244,7 +244,7 @@ int getJsonFromBaseparameter(char* path) {
   log_primary_display();
   pq::J2sContext context;
   const pq::JsonPtr document = pq::make_pq_document(context.get(), parameters);
-  const pq::TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
+  const pq::TextPtr text = pq::print_json(document.get());
   kDaemonLog.debug()("j2s_save_file ret %d ", pq::save_document(path, text.get()));
   return 0;
 }

@@ -29,7 +29,7 @@ void change_document(std::string_view patch_text) {
   if (!stored) return;
   if (status != 0) document = parse_json(stored.get());
 
-  const TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
+  const TextPtr text = print_json(document.get());
   // A patch can make a tree that prints as nothing, or as nothing that can be read again.
   const bool readable = text && parse_json(text.get());
   const int saved = readable ? save_document(kAipqDocument, text.get()) : -1;
@@ -62,5 +62,5 @@ char* getAIPQ(char* body, uint32_t length) {
     pq::JsonPtr values(cJSON_DetachItemFromObjectCaseSensitive(document.get(), table));
     if (values) pq::add_to_object(request.operation(), "value", std::move(values));
   }
-  return request.operation() != nullptr ? cJSON_Print(request.operation()) : nullptr;
+  return pq::print_json(request.operation()).release();
 }

@@ -94,7 +94,7 @@ void change_document(uint8_t flag) {
   parameters.load(context.get(), cJSON_GetObjectItem(stored.get(), "pq_tuning_param"));
   change_dci_switch(flag, parameters.values);
   const JsonPtr document = make_pq_document(context.get(), parameters.values);
-  const TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
+  const TextPtr text = print_json(document.get());
   kProtocolLog.debug()("j2s_save_file ret %d", save_document(kPqDocument, text.get()));
 }
 

@@ -7,7 +7,27 @@ namespace pq {
 JsonPtr parse_json(std::string_view text) {
   static std::mutex parser_mutex;
   const std::lock_guard lock(parser_mutex);
-  return JsonPtr(cJSON_ParseWithLength(text.data(), text.size()));
+  const MemoryWatch memory;
+  JsonPtr tree(cJSON_ParseWithLength(text.data(), text.size()));
+  if (!tree) memory.check();
+  return tree;
+}
+
+TextPtr print_json(const cJSON* tree) {
+  if (tree == nullptr) return nullptr;
+  const MemoryWatch memory;
+  TextPtr text(cJSON_Print(tree));
+  if (!text) memory.check();
+  return text;
+}
+
+void add_to_object(cJSON* object, const char* key, JsonPtr item) {
+  const MemoryWatch memory;
+  if (cJSON_AddItemToObject(object, key, item.get())) {
+    (void)item.release();  // the object owns it now
+  } else {
+    memory.check();
+  }
 }
 
 }  // namespace pq

@@ -4,7 +4,9 @@
 
 #include <cjson/cJSON.h>
 
+#include <cerrno>
 #include <memory>
+#include <new>
 #include <string_view>
 
 #include "common/owner.h"
@@ -14,17 +16,28 @@ namespace pq {
 
 using JsonPtr = std::unique_ptr<cJSON, Call<cJSON_Delete>>;
 
+// Finds out whether memory ran out in calls of cJSON and j2s. They report that like any other
+// failure, or leave out what they have no memory for; what tells is the errno of the allocation.
+// The answer holds for calls that set no errno of their own.
+class MemoryWatch {
+ public:
+  MemoryWatch() { errno = 0; }
+  void check() const {
+    if (errno == ENOMEM) throw std::bad_alloc();
+  }
+};
+
 // The tree of a JSON text, which need not be terminated and may go on after its first value; null
 // when it is none. Every text is parsed through here: the parser notes where it failed in a
-// variable of the whole process, so two threads take turns.
+// variable of the whole process, so two threads take turns. Throws std::bad_alloc.
 JsonPtr parse_json(std::string_view text);
 
-// Adds `item` to `object` under `key`. An item that can't be added is freed.
-inline bool add_to_object(cJSON* object, const char* key, JsonPtr item) {
-  if (!cJSON_AddItemToObject(object, key, item.get())) return false;
-  (void)item.release();  // the object owns it now
-  return true;
-}
+// A tree's indented text; null for a null tree and for one that can't be printed. Throws
+// std::bad_alloc.
+TextPtr print_json(const cJSON* tree);
+
+// Adds `item` to `object` under `key`; frees it when there is no object. Throws std::bad_alloc.
+void add_to_object(cJSON* object, const char* key, JsonPtr item);
 
 // A j2s context for one conversion or two, set up for compact texts.
 class J2sContext {

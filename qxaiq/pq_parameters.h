@@ -25,17 +25,24 @@ struct PqParameters {
   PqParameters& operator=(const PqParameters&) = delete;
 
   // Loads what fits of a "pq_tuning_param" object; what it lacks keeps its value. `item` may be
-  // null: then nothing is loaded. Returns the result of j2s_json_to_struct.
+  // null: then nothing is loaded. Returns the result of j2s_json_to_struct. Throws std::bad_alloc.
   int load(j2s_ctx* context, cJSON* item) {
-    return j2s_json_to_struct(context, item, "pq_tuning_param", &values);
+    const MemoryWatch memory;
+    const int result = j2s_json_to_struct(context, item, "pq_tuning_param", &values);
+    memory.check();
+    return result;
   }
 };
 
 // Lives on a receive thread's stack, which has as little as 1,008 KiB on the board.
 static_assert(sizeof(PqParameters) < 65'536);
 
-// The PQ document of these parameters: an object with the one member "pq_tuning_param". Null when
-// memory runs out.
+// One structure as a tree with all its members, by its name in the schema. Throws std::bad_alloc:
+// with too little memory the mapping would leave members out.
+JsonPtr make_tree(j2s_ctx* context, const char* structure, const void* values);
+
+// The PQ document of these parameters: an object with the one member "pq_tuning_param". Throws
+// std::bad_alloc.
 JsonPtr make_pq_document(j2s_ctx* context, const pq_tuning_param& values);
 
 }  // namespace pq

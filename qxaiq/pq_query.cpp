@@ -47,7 +47,7 @@ JsonPtr read_section(const Section& section) {
     const TextPtr text(j2s_dump_struct(context.get(), section.name, values));
     kProtocolLog.debug()("getPQ %s %s", section.name, or_empty(text.get()));
   }
-  return JsonPtr(j2s_struct_to_json(context.get(), section.name, values));
+  return make_tree(context.get(), section.name, values);
 }
 
 }  // namespace
@@ -61,5 +61,5 @@ char* getPQ(char* body, uint32_t length) {
   if (section == nullptr) return nullptr;
   // Appended: a request that came with a "value" has two in its answer, ours last.
   pq::add_to_object(request.operation(), "value", pq::read_section(*section));
-  return cJSON_Print(request.operation());
+  return pq::print_json(request.operation()).release();
 }

@@ -63,9 +63,12 @@ void PqRequest::put_platform() {
   const PropertyText platform = read_platform();
   kProtocolLog.debug()("platform prop %s", platform.data());
   if (!cJSON_IsObject(operation_.get())) return;
+  const MemoryWatch memory;
   JsonPtr number(cJSON_CreateNumber(number_of(platform.data(), kUnknownPlatformInQuery)));
   if (number && cJSON_ReplaceItemInObject(operation_.get(), "platform", number.get())) {
     (void)number.release();
+  } else {
+    memory.check();  // else the request names no platform, and the answer won't either
   }
 }
 

@@ -40,7 +40,7 @@ int change_document(std::string_view patch_text, PqParameters& parameters) {
   if (loaded != 0) return loaded;
 
   const JsonPtr document = make_pq_document(context.get(), parameters.values);
-  const TextPtr text(document ? cJSON_Print(document.get()) : nullptr);
+  const TextPtr text = print_json(document.get());
   const int saved = save_document(kPqDocument, text.get());
   return saved < 0 ? saved : 0;
 }
