@@ -9,11 +9,56 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <system_error>
 
+#include "j2s/files.h"
 #include "qxaiq/log_source.h"
 
 namespace pq {
 namespace {
+
+[[noreturn]] void throw_read_fault(int error, const char* path) {
+  if (error == ENOMEM) throw std::bad_alloc();
+  throw std::system_error(error, std::generic_category(), std::string("cannot read ") + path);
+}
+
+// Whether an error says that there is no file which we may read, now and in a second as well.
+bool speaks_of_file(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+    case EISDIR:
+    case ENODEV:
+    case EACCES:
+    case EPERM:
+    case ELOOP:
+    case ENAMETOOLONG:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Null when there is no file to read. Throws when reading failed for another reason: nothing is
+// known of what is stored then, and whoever took it for nothing would store zeros in its place.
+TextPtr read_text(const char* path) {
+  size_t size = 0;
+  TextPtr text(j2s::read_file(path, &size).release());
+  if (!text && !speaks_of_file(errno)) throw_read_fault(errno, path);
+  return text;
+}
+
+bool holds_json(const char* path) {
+  const TextPtr text = read_text(path);
+  return text && parse_json(text.get());
+}
+
+bool exists(const char* path) {
+  struct stat status {};
+  if (lstat(path, &status) == 0) return true;
+  if (!speaks_of_file(errno)) throw_read_fault(errno, path);
+  return false;
+}
 
 // ".pq_config.json.saving" beside "pq_config.json".
 std::string side_file(std::string_view document) {
@@ -32,15 +77,19 @@ bool write_all(int fd, std::string_view text) {
   return true;
 }
 
+std::string folder_of(std::string_view file) {
+  return std::string(file.substr(0, file.rfind('/') + 1));
+}
+
 // The name of a new file is safe only when its folder is.
-void sync_folder_of(std::string_view file) {
-  const std::string folder(file.substr(0, file.rfind('/') + 1));
+void sync_folder(const std::string& folder) {
   const UniqueFd fd(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (fd.valid()) fsync(fd.get());
 }
 
 bool write_side_file(const std::string& path, std::string_view text) {
   constexpr mode_t kMode = 0600;
+  const std::string folder = folder_of(path);  // now: memory may run out as long as nothing is done
   const UniqueFd fd(
       open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kMode));
   if (!fd.valid() || !write_all(fd.get(), text) || fsync(fd.get()) != 0) {
@@ -48,15 +97,14 @@ bool write_side_file(const std::string& path, std::string_view text) {
                          std::strerror(errno));
     return false;
   }
-  sync_folder_of(path);
+  sync_folder(folder);
   return true;
 }
 
 }  // namespace
 
 TextPtr read_document_text(const char* path) {
-  size_t size = 0;
-  return TextPtr(j2s_read_file(path, &size));
+  return restore_document(path) ? read_text(path) : read_text(side_file(path).c_str());
 }
 
 JsonPtr read_document(const char* path) {
@@ -67,6 +115,7 @@ JsonPtr read_document(const char* path) {
 int save_document(const char* path, const char* text) {
   if (text == nullptr || text[0] == '\0') return -1;
   const std::string side = side_file(path);
+  if (!restore_document(path)) return -1;
   if (!write_side_file(side, text)) {
     unlink(side.c_str());
     return -1;
@@ -76,19 +125,19 @@ int save_document(const char* path, const char* text) {
   return result;
 }
 
-void restore_document(const char* path) {
+bool restore_document(const char* path) {
   const std::string side = side_file(path);
-  struct stat side_status {};
-  if (lstat(side.c_str(), &side_status) != 0) return;
-  if (access(path, F_OK) == 0 && !read_document(path)) {
-    const TextPtr text = read_document_text(side.c_str());
+  if (!exists(side.c_str())) return true;
+  if (exists(path) && !holds_json(path)) {
+    const TextPtr text = read_text(side.c_str());
     if (text && parse_json(text.get())) {
       const int result = j2s_save_file(path, text.get());
       kProtocolLog.error()("%s was cut short while it was saved, restored: %d", path, result);
-      if (result < 0) return;  // the side file is still all there is
+      if (result < 0) return false;
     }
   }
   unlink(side.c_str());
+  return true;
 }
 
 }  // namespace pq

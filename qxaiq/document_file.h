@@ -16,7 +16,10 @@ inline constexpr char kAipqDocument[] = "/data/vendor/qxalgo/aipq_config.json";
 // that nobody sees half a save. Never held across a wait, a send or the start of a program.
 inline std::mutex document_mutex;
 
-// A document's text, null when there is none to read.
+// A document's text, null when there is none to read. What a save that failed or was cut short has
+// left in the side file counts, see restore_document.
+// This and the following throw std::bad_alloc or std::system_error when reading fails for a reason
+// that says nothing of what is stored: no memory, no descriptor, an error of the disk.
 TextPtr read_document_text(const char* path);
 
 // A document's tree, null when it can't be read or is no JSON.
@@ -28,9 +31,11 @@ JsonPtr read_document(const char* path);
 // as it was; when the document itself can't, the side file stays for restore_document.
 int save_document(const char* path, const char* text);
 
-// To be called at start-up for each document: puts back what a save that was cut short left in the
-// side file, when the document can't be read any more. Never creates a missing document.
-void restore_document(const char* path);
+// Puts back what a save that failed or was cut short left in the side file, when the document can't
+// be read any more. Never creates a missing document. Every reading and saving begins with it;
+// start-up calls it too, before it looks for missing documents.
+// Returns false when the document could not be put back: the side file is all there is then.
+bool restore_document(const char* path);
 
 }  // namespace pq
 
