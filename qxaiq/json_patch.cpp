@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "qxaiq/json_place.h"
+
 namespace pq {
 namespace {
 
@@ -15,8 +17,11 @@ constexpr int kMostDepth = 256;  // deeper trees overflow the stacks of those wh
 // Statuses in the patch library's numbering, for what we find before it does.
 constexpr int kNoPatch = 2;
 constexpr int kNoSource = 4;
+constexpr int kNoSourceItem = 5;
+constexpr int kNoValue = 7;
 constexpr int kTooLarge = 8;
 constexpr int kNoDocument = 13;
+constexpr int kNoItem = 13;
 
 // Counts the items below and including `item`; false when there are too many or they nest too deep.
 bool within_limits(const cJSON* item, int depth, size_t& items) {
@@ -41,26 +46,76 @@ bool is(const char* name, std::string_view operation) {
   return name != nullptr && operation == name;
 }
 
+JsonPtr copy_of(const cJSON* item) {
+  JsonPtr copy(cJSON_Duplicate(item, true));
+  if (!copy) throw std::bad_alloc();
+  return copy;
+}
+
 // Hands the library one operation, in an array of its own.
-int apply_one(cJSON* document, JsonPtr operation) {
+int apply_by_library(cJSON* document, JsonPtr operation) {
   const JsonPtr patch(cJSON_CreateArray());
-  if (!patch || !cJSON_AddItemToArray(patch.get(), operation.get())) return kTooLarge;
+  if (!patch) throw std::bad_alloc();
+  if (!cJSON_AddItemToArray(patch.get(), operation.get())) return kNoPatch;
   (void)operation.release();
-  return cJSONUtils_ApplyPatches(document, patch.get());
+  const MemoryWatch memory;
+  const int status = cJSONUtils_ApplyPatches(document, patch.get());
+  if (status != 0) memory.check();
+  return status;
+}
+
+int test(const cJSON* document, JsonPtr operation) {
+  // To compare, the library sorts members in place and leaves lists that later operations would
+  // break on; and a test should change nothing. It gets a copy to sort.
+  return apply_by_library(copy_of(document).get(), std::move(operation));
+}
+
+int put_value(cJSON* document, const char* path, const cJSON* operation) {
+  const cJSON* value = cJSON_GetObjectItem(operation, "value");
+  if (value == nullptr) return kNoValue;
+  JsonPtr item = copy_of(value);
+  return put_item(find_place(document, path), std::move(item));
+}
+
+// A member that is replaced moves to the end of its object.
+int replace(cJSON* document, const char* path, const cJSON* operation) {
+  if (!take_item(find_place(document, path))) return kNoItem;
+  return put_value(document, path, operation);
+}
+
+int copy(cJSON* document, const char* path, const char* from) {
+  const cJSON* source = cJSONUtils_GetPointer(document, from);
+  if (source == nullptr) return kNoSourceItem;
+  JsonPtr item = copy_of(source);
+  return put_item(find_place(document, path), std::move(item));
+}
+
+int move(cJSON* document, const char* path, const char* from) {
+  JsonPtr item = take_item(find_place(document, from));
+  if (!item) return kNoSourceItem;
+  return put_item(find_place(document, path), std::move(item));
+}
+
+// The library does what it does well: removing, comparing, exchanging the whole document, and
+// finding fault. What puts an item into the document is done here, see json_place.h.
+int change(cJSON* document, JsonPtr operation) {
+  const char* name = text_member(operation.get(), "op");
+  const char* path = text_member(operation.get(), "path");
+  if (path != nullptr && (is(name, "move") || is(name, "copy"))) {
+    const char* from = text_member(operation.get(), "from");
+    if (from == nullptr) return kNoSource;
+    return is(name, "move") ? move(document, path, from) : copy(document, path, from);
+  }
+  const bool whole_document = path != nullptr && path[0] == '\0';
+  if (path == nullptr || whole_document) return apply_by_library(document, std::move(operation));
+  if (is(name, "add")) return put_value(document, path, operation.get());
+  if (is(name, "replace")) return replace(document, path, operation.get());
+  return apply_by_library(document, std::move(operation));
 }
 
 int apply_operation(cJSON* document, JsonPtr operation) {
-  const char* name = text_member(operation.get(), "op");
-  if (is(name, "test")) {
-    // To compare, the library sorts members in place and leaves lists that later operations would
-    // break on; and a test should change nothing. It gets a copy to sort.
-    const JsonPtr copy(cJSON_Duplicate(document, true));
-    return copy ? apply_one(copy.get(), std::move(operation)) : kTooLarge;
-  }
-  // The library takes the source for a text without looking.
-  const bool has_source = is(name, "move") || is(name, "copy");
-  if (has_source && text_member(operation.get(), "from") == nullptr) return kNoSource;
-  const int status = apply_one(document, std::move(operation));
+  if (is(text_member(operation.get(), "op"), "test")) return test(document, std::move(operation));
+  const int status = change(document, std::move(operation));
   if (status != 0) return status;
   return within_limits(document) ? 0 : kTooLarge;
 }

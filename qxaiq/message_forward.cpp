@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <string_view>
 
 #include "common/owner.h"
@@ -87,8 +88,8 @@ int QXAiqProtocol::MessageForward(int sock, char* data, int length) {
     } else {
       pq::continue_document(chunk);
     }
-  } catch (...) {
-    // Memory ran out. What has been collected is of no use without the rest.
+  } catch (const std::bad_alloc&) {
+    // What has been collected is of no use without the rest.
     pq::collection.drop();
     throw;
   }

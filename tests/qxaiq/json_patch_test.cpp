@@ -1,7 +1,10 @@
 #include "qxaiq/json_patch.h"
 
+#include <cjson/cJSON_Utils.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <random>
 #include <string>
 
 namespace {
@@ -102,6 +105,42 @@ TEST(JsonPatchLimits, AThousandOperationsAreTheMost) {
   };
   EXPECT_EQ(times(1000), 0);
   EXPECT_EQ(times(1001), 8);
+}
+
+// Everything but what the library gets wrong: a source that is no text, and more than one operation
+// after a test.
+TEST(JsonPatchLibrary, GivesTheSameResults) {
+  constexpr char kOdd[] =
+      R"({"a":{"b":1,"~0":[[1],{"c":"x"}],"a~0b":2,"~":3,"0":{}},"A":[0,1,2,{"b":null}],"":4,"-":[]})";
+  constexpr std::array kOperations = {"add", "remove", "replace", "move", "copy", "erase"};
+  constexpr std::array kParts = {
+      "a", "A", "b", "B",  "~0", "~1", "a~0b", "~01", "~2", "0",  "1",
+      "3", "4", "5", "00", "-",  "",   "x~1y", "-1",  "c",  "1x", "18446744073709551617"};
+  std::mt19937 random(11);
+  const auto pick = [&](const auto& from) { return std::string(from[random() % from.size()]); };
+  const auto pointer = [&] {
+    std::string text = random() % 20 == 0 ? "a" : "";
+    for (size_t parts = random() % 4; parts > 0; --parts)
+      text += "/" + pick(kParts);
+    return text;
+  };
+  int applied = 0;
+  for (int i = 0; i < 20'000; ++i) {
+    std::string operation = R"([{"op":")" + pick(kOperations) + R"(","path":")" + pointer() +
+                            R"(","from":")" + pointer() + "\"";
+    if (random() % 20 != 0) operation += R"(,"value":{"v":[1,"two"]})";
+    operation += "}]";
+    const pq::JsonPtr tree(cJSON_Parse(kOdd));
+    const pq::JsonPtr patches(cJSON_Parse(operation.c_str()));
+    const int status = cJSONUtils_ApplyPatches(tree.get(), patches.get());
+    const pq::TextPtr text(cJSON_PrintUnformatted(tree.get()));
+    const Outcome outcome = patch(kOdd, operation);
+    ASSERT_EQ(outcome.status, status) << operation;
+    if (status != 0) continue;
+    ASSERT_EQ(outcome.document, text ? text.get() : "nothing") << operation;
+    ++applied;
+  }
+  EXPECT_GT(applied, 2'000);
 }
 
 }  // namespace

@@ -1,0 +1,34 @@
+// Places in a document, by JSON Pointer (RFC 6901): to take an item out, and to put one in.
+//
+// The patch library does the same inside its operations, but when memory runs out while it adds a
+// member it has already removed the old one, loses the new one, and reports success. Pointers mean
+// here what they mean there, to the odd ends: clients have documents that came about that way.
+#ifndef QXAIQ_JSON_PLACE_H_
+#define QXAIQ_JSON_PLACE_H_
+
+#include <string>
+
+#include "qxaiq/json.h"
+
+namespace pq {
+
+struct JsonPlace {
+  cJSON* parent = nullptr;  // the document's; null: the pointer leads nowhere
+  std::string name;         // of the member, or the element's index
+};
+
+// Never leads to the document itself: a pointer without a slash leads nowhere.
+JsonPlace find_place(cJSON* document, const char* pointer);
+
+// Takes the item out of its parent; null when there is none.
+JsonPtr take_item(const JsonPlace& place);
+
+// Puts the item in: as the last member, after one of that name has been removed; before the element
+// of that index, or behind the last one ("-"). Returns 0 or the patch library's status: 9 for a
+// place that leads nowhere, 10 for an index beyond the end, 11 for one that is none. Throws
+// std::bad_alloc.
+int put_item(const JsonPlace& place, JsonPtr item);
+
+}  // namespace pq
+
+#endif  // QXAIQ_JSON_PLACE_H_
