@@ -5,6 +5,7 @@
 #include <xf86drmMode.h>
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <new>
 #include <optional>
@@ -155,14 +156,15 @@ int commit(const PrimaryDisplay& display, const PictureControlIds& ids,
            const PictureControls& percent) {
   const pq::DrmAtomicRequest request(drmModeAtomicAlloc());
   const auto add = [&](uint32_t id, unsigned short value) {
-    drmModeAtomicAddProperty(request.get(), display.connector_id, id, value);
+    return drmModeAtomicAddProperty(request.get(), display.connector_id, id, value) >= 0;
   };
-  add(ids.brightness, percent.brightness);
-  add(ids.contrast, percent.contrast);
-  add(ids.saturation, percent.saturation);
-  add(ids.hue, percent.hue);
-  const int result =
-      drmModeAtomicCommit(display.fd.get(), request.get(), DRM_MODE_ATOMIC_NONBLOCK, nullptr);
+  // All four or none: there is no telling what a picture with three of them looks like.
+  const bool complete = add(ids.brightness, percent.brightness) &&
+                        add(ids.contrast, percent.contrast) &&
+                        add(ids.saturation, percent.saturation) && add(ids.hue, percent.hue);
+  const int result = complete ? drmModeAtomicCommit(display.fd.get(), request.get(),
+                                                    DRM_MODE_ATOMIC_NONBLOCK, nullptr)
+                              : -ENOMEM;
   if (result < 0) pq::log_display(Priority::kError, "Failed to commit pset ret=%d\n", result);
   return result;
 }
@@ -179,10 +181,20 @@ void store(const PrimaryDisplay& display, const PictureControls& percent) {
                   percent.brightness, percent.contrast, percent.saturation, percent.hue);
 }
 
-}  // namespace
+// Names and tables take memory. Who calls goes on with what else a change needs done, so a lack of
+// it is a failure like any other here.
+template <typename Operation>
+int without_exceptions(Operation operation) {
+  try {
+    return operation();
+  } catch (const std::bad_alloc&) {
+    log_error("no memory for the display's settings");
+    return -1;
+  }
+}
 
-int DrmApi::get_primary_info(int* fd, unsigned int* crtc_id, unsigned int* connector_type,
-                             unsigned int* connector_type_id, unsigned int* connector_id) {
+int find_display(int* fd, unsigned int* crtc_id, unsigned int* connector_type,
+                 unsigned int* connector_type_id, unsigned int* connector_id) {
   auto display = open_primary_display();
   if (!display) return kNoPrimary;
   *crtc_id = display->crtc_id;
@@ -193,15 +205,15 @@ int DrmApi::get_primary_info(int* fd, unsigned int* crtc_id, unsigned int* conne
   return 0;
 }
 
-int DrmApi::set_3x1d_gamma(unsigned int size, unsigned short* red, unsigned short* green,
-                           unsigned short* blue) {
+int set_gamma(std::span<const unsigned short> red, std::span<const unsigned short> green,
+              std::span<const unsigned short> blue) {
   log_error("set_3x1d_gamma start");
   const auto display = open_display_to_change();
   if (!display) return -1;
   const int fd = display->fd.get();
   pq::log_display(Priority::kError, "fd %d crtc_id %u type %u id %u ", fd, display->crtc_id,
                   display->connector_type, display->connector_type_id);
-  const std::vector<drm_color_lut> table = interleave({red, size}, {green, size}, {blue, size});
+  const std::vector<drm_color_lut> table = interleave(red, green, blue);
 
   int result = -1;
   if (const auto properties = get_properties(fd, display->crtc_id, DRM_MODE_OBJECT_CRTC)) {
@@ -222,8 +234,7 @@ int DrmApi::set_3x1d_gamma(unsigned int size, unsigned short* red, unsigned shor
   return result;
 }
 
-int DrmApi::set_bcsh(unsigned short brightness, unsigned short contrast, unsigned short saturation,
-                     unsigned short hue) {
+int set_controls(const PictureControls& percent) {
   const auto display = open_display_to_change();
   if (!display) return -1;
   const int fd = display->fd.get();
@@ -245,9 +256,28 @@ int DrmApi::set_bcsh(unsigned short brightness, unsigned short contrast, unsigne
     return -1;
   }
 
-  const PictureControls percent = {to_percent(brightness), to_percent(contrast),
-                                   to_percent(saturation), to_percent(hue)};
   const int result = commit(*display, ids, percent);
   store(*display, percent);
   return result;
+}
+
+}  // namespace
+
+int DrmApi::get_primary_info(int* fd, unsigned int* crtc_id, unsigned int* connector_type,
+                             unsigned int* connector_type_id, unsigned int* connector_id) {
+  return without_exceptions(
+      [&] { return find_display(fd, crtc_id, connector_type, connector_type_id, connector_id); });
+}
+
+int DrmApi::set_3x1d_gamma(unsigned int size, unsigned short* red, unsigned short* green,
+                           unsigned short* blue) {
+  return without_exceptions([&] { return set_gamma({red, size}, {green, size}, {blue, size}); });
+}
+
+int DrmApi::set_bcsh(unsigned short brightness, unsigned short contrast, unsigned short saturation,
+                     unsigned short hue) {
+  return without_exceptions([&] {
+    return set_controls(
+        {to_percent(brightness), to_percent(contrast), to_percent(saturation), to_percent(hue)});
+  });
 }

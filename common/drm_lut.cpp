@@ -107,7 +107,11 @@ int store_table() {
       return -1;
     }
     const pq::UniqueFd device(fd);
-    const auto table = std::make_unique<cubic_lut_data>();  // zeroed
+    const std::unique_ptr<cubic_lut_data> table(new (std::nothrow) cubic_lut_data());  // zeroed
+    if (!table) {
+      log_error("no memory for the computed table");
+      return -1;
+    }
     context->get(context->handle, table.get());
     parameters.set_cubic_lut_data(connector_type, connector_type_id - 1, table.get());
     pq::log_display(Priority::kError, "save cubic lut data size %d", table->size);
