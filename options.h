@@ -4,7 +4,7 @@
 #define OPTIONS_H_
 
 #include <cstdint>
-#include <string>
+#include <string_view>
 
 struct Options {
   int32_t mode = -1;
@@ -14,8 +14,8 @@ struct Options {
   int32_t mmap_number = 4;  // 4..200
   int32_t device_id = 0;
   int32_t enable_rtsp = 0;  // 0 or 1
-  std::string stream_device;
-  std::string iq_file;
+  std::string_view stream_device;  // these two: of the command line, or constant
+  std::string_view iq_file;
 };
 
 // Parses the command line, clamping what is out of range. Unknown options are complained about on

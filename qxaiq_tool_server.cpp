@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
@@ -38,19 +39,30 @@ int32_t read_hexadecimal(const char* property, const char* default_value) {
   return static_cast<int32_t>(std::strtoull(text.data(), nullptr, kBase));
 }
 
-bool exists(const char* path) {
-  return access(path, F_OK) == 0;
+// A document that merely can't be looked at is not missing: a new one would overwrite it.
+bool is_missing(const char* path) {
+  return access(path, F_OK) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
-void create_missing_documents() {
-  pq::restore_document(pq::kPqDocument);
-  pq::restore_document(pq::kAipqDocument);
-  if (!exists(pq::kPqDocument)) {
-    PQTuningUtils::updateUI();
-    pq::wait_whole(kForBaseParameters);
-    getJsonFromBaseparameter(const_cast<char*>(pq::kPqDocument));
+void create_pq_document(char* path) {
+  PQTuningUtils::updateUI();
+  pq::wait_whole(kForBaseParameters);
+  getJsonFromBaseparameter(path);
+}
+
+void create_aipq_document(char* path) {
+  createDefaultAIPQJson(path);
+}
+
+// What can't be done now, for want of memory or because the disk fails, is done at the next start:
+// until then the daemon serves with what there is.
+void prepare_document(const char* path, void (*create)(char* path)) {
+  try {
+    pq::restore_document(path);
+    if (is_missing(path)) create(const_cast<char*>(path));
+  } catch (const std::exception& error) {
+    kDaemonLog.error()("cannot prepare %s: %s\n", path, error.what());
   }
-  if (!exists(pq::kAipqDocument)) createDefaultAIPQJson(const_cast<char*>(pq::kAipqDocument));
 }
 
 void serve() {
@@ -78,7 +90,8 @@ int main(int argc, char* argv[]) {
     kDaemonLog.error()("Tool server args parse error.\n");
     return 1;
   }
-  create_missing_documents();
+  prepare_document(pq::kPqDocument, create_pq_document);
+  prepare_document(pq::kAipqDocument, create_aipq_document);
   try {
     serve();
   } catch (const std::exception& error) {
