@@ -1,0 +1,81 @@
+#include "faults/fault.h"
+
+#include <execinfo.h>
+
+#include <array>
+#include <atomic>
+#include <mutex>
+
+namespace faults {
+namespace {
+
+std::atomic<Call> armed_call = Call::kNone;
+std::atomic<int> armed_error = 0;
+std::atomic<size_t> failing_call = 0;
+std::atomic<size_t> calls = 0;
+std::atomic<long> blocks = 0;
+
+std::atomic<bool> recording = false;
+std::vector<uint64_t> places;  // used by one thread at a time: the one that handles the request
+
+thread_local int exemptions = 0;
+
+uint64_t place_of_call() {
+  std::array<void*, 40> stack{};
+  const int depth = backtrace(stack.data(), static_cast<int>(stack.size()));
+  uint64_t place = 0;
+  for (int i = 0; i < depth; ++i) {
+    place = place * 1'000'003 + reinterpret_cast<uintptr_t>(stack[static_cast<size_t>(i)]);
+  }
+  return place;
+}
+
+}  // namespace
+
+void arm(const Fault& fault, size_t nth) {
+  calls = 0;
+  armed_error = fault.error;
+  failing_call = nth;
+  armed_call = fault.call;
+}
+
+size_t disarm() {
+  armed_call = Call::kNone;
+  recording = false;
+  return calls;
+}
+
+void record(const Fault& fault) {
+  places.clear();
+  arm(fault, 0);
+  recording = true;
+}
+
+std::vector<uint64_t> recorded() {
+  return places;
+}
+
+int strike(Call call) {
+  if (call != armed_call || exemptions > 0) return 0;
+  if (recording) {
+    const Exempt exempt;
+    places.push_back(place_of_call());
+  }
+  return ++calls == failing_call ? armed_error.load() : 0;
+}
+
+Exempt::Exempt() {
+  ++exemptions;
+}
+Exempt::~Exempt() {
+  --exemptions;
+}
+
+long live_blocks() {
+  return blocks;
+}
+void count_block(long change) {
+  blocks += change;
+}
+
+}  // namespace faults

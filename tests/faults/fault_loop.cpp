@@ -1,0 +1,197 @@
+// fault_loop SUBJECT [every]: lets each call that the subject makes fail, one in a run, and sees
+// that nothing but the one request suffers. Runs on a simulated board, in the daemon's place.
+//
+// A place in the code that makes a call often fails at its first few and its last ones: nothing
+// distinguishes those between. With "every", at each, and on whole documents instead of small ones.
+#include <dirent.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <map>
+#include <string_view>
+
+#include "common/log.h"
+#include "faults/fault.h"
+#include "faults/subject.h"
+
+namespace faults {
+namespace {
+
+constexpr Fault kFaults[] = {
+    {"allocation", Call::kAllocation, ENOMEM},
+    {"open: EMFILE", Call::kOpen, EMFILE},
+    {"open: EIO", Call::kOpen, EIO},
+    {"stat: EIO", Call::kStatus, EIO},
+    {"read: EIO", Call::kRead, EIO},
+    {"read: short", Call::kRead, kShort},
+    {"write: ENOSPC", Call::kWrite, ENOSPC},
+    {"write: EIO", Call::kWrite, EIO},
+    {"write: EINTR", Call::kWrite, EINTR},
+    {"write: short", Call::kWrite, kShort},
+    {"fsync: EIO", Call::kSync, EIO},
+    {"lseek: EIO", Call::kSeek, EIO},
+    {"close: EIO", Call::kClose, EIO},
+    {"unlink: EIO", Call::kRemove, EIO},
+    {"send: EPIPE", Call::kSend, EPIPE},
+    {"send: EINTR", Call::kSend, EINTR},
+    {"send: short", Call::kSend, kShort},
+    {"receive: ECONNRESET", Call::kReceive, ECONNRESET},
+    {"receive: EINTR", Call::kReceive, EINTR},
+    {"accept: ECONNABORTED", Call::kAccept, ECONNABORTED},
+    {"accept: EMFILE", Call::kAccept, EMFILE},
+    {"accept: EINTR", Call::kAccept, EINTR},
+    {"socket: EMFILE", Call::kSocket, EMFILE},
+    {"setsockopt: ENOMEM", Call::kSocketOption, ENOMEM},
+    {"fork: EAGAIN", Call::kFork, EAGAIN},
+    {"thread: EAGAIN", Call::kThread, EAGAIN},
+    {"libdrm", Call::kDisplay, EIO},
+    {"property", Call::kProperty, EIO},
+    {"dlopen, dlsym", Call::kLoad, EIO},
+    {"3D LUT engine", Call::kEngine, EIO},
+    {"base parameters", Call::kParameters, EIO},
+};
+
+size_t open_descriptors() {
+  DIR* folder = opendir("/proc/self/fd");
+  size_t count = 0;
+  while (readdir(folder) != nullptr)
+    ++count;
+  closedir(folder);
+  return count;
+}
+
+// What the subject does when nothing fails.
+struct Expected {
+  std::string reply;
+  Stored before, after;
+};
+
+class Loop {
+ public:
+  Loop(const Subject& subject, bool every) : subject_(subject), every_(every) {}
+
+  // Returns how many faults did harm.
+  int run() {
+    for (const Fault& fault : kFaults)
+      run(fault);
+    return harmful_;
+  }
+
+ private:
+  void run(const Fault& fault) {
+    const std::vector<size_t> calls = learn(fault);
+    if (calls.empty()) return;
+    int harmful = 0;
+    for (const size_t call : calls) {
+      if (const std::string harm = strike_once(fault, call); !harm.empty()) {
+        if (++harmful <= 5) {
+          std::printf("%s, %s at call %zu: %s\n", subject_.name.c_str(), fault.name, call,
+                      harm.c_str());
+        }
+      }
+    }
+    std::printf("%-24s %-22s failed %6zu of %6zu calls, harmful %d\n", subject_.name.c_str(),
+                fault.name, calls.size(), made_, harmful);
+    std::fflush(stdout);
+    harmful_ += harmful;
+  }
+
+  // Runs without a fault, twice: what is made once and kept is there then. Returns which calls are
+  // to fail.
+  std::vector<size_t> learn(const Fault& fault) {
+    for (int i = 0; i < 2; ++i) {
+      subject_.prepare();
+      expected_.before = stored();
+      record(fault);
+      expected_.reply = subject_.run();
+      made_ = disarm();
+      expected_.after = stored();
+      (void)subject_.serves_afterwards();
+    }
+    return choose(recorded());
+  }
+
+  std::vector<size_t> choose(const std::vector<uint64_t>& places) const {
+    constexpr size_t kFirst = 3;
+    constexpr size_t kLast = 1;
+    std::map<uint64_t, std::vector<size_t>> calls_of_place;
+    for (size_t i = 0; i < places.size(); ++i)
+      calls_of_place[places[i]].push_back(i + 1);
+    std::vector<size_t> chosen;
+    for (const auto& [place, calls] : calls_of_place) {
+      for (size_t i = 0; i < calls.size(); ++i) {
+        if (every_ || i < kFirst || i + kLast >= calls.size()) chosen.push_back(calls[i]);
+      }
+    }
+    std::sort(chosen.begin(), chosen.end());
+    return chosen;
+  }
+
+  // What harm the fault did, and what it left in use; empty for none.
+  std::string strike_once(const Fault& fault, size_t call) const {
+    const long blocks = live_blocks();
+    const size_t descriptors = open_descriptors();
+    std::string harm = strike_and_judge(fault, call);
+    if (!harm.empty()) return harm;
+    const long more_blocks = live_blocks() - blocks;
+    const auto more_descriptors = static_cast<long>(open_descriptors() - descriptors);
+    if (more_blocks != 0) harm += std::to_string(more_blocks) + " blocks of memory left ";
+    if (more_descriptors != 0) harm += std::to_string(more_descriptors) + " descriptors left";
+    return harm;
+  }
+
+  std::string strike_and_judge(const Fault& fault, size_t call) const {
+    subject_.prepare();
+    arm(fault, call);
+    const std::string reply = subject_.run();
+    disarm();
+    std::string harm = judge_reply(reply) + subject_.serves_afterwards();
+    const Stored now = stored();
+    if (now.pq != expected_.before.pq && now.pq != expected_.after.pq) {
+      harm += " the PQ document is neither the old nor the new one";
+    }
+    if (now.aipq != expected_.before.aipq && now.aipq != expected_.after.aipq) {
+      harm += " the AIPQ document is neither the old nor the new one";
+    }
+    if (side_file_left()) harm += " a side file is left";
+    return harm;
+  }
+
+  std::string judge_reply(const std::string& reply) const {
+    if (reply.empty() || reply == expected_.reply) return "";
+    if (subject_.any_bytes && reply.size() == expected_.reply.size()) return "";
+    return "another reply";
+  }
+
+  const Subject& subject_;
+  bool every_;
+  Expected expected_;
+  size_t made_ = 0;
+  int harmful_ = 0;
+};
+
+}  // namespace
+}  // namespace faults
+
+int main(int argc, char** argv) {
+  using namespace faults;
+  if (argc < 2) return 2;
+  const std::string_view name = argv[1];
+  const bool every = argc > 2;
+  const Stored first = every ? whole_documents() : small_documents();
+  store(first);
+  std::vector<Subject> subjects = requests(first);
+  subjects.push_back(connection(first));
+  for (Subject& start : starts(first))
+    subjects.push_back(std::move(start));
+  for (const Subject& subject : subjects) {
+    if (subject.name == name) return Loop(subject, every).run() == 0 ? 0 : 1;
+  }
+  std::fprintf(stderr, "no subject %s\n", argv[1]);
+  return 2;
+}

@@ -1,0 +1,135 @@
+// One request of each kind that a client can send.
+#include <array>
+#include <cstring>
+#include <exception>
+#include <string_view>
+
+#include <cutils/properties.h>
+
+#include "faults/captured_reply.h"
+#include "faults/subject.h"
+#include "netserver/tcp_server.h"
+#include "qxaiq/command_packet.h"
+#include "qxaiq/document_packet.h"
+#include "qxaiq/qxaiq_protocol.h"
+
+namespace faults {
+namespace {
+
+std::string command(uint16_t number, std::string_view arguments) {
+  CommandData_t packet{};
+  std::memcpy(packet.QXID, pq::kRequestMagic.data(), sizeof(packet.QXID));
+  packet.cmdID = number;
+  std::memcpy(packet.dat, arguments.data(), arguments.size());
+  return {reinterpret_cast<const char*>(&packet), sizeof(packet)};
+}
+
+std::string document(uint32_t command, const std::string& text) {
+  pq::DocumentHeader header{};
+  header.magic = pq::kDocumentMagic;
+  header.command = command;
+  header.data_length = static_cast<uint32_t>(text.size());
+  return std::string(reinterpret_cast<const char*>(&header), sizeof(header)) + text + "0000";
+}
+
+std::string query(uint32_t command, const char* path) {
+  return document(
+      command, "[{\"path\":\"" + std::string(path) + "\",\"toolversion\":\"1\",\"platform\":7}]");
+}
+
+std::string change(uint32_t command, const std::string& operation) {
+  return document(command, "[" + operation + "]");
+}
+
+// As the server's receive thread: 8192 bytes at a time, and what is thrown ends the chunk.
+std::string receive(const std::string& packet) {
+  static std::array<char, TCPServer::kReceiveSize> buffer{};
+  for (size_t at = 0; at < packet.size(); at += buffer.size()) {
+    const size_t length = packet.copy(buffer.data(), buffer.size(), at);
+    try {
+      QXAiqProtocol::HandlerTCPMessage(kCaptured, buffer.data(), static_cast<int>(length));
+    } catch (const std::exception&) {
+    }
+  }
+  return take_reply();
+}
+
+std::string table_of(const char* number, int count) {
+  std::string table = "[";
+  for (int i = 0; i < count; ++i)
+    table += std::string(number) + ",";
+  table.back() = ']';
+  return table;
+}
+
+// What an interrupted document has left would garble the next one.
+void empty_collection() {
+  receive(document(pq::kWritePq, std::string(10'000, ' ')));
+  receive("stray");
+}
+
+void put_dump() {
+  constexpr char kDump[] = "/data/vendor/qxalgo/pq_dump_in_4x2.rgb";
+  write_file(kDump, std::string(24, 'p'));
+  property_set("vendor.tvinput.qxpq.dump.path", kDump);
+}
+
+}  // namespace
+
+std::vector<Subject> requests(const Stored& first) {
+  const std::string many_values =
+      change(pq::kWritePq, R"({"op":"replace","path":"/gamma/gammaTab_R","value":)" +
+                               table_of("4095", 2000) + "}");
+  const std::string operations =
+      R"({"op":"test","path":"/gamma/gammaEnable","value":1},{"op":"add","path":"/x","value":{"y":[1]}},)"
+      R"({"op":"copy","from":"/x","path":"/z"},{"op":"add","path":"/z/y/0","value":2},)"
+      R"({"op":"move","from":"/z/y","path":"/x/y"},{"op":"remove","path":"/x"})";
+
+  std::vector<Subject> subjects;
+  const auto add = [&](const char* name, const std::string& packet,
+                       std::function<void()> prepare = nullptr) -> Subject& {
+    Subject subject;
+    subject.name = name;
+    subject.prepare = [=] {
+      store(first);
+      if (prepare) prepare();
+    };
+    subject.run = [=] { return receive(packet); };
+    subject.serves_afterwards = [] {
+      const bool answers = !receive(query(pq::kReadPq, "/csc")).empty() &&
+                           !receive(query(pq::kReadAipq, "/dci")).empty();
+      return std::string(answers ? "" : "no answer to a query afterwards");
+    };
+    return subjects.emplace_back(std::move(subject));
+  };
+
+  add("pq-query", query(pq::kReadPq, "/csc"));
+  add("pq-query-tables", query(pq::kReadPq, "/gamma"));
+  add("aipq-query", query(pq::kReadAipq, "/dci"));
+  add("pq-change",
+      change(pq::kWritePq, R"({"op":"replace","path":"/csc/cscHue","value":9,"platform":1})"));
+  add("pq-change-low-latency",
+      change(pq::kWritePq, R"({"op":"replace","path":"/csc/cscMode","value":"LOW_LATENCY_MODE"})"));
+  add("pq-change-gamma",
+      change(pq::kWritePq, R"({"op":"replace","path":"/gamma/gammaTab_R","value":[7,8,9]})"));
+  add("pq-change-lut",
+      change(pq::kWritePq, R"({"op":"replace","path":"/dci/dciEnable","value":0})"));
+  add("pq-operations", change(pq::kWritePq, operations));
+  Subject& large = add("pq-large-document", many_values, empty_collection);
+  large.serves_afterwards = [serves = large.serves_afterwards] {
+    empty_collection();
+    return serves();
+  };
+  add("aipq-change", change(pq::kWriteAipq, R"({"op":"add","path":"/acm/0/lumGain","value":5})"));
+  add("aipq-operations", change(pq::kWriteAipq, operations + R"(,{"path":"/acm"})"));
+  add("pattern", command(pq::kCommandPattern, "\xFF\x80\x01"));
+  const std::string enter = command(pq::kCommandPatternMode, "\x80");
+  add("pattern-mode-enter", enter);
+  add("pattern-mode-leave", command(pq::kCommandPatternMode, "\x81"), [enter] { receive(enter); });
+  add("dump-input", command(pq::kCommandDump, "\x80"), put_dump).any_bytes = true;
+  add("dump-output", command(pq::kCommandDump, "\x81"), put_dump).any_bytes = true;
+  add("unknown-command", command(9, ""));
+  return subjects;
+}
+
+}  // namespace faults

@@ -1,0 +1,189 @@
+// System calls: files, sockets, processes and threads. Waits take no time, and no child is started.
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/time.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <ctime>
+
+#include "faults/captured_reply.h"
+#include "faults/fault.h"
+
+using faults::Call;
+using faults::strike;
+
+namespace {
+
+// Whether the call fails; errno is set then.
+bool fails(Call call) {
+  const int error = strike(call);
+  if (error == 0) return false;
+  errno = error;
+  return true;
+}
+
+// What a call that moves bytes does. -1: it fails, errno is set; else how many bytes it may move.
+ssize_t allowed(Call call, size_t size) {
+  const int error = strike(call);
+  if (error == faults::kShort) return static_cast<ssize_t>(size / 2);
+  if (error == 0) return static_cast<ssize_t>(size);
+  errno = error;
+  return -1;
+}
+
+}  // namespace
+
+extern "C" {
+
+int __real_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, ...) {
+  va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+  va_end(arguments);
+  if (fails(Call::kOpen)) return -1;
+  const faults::Exempt exempt;  // the simulated display device looks at what is opened
+  return __real_open(path, flags, mode);
+}
+// As fortified programs call it.
+int __wrap___open_2(const char* path, int flags) {
+  return __wrap_open(path, flags);
+}
+
+int __real_stat(const char* path, struct stat* status);
+int __wrap_stat(const char* path, struct stat* status) {
+  return fails(Call::kStatus) ? -1 : __real_stat(path, status);
+}
+int __real_lstat(const char* path, struct stat* status);
+int __wrap_lstat(const char* path, struct stat* status) {
+  return fails(Call::kStatus) ? -1 : __real_lstat(path, status);
+}
+int __real_fstat(int file, struct stat* status);
+int __wrap_fstat(int file, struct stat* status) {
+  return fails(Call::kStatus) ? -1 : __real_fstat(file, status);
+}
+int __real_access(const char* path, int mode);
+int __wrap_access(const char* path, int mode) {
+  return fails(Call::kStatus) ? -1 : __real_access(path, mode);
+}
+
+ssize_t __real_read(int file, void* bytes, size_t size);
+ssize_t __wrap_read(int file, void* bytes, size_t size) {
+  const ssize_t most = allowed(Call::kRead, size);
+  return most < 0 ? -1 : __real_read(file, bytes, static_cast<size_t>(most));
+}
+ssize_t __wrap___read_chk(int file, void* bytes, size_t size, size_t /*room*/) {
+  return __wrap_read(file, bytes, size);
+}
+
+ssize_t __real_write(int file, const void* bytes, size_t size);
+ssize_t __wrap_write(int file, const void* bytes, size_t size) {
+  const ssize_t most = allowed(Call::kWrite, size);
+  return most < 0 ? -1 : __real_write(file, bytes, static_cast<size_t>(most));
+}
+ssize_t __real_writev(int file, const iovec* pieces, int count);
+ssize_t __wrap_writev(int file, const iovec* pieces, int count) {
+  const ssize_t most = allowed(Call::kWrite, static_cast<size_t>(count));
+  return most < 0 ? -1 : __real_writev(file, pieces, static_cast<int>(most));
+}
+
+// Nothing here outlives the machine's power.
+int __wrap_fsync(int /*file*/) {
+  return fails(Call::kSync) ? -1 : 0;
+}
+
+off_t __real_lseek(int file, off_t offset, int from);
+off_t __wrap_lseek(int file, off_t offset, int from) {
+  return fails(Call::kSeek) ? -1 : __real_lseek(file, offset, from);
+}
+
+// As Linux does, the descriptor is given back also when closing fails.
+int __real_close(int file);
+int __wrap_close(int file) {
+  const int result = __real_close(file);
+  return fails(Call::kClose) ? -1 : result;
+}
+
+int __real_unlink(const char* path);
+int __wrap_unlink(const char* path) {
+  return fails(Call::kRemove) ? -1 : __real_unlink(path);
+}
+int __real_remove(const char* path);
+int __wrap_remove(const char* path) {
+  return fails(Call::kRemove) ? -1 : __real_remove(path);
+}
+
+ssize_t __real_sendto(int socket, const void* bytes, size_t size, int flags, const sockaddr* to,
+                      socklen_t length);
+ssize_t __wrap_sendto(int socket, const void* bytes, size_t size, int flags, const sockaddr* to,
+                      socklen_t length) {
+  const ssize_t most = allowed(Call::kSend, size);
+  if (most < 0) return -1;
+  if (socket == faults::kCaptured) return faults::capture(bytes, static_cast<size_t>(most));
+  return __real_sendto(socket, bytes, static_cast<size_t>(most), flags, to, length);
+}
+
+ssize_t __real_recvfrom(int socket, void* bytes, size_t size, int flags, sockaddr* from,
+                        socklen_t* length);
+ssize_t __wrap_recvfrom(int socket, void* bytes, size_t size, int flags, sockaddr* from,
+                        socklen_t* length) {
+  return fails(Call::kReceive) ? -1 : __real_recvfrom(socket, bytes, size, flags, from, length);
+}
+
+int __real_accept4(int socket, sockaddr* from, socklen_t* length, int flags);
+int __wrap_accept4(int socket, sockaddr* from, socklen_t* length, int flags) {
+  return fails(Call::kAccept) ? -1 : __real_accept4(socket, from, length, flags);
+}
+
+int __real_socket(int family, int type, int protocol);
+int __wrap_socket(int family, int type, int protocol) {
+  return fails(Call::kSocket) ? -1 : __real_socket(family, type, protocol);
+}
+int __real_bind(int socket, const sockaddr* address, socklen_t length);
+int __wrap_bind(int socket, const sockaddr* address, socklen_t length) {
+  return fails(Call::kSocket) ? -1 : __real_bind(socket, address, length);
+}
+int __real_listen(int socket, int backlog);
+int __wrap_listen(int socket, int backlog) {
+  return fails(Call::kSocket) ? -1 : __real_listen(socket, backlog);
+}
+
+// The server's receive time-outs bound how long it takes to end; they are seconds otherwise.
+int __real_setsockopt(int socket, int level, int option, const void* value, socklen_t length);
+int __wrap_setsockopt(int socket, int level, int option, const void* value, socklen_t length) {
+  if (fails(Call::kSocketOption)) return -1;
+  const timeval brief{0, 20'000};
+  if (level == SOL_SOCKET && option == SO_RCVTIMEO) value = &brief;
+  return __real_setsockopt(socket, level, option, value, length);
+}
+
+// No child comes into being, but its parent goes on as if. No process has this number.
+pid_t __wrap_fork() {
+  constexpr pid_t kNobody = 0x7FFFFFF0;
+  return fails(Call::kFork) ? -1 : kNobody;
+}
+
+int __wrap_clock_nanosleep(clockid_t /*clock*/, int /*flags*/, const timespec* /*time*/,
+                           timespec* /*rest*/) {
+  return 0;
+}
+
+// std::thread's, from within its library.
+void* __real_dlsym(void* library, const char* name);
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
+                   void* argument) {
+  using Create = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+  static const auto next = reinterpret_cast<Create>(__real_dlsym(RTLD_NEXT, "pthread_create"));
+  const int error = strike(Call::kThread);
+  return error != 0 ? error : next(thread, attributes, run, argument);
+}
+
+}  // extern "C"
