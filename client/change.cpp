@@ -13,10 +13,9 @@ bool is_equal(const cJSON* one, const cJSON* other) {
   return one != nullptr && other != nullptr && cJSON_Compare(one, other, 1) != 0;
 }
 
-Answer write_and_read_back(TuningClient& client, Document document, const Target& target,
-                           const cJSON& value) {
-  client.write(document, *replace_operation(target.pointer(), value));
-  return client.query(document, target.section_pointer());
+Answer write_and_read_back(TuningClient& client, const Target& target, const cJSON& value) {
+  client.write(target.document, *replace_operation(target.pointer(), value));
+  return client.query(target.document, target.section_pointer());
 }
 
 void compare_below(const std::string& path, const cJSON* before, const cJSON& asked,
@@ -43,12 +42,12 @@ void compare_below(const std::string& path, const cJSON* before, const cJSON& as
 
 }  // namespace
 
-Answer store(TuningClient& client, Document document, const Target& target, const cJSON& value) {
-  Answer answer = write_and_read_back(client, document, target, value);
+Answer store(TuningClient& client, const Target& target, const cJSON& value) {
+  Answer answer = write_and_read_back(client, target, value);
   const bool is_stored = answer.value != nullptr && is_equal(target.find_in(*answer.value), &value);
   if (is_stored || print_json(value).size() < kAlwaysOnePiece) return answer;
   client.clear_upload_buffer();
-  return write_and_read_back(client, document, target, value);
+  return write_and_read_back(client, target, value);
 }
 
 bool ChangedValue::is_stored_as_asked() const {

@@ -16,16 +16,20 @@ namespace {
   throw Error(ErrorKind::kInput, where + " cannot be " + given + ": " + right);
 }
 
+std::string joined_choices(const Member& member) {
+  std::string choices;
+  for (const std::string_view choice : member.choices) {
+    choices.append(choices.empty() ? "" : " or ").append(choice);
+  }
+  return choices;
+}
+
 void check_text(const Member& member, const std::string& where, const cJSON& value) {
   if (cJSON_IsString(&value) == 0) refuse(where, value, "it is a text");
   const bool is_choice = std::ranges::find(member.choices, std::string_view(value.valuestring)) !=
                          member.choices.end();
   if (member.choices.empty() || is_choice) return;
-  std::string choices;
-  for (const std::string_view choice : member.choices) {
-    choices.append(choices.empty() ? "" : " or ").append(choice);
-  }
-  refuse(where, value, "use " + choices);
+  refuse(where, value, "use " + joined_choices(member));
 }
 
 void check_number(const Member& member, const std::string& where, const cJSON& value) {
@@ -66,6 +70,14 @@ JsonPtr typed_value(const Target& target, std::string_view text) {
 }
 
 }  // namespace
+
+std::string describe_values(const Member& member) {
+  if (member.type == MemberType::kText) {
+    return member.choices.empty() ? "a text" : joined_choices(member);
+  }
+  const std::string range = std::to_string(member.min) + " to " + std::to_string(member.max);
+  return member.is_table() ? std::to_string(member.count) + " numbers, " + range + " each" : range;
+}
 
 JsonPtr parse_value(const Target& target, std::string_view text) {
   if (target.member == nullptr) {

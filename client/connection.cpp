@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <memory>
 #include <sstream>
 #include <system_error>
@@ -81,6 +82,32 @@ int connect_before(int socket, const addrinfo& to, const Deadline& deadline) {
 std::string Address::text() const {
   const bool is_ipv6 = host.find(':') != std::string::npos;
   return (is_ipv6 ? "[" + host + "]" : host) + ":" + std::to_string(port);
+}
+
+Address parse_address(std::string_view text) {
+  const auto refuse = [text](const char* why) -> Error {
+    return {ErrorKind::kInput,
+            "\"" + std::string(text) + "\" " + why +
+                ": write HOST, HOST:PORT or [IPV6]:PORT, such as 192.0.2.7:5543"};
+  };
+  const bool has_brackets = text.starts_with('[');
+  const bool is_bare_ipv6 = !has_brackets && std::ranges::count(text, ':') > 1;
+  const std::size_t end = has_brackets   ? text.find(']')
+                          : is_bare_ipv6 ? text.size()
+                                         : std::min(text.find(':'), text.size());
+  if (end == std::string_view::npos) throw refuse("has no closing bracket");
+  Address address;
+  address.host = text.substr(has_brackets ? 1 : 0, end - (has_brackets ? 1 : 0));
+  if (address.host.empty()) throw refuse("names no host");
+  std::string_view rest = text.substr(has_brackets ? end + 1 : end);
+  if (rest.empty()) return address;
+  if (!rest.starts_with(':')) throw refuse("is no address");
+  rest.remove_prefix(1);
+  const auto [last, error] = std::from_chars(rest.data(), rest.data() + rest.size(), address.port);
+  if (error != std::errc() || last != rest.data() + rest.size() || address.port == 0) {
+    throw refuse("has a port that is none");
+  }
+  return address;
 }
 
 milliseconds Deadline::left() const {

@@ -214,12 +214,16 @@ const Member* find_member(const Section& section, std::string_view name) {
   return found == section.members.end() ? nullptr : &*found;
 }
 
-std::vector<std::string_view> nearest_members(const Section& section, std::string_view name) {
-  const std::string asked = lower_case(name);
+std::vector<std::string_view> nearest_names(std::string_view asked,
+                                            std::span<const std::string_view> known) {
+  const std::string lower = lower_case(asked);
   std::vector<std::pair<std::size_t, std::string_view>> near;
-  for (const Member& member : section.members) {
-    const std::size_t distance = name_distance(asked, member.name);
-    if (distance <= 1 + asked.size() / 2) near.emplace_back(distance, member.name);
+  for (const std::string_view name : known) {
+    const std::size_t distance = name_distance(lower, name);
+    const std::pair entry(distance, name);
+    if (distance <= 1 + lower.size() / 2 && std::ranges::find(near, entry) == near.end()) {
+      near.push_back(entry);
+    }
   }
   std::ranges::stable_sort(near, {}, &std::pair<std::size_t, std::string_view>::first);
   if (near.size() > 3) near.resize(3);

@@ -1,13 +1,17 @@
 #include "pqclient/target.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <iterator>
+#include <vector>
 
 #include "pqclient/error.h"
 
 namespace pqclient {
 namespace {
+
+constexpr std::string_view kAi = "ai";
 
 // Cuts off and returns what stands before the first slash.
 std::string_view take_step(std::string_view& rest) {
@@ -24,29 +28,52 @@ std::string list(const auto& names) {
   return text;
 }
 
-const Section& section_named(std::string_view name) {
-  if (const Section* section = find_section(name)) return *section;
+std::vector<std::string_view> names_of(std::span<const Member> members) {
+  std::vector<std::string_view> names(members.size());
+  std::ranges::transform(members, names.begin(), &Member::name);
+  return names;
+}
+
+// For someone who gave a member without its section: "csc/cscBrightness".
+std::vector<std::string> places_like(std::string_view name) {
   std::vector<std::string_view> known;
   for (const Section& section : sections())
-    known.push_back(section.name);
+    std::ranges::copy(names_of(section.members), std::back_inserter(known));
+  std::vector<std::string> places;
+  for (const std::string_view member : nearest_names(name, known)) {
+    const auto owner = std::ranges::find_if(
+        sections(), [&](const Section& section) { return find_member(section, member); });
+    places.push_back(std::string(owner->name).append("/").append(member));
+  }
+  return places;
+}
+
+[[noreturn]] void refuse_section(std::string_view name) {
+  const auto places = places_like(name);
+  throw Error(ErrorKind::kInput, "there is no section \"" + std::string(name) + "\": " +
+                                     (places.empty() ? "" : "nearest: " + list(places) + "; ") +
+                                     "sections are csc, dci, acm, gamma, sharp, ai/dci and ai/acm");
+}
+
+const Section& section_named(std::string_view name) {
+  if (const Section* section = find_section(name)) return *section;
+  refuse_section(name);
+}
+
+const Section& ai_section_named(std::string_view name) {
+  const Section* section = find_section(name);
+  if (section != nullptr && section->has_scenes) return *section;
   throw Error(ErrorKind::kInput,
-              "there is no section \"" + std::string(name) + "\": use one of " + list(known));
+              "there is no \"ai/" + std::string(name) + "\": use ai/dci or ai/acm");
 }
 
 const Member& member_named(const Section& section, std::string_view name) {
   if (const Member* member = find_member(section, name)) return *member;
-  const auto near = nearest_members(section, name);
+  const auto near = nearest_names(name, names_of(section.members));
   const std::string section_name(section.name);
   throw Error(ErrorKind::kInput,
               "section " + section_name + " has no member \"" + std::string(name) + "\": " +
-                  (near.empty() ? "see pqctl get " + section_name : "nearest: " + list(near)));
-}
-
-const Section& aipq_section_named(std::string_view name) {
-  const Section& section = section_named(name);
-  if (section.has_scenes) return section;
-  throw Error(ErrorKind::kInput,
-              "the AIPQ document has no section \"" + std::string(name) + "\": use dci or acm");
+                  (near.empty() ? "see pqctl list " + section_name : "nearest: " + list(near)));
 }
 
 // Nothing when the text is no whole number.
@@ -61,8 +88,10 @@ int scene_named(std::string_view name) {
   const auto* found = std::ranges::find(kScenes, name);
   const auto number = found == kScenes.end() ? number_in(name) : found - kScenes.begin();
   if (number && *number >= 0 && *number < std::ssize(kScenes)) return static_cast<int>(*number);
-  throw Error(ErrorKind::kInput, "there is no scene \"" + std::string(name) +
-                                     "\": use 0 to 11 or one of " + list(kScenes));
+  const auto near = nearest_names(name, kScenes);
+  throw Error(ErrorKind::kInput, "there is no scene \"" + std::string(name) + "\": " +
+                                     (near.empty() ? "" : "nearest: " + list(near) + "; ") +
+                                     "use 0 to 11 or one of " + list(kScenes));
 }
 
 int index_in(const Member& member, std::string_view text) {
@@ -78,21 +107,23 @@ int index_in(const Member& member, std::string_view text) {
                                      std::to_string(member.count - 1));
 }
 
-Target parse(std::string_view text, bool is_aipq) {
-  if (text.starts_with('/')) text.remove_prefix(1);
-  Target target;
-  const std::string_view section = take_step(text);
-  target.section = is_aipq ? &aipq_section_named(section) : &section_named(section);
-  if (is_aipq && !text.empty()) target.scene = scene_named(take_step(text));
-  if (!text.empty()) target.member = &member_named(*target.section, take_step(text));
-  if (!text.empty()) target.index = index_in(*target.member, text);
-  return target;
+Target whole(Document document, std::string_view section) {
+  return {document, find_section(section), {}, nullptr, {}};
 }
 
 }  // namespace
 
 std::string Target::text() const {
-  std::string text(section->name);
+  std::string text(document == Document::kAipq ? "ai/" : "");
+  text.append(section->name);
+  if (scene) text.append("/").append(kScenes.at(static_cast<std::size_t>(*scene)));
+  if (member != nullptr) text.append("/").append(member->name);
+  if (index) text.append("/").append(std::to_string(*index));
+  return text;
+}
+
+std::string Target::pointer() const {
+  std::string text = section_pointer();
   if (scene) text.append("/").append(std::to_string(*scene));
   if (member != nullptr) text.append("/").append(member->name);
   if (index) text.append("/").append(std::to_string(*index));
@@ -106,11 +137,28 @@ const cJSON* Target::find_in(const cJSON& section_value) const {
 }
 
 Target parse_target(std::string_view text) {
-  return parse(text, false);
+  if (text.starts_with('/')) text.remove_prefix(1);
+  Target target;
+  std::string_view step = take_step(text);
+  if (step == kAi) {
+    target.document = Document::kAipq;
+    target.section = &ai_section_named(take_step(text));
+    if (!text.empty()) target.scene = scene_named(take_step(text));
+  } else {
+    target.section = &section_named(step);
+  }
+  if (!text.empty()) target.member = &member_named(*target.section, take_step(text));
+  if (!text.empty()) target.index = index_in(*target.member, text);
+  return target;
 }
 
-Target parse_aipq_target(std::string_view text) {
-  return parse(text, true);
+std::span<const Target> sections_in_writing_order() {
+  static const std::array order = {
+      whole(Document::kPq, "gamma"), whole(Document::kPq, "dci"), whole(Document::kPq, "acm"),
+      whole(Document::kPq, "sharp"), whole(Document::kPq, "csc"), whole(Document::kAipq, "dci"),
+      whole(Document::kAipq, "acm"),
+  };
+  return order;
 }
 
 }  // namespace pqclient

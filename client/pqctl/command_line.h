@@ -2,15 +2,15 @@
 #ifndef PQCTL_COMMAND_LINE_H_
 #define PQCTL_COMMAND_LINE_H_
 
-#include <functional>
 #include <optional>
 
 #include "commands.h"
 #include "exit_status.h"
+#include "options.h"
 
 struct CommandLine {
-  GlobalOptions options;
-  std::function<void(const GlobalOptions&)> command;  // what to do, with all its arguments
+  Options options;
+  Command command;
 };
 
 // Returns how to end at once: after printing help or the version, or what is wrong with the command

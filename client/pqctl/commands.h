@@ -1,48 +1,50 @@
-// What pqctl can do. Each function is one command, free of the command line's grammar, and may
-// throw pqclient::Error. What was asked for goes to standard output, everything else to standard
-// error.
+// The subcommands of pqctl, one function and one file each: the command's grammar with its help,
+// and what it does. Commands may throw pqclient::Error and Interrupted.
 #ifndef PQCTL_COMMANDS_H_
 #define PQCTL_COMMANDS_H_
 
-#include <array>
-#include <cstdint>
-#include <optional>
-#include <string>
+#include <functional>
 
-#include "pqclient/tuning_client.h"
+#include "session.h"
 
-// Options that go with any command.
-struct GlobalOptions {
-  pqclient::Address address;
-  std::optional<double> timeout_seconds;  // in place of every default time-out
-  bool json = false;                      // values as JSON on standard output, and nothing else
+namespace CLI {
+class App;
+}
 
-  [[nodiscard]] pqclient::TuningClient client() const;
+// What the user has chosen to do, with all its arguments.
+using Command = std::function<void(Session&)>;
+
+// The command line as far as it is known. A subcommand adds itself to `app`, and puts what it does
+// into `chosen` when the user has asked for it.
+struct Grammar {
+  CLI::App& app;
+  Command& chosen;
 };
 
-// path: SECTION[/MEMBER[/INDEX]], with a scene behind the section in the AIPQ document.
-void show_value(const GlobalOptions& options, pqclient::Document document, const std::string& path);
+struct CommandHelp {
+  const char* name;
+  const char* group;  // heading in the list of commands, see below
+  const char* about;  // one line
+  const char* more;   // below the options: examples, and what else there is to say
+};
 
-// Sends the value, reads it back and shows old, new and stored. Throws kMismatch when they differ.
-void set_value(const GlobalOptions& options, pqclient::Document document, const std::string& path,
-               const std::string& value);
+inline constexpr const char* kSee = "See";
+inline constexpr const char* kChange = "Change";
+inline constexpr const char* kKeep = "Keep and bring back";
+inline constexpr const char* kLook = "Look at the picture";
+inline constexpr const char* kBoards = "Boards";
 
-// Applies a JSON Patch file (RFC 6902; "-" is standard input) to the PQ document.
-// The operations are applied here, to the sections as the board has them. What came out is checked
-// and sent section by section: one change and one redraw for each, however many operations there
-// are, and nothing at all when one of them is wrong.
-void patch_document(const GlobalOptions& options, const std::string& file);
+// The new subcommand, for options to be added.
+CLI::App& add_command(const Grammar& grammar, const CommandHelp& help, Command run);
 
-// red, green, blue
-void show_pattern(const GlobalOptions& options, const std::array<std::uint8_t, 3>& colour);
-
-// force: also when DCI is off already, which may lose the switch that the board has saved.
-void enter_pattern_mode(const GlobalOptions& options, bool force);
-
-// Closes the test colour; DCI is then never off because pattern mode had not been entered.
-void leave_pattern_mode(const GlobalOptions& options);
-
-// Writes a PNG file; "-" is standard output.
-void save_dump(const GlobalOptions& options, pqclient::DumpSide side, const std::string& file);
+// In the order of the help.
+void add_list(const Grammar& grammar);
+void add_get(const Grammar& grammar);
+void add_set(const Grammar& grammar);
+void add_patch(const Grammar& grammar);
+void add_pattern(const Grammar& grammar);
+void add_pattern_mode(const Grammar& grammar);
+void add_dump(const Grammar& grammar);
+void add_boards(const Grammar& grammar);
 
 #endif  // PQCTL_COMMANDS_H_

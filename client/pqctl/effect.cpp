@@ -22,7 +22,9 @@ bool is_among(const auto& names, std::string_view name) {
 // low-latency mode it applies both, but only with csc enabled.
 void print_effect_note(std::ostream& out, const pqclient::Target& target,
                        const cJSON& section_value) {
-  if (target.section->name != "csc" || target.member == nullptr) return;
+  if (target.document != pqclient::Document::kPq || target.section->name != "csc" ||
+      target.member == nullptr)
+    return;
   const std::string_view name = target.member->name;
   const bool is_slider = is_among(kSliders, name);
   if (!is_slider && !is_among(kGains, name)) return;

@@ -1,36 +1,81 @@
-#include <chrono>
+#include <CLI/CLI.hpp>
 #include <iostream>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 #include "pqclient/error.h"
 #include "pqclient/target.h"
 #include "print_value.h"
 
-using pqclient::Document;
+namespace {
 
-pqclient::TuningClient GlobalOptions::client() const {
-  pqclient::Timing timing;
-  if (timeout_seconds) {
-    const auto time = std::chrono::ceil<std::chrono::milliseconds>(
-        std::chrono::duration<double>(*timeout_seconds));
-    timing.connect = timing.answer = timing.slow_answer = timing.dump = time;
-  }
-  return pqclient::TuningClient(address, timing, "pqctl " PQCTL_VERSION);
-}
+using pqclient::JsonPtr;
+using pqclient::Target;
 
-void show_value(const GlobalOptions& options, Document document, const std::string& path) {
-  const pqclient::Target target =
-      document == Document::kPq ? pqclient::parse_target(path) : pqclient::parse_aipq_target(path);
-  pqclient::TuningClient client = options.client();
-  const pqclient::Answer answer = client.query(document, target.section_pointer());
-  const cJSON* value = answer.value != nullptr ? target.find_in(*answer.value) : nullptr;
+struct Arguments {
+  std::vector<std::string> places;
+};
+
+JsonPtr value_at(Session& session, const Target& target) {
+  const JsonPtr section = session.read_section(target);
+  const cJSON* value = target.find_in(*section);
   if (value == nullptr) {
     throw pqclient::Error(pqclient::ErrorKind::kBadAnswer, "the answer holds no " + target.text());
   }
-  if (options.json) {
-    std::cout << pqclient::print_json(*value) << '\n';
-  } else {
-    print_value(std::cout, *value, target);
+  return pqclient::copy_json(*value);
+}
+
+// One place: its value and nothing else. Several: an object with the places as names.
+void print_json_of(Session& session, const std::vector<Target>& targets) {
+  if (targets.size() == 1) {
+    std::cout << pqclient::print_json(*value_at(session, targets.front())) << '\n';
+    return;
   }
+  const JsonPtr values(cJSON_CreateObject());
+  for (const Target& target : targets)
+    pqclient::add_member(*values, target.text().c_str(), value_at(session, target));
+  std::cout << pqclient::print_json(*values) << '\n';
+}
+
+void get(Session& session, const Arguments& arguments) {
+  std::vector<Target> targets;
+  for (const std::string& place : arguments.places)
+    targets.push_back(pqclient::parse_target(place));
+  if (session.options().json) {
+    print_json_of(session, targets);
+    return;
+  }
+  for (const Target& target : targets) {
+    const JsonPtr value = value_at(session, target);
+    if (targets.size() > 1) std::cout << session.palette().bold(target.text()) << '\n';
+    print_value(std::cout, *value, target);
+    if (targets.size() > 1 && &target != &targets.back()) std::cout << '\n';
+  }
+}
+
+}  // namespace
+
+void add_get(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "get",
+       .group = kSee,
+       .about = "Show what the board has stored",
+       .more =
+           R"(A section is shown as a table, a single value bare. --json prints it exactly; of several places
+an object with the places as names.
+
+Examples:
+  pqctl get csc
+  pqctl get csc/cscBrightness
+  pqctl get gamma/gammaTab_R --json
+  pqctl get ai/dci/nature-sky
+)"},
+      [arguments](Session& session) { get(session, *arguments); });
+  command.add_option("place", arguments->places, "SECTION[/MEMBER[/INDEX]], see pqctl --help")
+      ->option_text("PLACE...")
+      ->required();
 }

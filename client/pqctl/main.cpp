@@ -3,25 +3,34 @@
 #include <iostream>
 
 #include "command_line.h"
+#include "interrupt.h"
 #include "pqclient/error.h"
+#include "session.h"
 
 namespace {
 
+// The texts of the other kinds name the address already, or have nothing to do with it.
+void print_error(Session& session, const pqclient::Error& error) {
+  std::cerr << session.error_palette().red("pqctl: ") << error.what();
+  if (error.kind() == pqclient::ErrorKind::kBadAnswer) {
+    std::cerr << " (board: " << session.board().text() << ")";
+  }
+  std::cerr << '\n';
+}
+
 ExitStatus run(const CommandLine& line) {
+  Session session(line.options);
   try {
-    line.command(line.options);
+    line.command(session);
     if (!std::cout.flush()) {
       throw pqclient::Error(pqclient::ErrorKind::kFile, "cannot write to standard output");
     }
     return ExitStatus::kOk;
   } catch (const pqclient::Error& error) {
-    std::cerr << "pqctl: " << error.what();
-    // The texts of the other kinds name the address already, or have nothing to do with it.
-    if (error.kind() == pqclient::ErrorKind::kBadAnswer) {
-      std::cerr << " (board: " << line.options.address.text() << ")";
-    }
-    std::cerr << '\n';
+    print_error(session, error);
     return exit_status_of(error.kind());
+  } catch (const Interrupted&) {
+    return ExitStatus::kInterrupted;
   }
 }
 

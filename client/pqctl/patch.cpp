@@ -1,14 +1,13 @@
 #include <cjson/cJSON_Utils.h>
 
+#include <CLI/CLI.hpp>
 #include <array>
-#include <cerrno>
-#include <fstream>
 #include <iostream>
-#include <iterator>
+#include <memory>
 #include <string>
-#include <system_error>
 
 #include "commands.h"
+#include "files.h"
 #include "pqclient/change.h"
 #include "pqclient/check.h"
 #include "pqclient/error.h"
@@ -16,7 +15,6 @@
 
 namespace {
 
-using pqclient::Document;
 using pqclient::Error;
 using pqclient::ErrorKind;
 using pqclient::JsonPtr;
@@ -27,20 +25,9 @@ using pqclient::TuningClient;
 // csc brings back.
 constexpr std::array kWritingOrder = {"gamma", "dci", "acm", "sharp", "csc"};
 
-std::string read_text(const std::string& path) {
-  if (path == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
-  std::ifstream file(path, std::ios::binary);
-  std::string text(std::istreambuf_iterator<char>(file), {});
-  if (!file.is_open() || file.bad()) {
-    throw Error(ErrorKind::kFile,
-                "cannot read " + path + ": " + std::generic_category().message(errno));
-  }
-  return text;
-}
-
 // An array of operations; a single one may stand there without its array.
 JsonPtr read_patch(const std::string& path) {
-  JsonPtr patch = pqclient::parse_whole_json(read_text(path));
+  JsonPtr patch = pqclient::parse_whole_json(read_input(path));
   if (cJSON_IsObject(patch.get()) != 0) {
     JsonPtr array(cJSON_CreateArray());
     add_element(*array, std::move(patch));
@@ -140,24 +127,27 @@ void store_sections(TuningClient& client, const cJSON& before, const cJSON& aske
     const cJSON* after = pqclient::last_member(asked, name);
     if (old == nullptr || cJSON_Compare(old, after, 1) != 0) continue;
     const Target section = pqclient::parse_target(name);
-    const pqclient::Answer answer = pqclient::store(client, Document::kPq, section, *after);
+    const pqclient::Answer answer = pqclient::store(client, section, *after);
     report.add(name, old, *after, answer.value);
   }
 }
 
-}  // namespace
+struct Arguments {
+  std::string file;
+};
 
-void patch_document(const GlobalOptions& options, const std::string& file) {
-  const JsonPtr operations = read_patch(file);
-  TuningClient client = options.client();
+void patch(Session& session, const Arguments& arguments) {
+  const JsonPtr operations = read_patch(arguments.file);
+  session.require_writable();
+  TuningClient& client = session.client();
   const JsonPtr before = read_sections(client, *operations);
   const JsonPtr asked = apply_all(*operations, *before);
   check_sections(*before, *asked);
   if (cJSON_Compare(before.get(), asked.get(), 1) != 0) {
-    std::cerr << "note: the board has all that already, nothing sent\n";
+    session.note("the board has all that already, nothing sent");
   }
 
-  ChangeReport report(options.json);
+  ChangeReport report(session.options().json);
   try {
     store_sections(client, *before, *asked, report);
   } catch (const Error&) {
@@ -166,4 +156,22 @@ void patch_document(const GlobalOptions& options, const std::string& file) {
   }
   report.print(std::cout);
   report.throw_unless_stored();
+}
+
+}  // namespace
+
+void add_patch(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command =
+      add_command(grammar,
+                  {.name = "patch",
+                   .group = kChange,
+                   .about = "Apply a JSON Patch file; sections that change are sent whole",
+                   .more = ""},
+                  [arguments](Session& session) { patch(session, *arguments); });
+  command
+      .add_option("file", arguments->file,
+                  "Operations as in RFC 6902, with paths such as /csc/cscHue; - is standard input")
+      ->option_text("FILE")
+      ->required();
 }

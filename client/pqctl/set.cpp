@@ -1,4 +1,6 @@
+#include <CLI/CLI.hpp>
 #include <iostream>
+#include <memory>
 #include <string>
 
 #include "commands.h"
@@ -8,29 +10,52 @@
 #include "pqclient/error.h"
 #include "report_change.h"
 
-using pqclient::Answer;
-using pqclient::Document;
+namespace {
+
 using pqclient::Target;
 
-void set_value(const GlobalOptions& options, Document document, const std::string& path,
-               const std::string& value) {
-  const bool is_pq = document == Document::kPq;
-  const Target target = is_pq ? pqclient::parse_target(path) : pqclient::parse_aipq_target(path);
-  const pqclient::JsonPtr asked = pqclient::parse_value(target, value);
+struct Arguments {
+  std::string place;
+  std::string value;
+};
 
-  pqclient::TuningClient client = options.client();
-  const Answer before = client.query(document, target.section_pointer());
-  const cJSON* old = before.value != nullptr ? target.find_in(*before.value) : nullptr;
+void set(Session& session, const Arguments& arguments) {
+  const Target target = pqclient::parse_target(arguments.place);
+  const pqclient::JsonPtr asked = pqclient::parse_value(target, arguments.value);
+  session.require_writable();
+  const pqclient::JsonPtr before = session.read_section(target);
+  const cJSON* old = target.find_in(*before);
   if (old == nullptr) {
     throw pqclient::Error(pqclient::ErrorKind::kBadAnswer,
                           "the board's document has no " + target.text() + " to change");
   }
-  const Answer after = pqclient::store(client, document, target, *asked);
+  const pqclient::Answer after = pqclient::store(session.client(), target, *asked);
   const cJSON* stored = after.value != nullptr ? target.find_in(*after.value) : nullptr;
 
-  ChangeReport report(options.json);
+  ChangeReport report(session.options().json);
   report.add(target.text(), old, *asked, stored);
   report.print(std::cout);
-  if (is_pq && after.value != nullptr) print_effect_note(std::cerr, target, *after.value);
+  if (after.value != nullptr) print_effect_note(std::cerr, target, *after.value);
   report.throw_unless_stored();
+}
+
+}  // namespace
+
+void add_set(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command =
+      add_command(grammar,
+                  {.name = "set",
+                   .group = kChange,
+                   .about = "Change a value, read it back, and show what was and what is stored",
+                   .more = ""},
+                  [arguments](Session& session) { set(session, *arguments); });
+  command.add_option("place", arguments->place, "SECTION/MEMBER[/INDEX]")
+      ->option_text("PLACE")
+      ->required();
+  command
+      .add_option("value", arguments->value,
+                  "Number or text; for a table all entries, with commas between them")
+      ->option_text("VALUE")
+      ->required();
 }

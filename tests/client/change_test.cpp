@@ -18,7 +18,7 @@ constexpr Timing kQuick{.gap = milliseconds(20)};
 std::string stored_by(StoringBoard& board, const char* path, const std::string& value) {
   TuningClient client(board.address(), kQuick);
   const Target target = parse_target(path);
-  const Answer answer = store(client, Document::kPq, target, *parse_value(target, value));
+  const Answer answer = store(client, target, *parse_value(target, value));
   return print_json(*target.find_in(*answer.value));
 }
 

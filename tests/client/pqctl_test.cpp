@@ -4,12 +4,14 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
 #include "client/fake_board.h"
 #include "client/storing_board.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
@@ -43,6 +45,14 @@ Outcome pqctl(const std::string& arguments, const std::string& input = "") {
 // A board with small documents.
 class Pqctl : public testing::Test {
  protected:
+  Pqctl() {
+    setenv("XDG_CONFIG_HOME", home_.path().c_str(), 1);
+    setenv("XDG_STATE_HOME", home_.path().c_str(), 1);
+  }
+  void configure(const std::string& text) {
+    std::filesystem::create_directory(home_.path() / "pqctl");
+    std::ofstream(home_.path() / "pqctl/boards.ini") << text;
+  }
   Outcome pqctl_on_board(const std::string& arguments, const std::string& input = "") {
     return pqctl("--port " + std::to_string(board_.address().port) + " " + arguments, input);
   }
@@ -52,11 +62,12 @@ class Pqctl : public testing::Test {
     return outcome.output;
   }
 
+  TemporaryFolder home_;
   StoringBoard board_;
 };
 
 TEST_F(Pqctl, GetShowsSectionsAsTables) {
-  EXPECT_EQ(output_of("aipq get dci"),
+  EXPECT_EQ(output_of("get ai/dci"),
             "scene 0\n"
             "name       nature-default\n"
             "dciEnable  1\n"
@@ -69,12 +80,12 @@ TEST_F(Pqctl, GetShowsSectionsAsTables) {
 TEST_F(Pqctl, GetShowsMembersBare) {
   EXPECT_EQ(output_of("get csc/cscHue"), "300\n");
   EXPECT_EQ(output_of("get csc/cscMode"), "LOW_LATENCY_MODE\n");
-  EXPECT_EQ(output_of("aipq get dci/nature-default/dciWeight_low/9"), "1000\n");
+  EXPECT_EQ(output_of("get ai/dci/nature-default/dciWeight_low/9"), "1000\n");
 }
 
 TEST_F(Pqctl, GetJsonIsTheExactValueAndNothingElse) {
   EXPECT_EQ(output_of("get csc/cscMode --json"), "\"LOW_LATENCY_MODE\"\n");
-  EXPECT_EQ(output_of("--json aipq get dci/0/dciWeight_low"), "[1,2,3,4,5,6,7,8,9,1000]\n");
+  EXPECT_EQ(output_of("--json get ai/dci/0/dciWeight_low"), "[1,2,3,4,5,6,7,8,9,1000]\n");
 }
 
 TEST_F(Pqctl, SetShowsOldNewAndStored) {
@@ -82,8 +93,8 @@ TEST_F(Pqctl, SetShowsOldNewAndStored) {
   EXPECT_EQ(output_of("set csc/cscHue 257 --json"),
             R"([{"path":"csc/cscHue","old":256,"new":257,"stored":257}])"
             "\n");
-  EXPECT_EQ(output_of("aipq set dci/0/dciWeight_low/1 7"),
-            "dci/0/dciWeight_low/1  old 2  new 7  stored 7\n");
+  EXPECT_EQ(output_of("set ai/dci/0/dciWeight_low/1 7"),
+            "ai/dci/nature-default/dciWeight_low/1  old 2  new 7  stored 7\n");
 }
 
 TEST_F(Pqctl, SetTakesNegativeNumbers) {
@@ -165,6 +176,41 @@ TEST_F(Pqctl, HostComesFromTheEnvironmentUnlessGiven) {
   EXPECT_EQ(pqctl_on_board("get csc").status, 2);
   EXPECT_EQ(pqctl_on_board("--host 127.0.0.1 get csc").status, 0);
   unsetenv("PQCTL_HOST");
+}
+
+TEST_F(Pqctl, BoardComesFromTheConfigurationFile) {
+  const std::string address = board_.address().text();
+  configure("default = lab\n[lab]\nhost = " + address + "\n[far]\nhost = host.invalid\n");
+  EXPECT_EQ(pqctl("get csc/cscHue").output, "300\n");
+  EXPECT_EQ(pqctl("--board far get csc").status, 2);
+  EXPECT_NE(pqctl("--board lap get csc").errors.find("nearest: lab"), std::string::npos);
+  EXPECT_EQ(pqctl("boards").output, "lab  " + address + "  default\nfar  host.invalid:5543\n");
+}
+
+TEST_F(Pqctl, ReadOnlyBoardIsNeverChangedHoweverItIsNamed) {
+  configure("[lab]\nread-only = yes\nhost = " + board_.address().text() + "\n");
+  for (const char* change : {"set csc/cscHue 1", "patch -", "pattern 1 2 3", "pattern-mode on"}) {
+    const std::string patch = R"({"op":"replace","path":"/csc/cscHue","value":1})";
+    EXPECT_EQ(pqctl(std::string("--board lab ") + change, patch).status, 1) << change;
+    EXPECT_EQ(pqctl_on_board(change, patch).status, 1) << change;
+  }
+  EXPECT_EQ(output_of("get csc/cscHue"), "300\n");
+  EXPECT_EQ(board_.story(), "r");
+}
+
+TEST_F(Pqctl, MistakesInTheConfigurationFileAreExplained) {
+  for (const auto& [text, help] : {
+           std::pair{"host = 1\n", "in front of the first [BOARD]"},
+           std::pair{"[lab]\nhots = 1\n", "known are host, timeout and read-only"},
+           std::pair{"[lab]\nhost = a:b\n", "port"},
+           std::pair{"[lab]\nread-only = maybe\n", "true or false"},
+           std::pair{"[lab]\ntimeout = -1\n", "give seconds"},
+       }) {
+    configure(text);
+    const Outcome outcome = pqctl("--board lab get csc");
+    EXPECT_EQ(outcome.status, 1) << text;
+    EXPECT_NE(outcome.errors.find(help), std::string::npos) << outcome.errors;
+  }
 }
 
 TEST_F(Pqctl, ExitStatusTellsTheTroubleApart) {

@@ -14,7 +14,7 @@ namespace pqclient {
 // Where the value came to the board in several pieces and something else was stored, the leftovers
 // of an interrupted upload may be to blame: then clears the board's buffer and tries once more.
 // Whether it was stored in the end, the answer tells.
-Answer store(TuningClient& client, Document document, const Target& target, const cJSON& value);
+Answer store(TuningClient& client, const Target& target, const cJSON& value);
 
 // One single value, or one entry of a table. Null where there was none.
 struct ChangedValue {

@@ -4,12 +4,16 @@
 #ifndef PQCLIENT_CHECK_H_
 #define PQCLIENT_CHECK_H_
 
+#include <string>
 #include <string_view>
 
 #include "pqclient/json.h"
 #include "pqclient/target.h"
 
 namespace pqclient {
+
+// What a member can be, in words: "0 to 511", "1024 numbers, 0 to 65535 each", "a text".
+std::string describe_values(const Member& member);
 
 // A value as typed by a person, for a member or an entry: a whole number, a text without quotes, or
 // for a table all its entries with commas between them, in brackets or not. Comes back checked.

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "pqclient/packets.h"
@@ -22,7 +23,13 @@ struct Address {
 
   // "192.0.2.7:5543", "[2001:db8::7]:5543"
   [[nodiscard]] std::string text() const;
+
+  bool operator==(const Address&) const = default;
 };
+
+// "192.0.2.7", "192.0.2.7:5543", "board.example:5543", "2001:db8::7", "[2001:db8::7]:5543".
+// Throws Error kInput when there is no host or the port is none.
+Address parse_address(std::string_view text);
 
 // A point in time that remembers how far off it was, for the error text.
 class Deadline {

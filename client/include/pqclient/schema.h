@@ -13,6 +13,9 @@
 
 namespace pqclient {
 
+// The board keeps two: the picture quality, and what the AI scenes make of it.
+enum class Document { kPq, kAipq };
+
 enum class MemberType { kText, kNumber };
 
 struct Member {
@@ -46,8 +49,10 @@ std::span<const Section> sections();
 const Section* find_section(std::string_view name);
 const Member* find_member(const Section& section, std::string_view name);
 
-// Up to three known names that the user may have meant, best first. Case does not count.
-std::vector<std::string_view> nearest_members(const Section& section, std::string_view name);
+// Up to three of the known names that someone may have meant by `asked`, best first, each once.
+// Case does not count, and a part of a name is nearer than a misspelt one.
+std::vector<std::string_view> nearest_names(std::string_view asked,
+                                            std::span<const std::string_view> known);
 
 }  // namespace pqclient
 

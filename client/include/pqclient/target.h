@@ -1,5 +1,10 @@
-// One place in a document: what a person writes as SECTION[/MEMBER[/INDEX]], and in the AIPQ
-// document, where every section is there once for each scene, as SECTION[/SCENE[/MEMBER[/INDEX]]].
+// One place in a document, and the one way in which people write it:
+//
+//   SECTION[/MEMBER[/INDEX]]             csc  csc/cscBrightness  gamma/gammaTab_R/512
+//   ai/SECTION[/SCENE[/MEMBER[/INDEX]]]  ai/dci  ai/dci/nature-sky  ai/dci/nature-sky/dciEnable
+//
+// "ai" stands for the AIPQ document, where dci and acm are there once for each scene. A scene goes
+// by its name or its number, 0 to 11. A slash in front is taken, too.
 #ifndef PQCLIENT_TARGET_H_
 #define PQCLIENT_TARGET_H_
 
@@ -13,26 +18,31 @@
 namespace pqclient {
 
 struct Target {
+  Document document = Document::kPq;
   const Section* section = nullptr;  // never null
   std::optional<int> scene;          // AIPQ only, in 0 .. 11
   const Member* member = nullptr;    // null: all members
   std::optional<int> index;          // of a table's entry, in 0 .. count - 1
 
-  // As the user writes it, a scene by its number: "gamma/gammaTab_R/512", "dci/4/dciEnable".
+  // As people write it, a scene by its name.
   [[nodiscard]] std::string text() const;
 
-  // JSON Pointer (RFC 6901), from where the document's requests start: "/gamma/gammaTab_R/512".
-  [[nodiscard]] std::string pointer() const { return "/" + text(); }
+  // JSON Pointer (RFC 6901), from where the document's requests start: "/gamma/gammaTab_R/512",
+  // "/dci/4/dciEnable".
+  [[nodiscard]] std::string pointer() const;
   [[nodiscard]] std::string section_pointer() const { return "/" + std::string(section->name); }
 
   // The value at this place in the answer to a query of the section; null when it is not there.
   [[nodiscard]] const cJSON* find_in(const cJSON& section_value) const;
 };
 
-// Throw Error kInput that names the nearest known members, or the scenes or indices that exist.
-// A slash in front is taken too; a scene by its number or its name.
+// Throws Error kInput that names the nearest known members, or the scenes or indices that exist.
 Target parse_target(std::string_view text);
-Target parse_aipq_target(std::string_view text);
+
+// All sections of both documents, in the order in which they are safe to write: a write to gamma
+// loads the tables without the gains of csc, and the next write to csc brings the gains back. So
+// csc comes last of the PQ document.
+std::span<const Target> sections_in_writing_order();
 
 }  // namespace pqclient
 

@@ -15,6 +15,7 @@
 #include "pqclient/answer.h"
 #include "pqclient/connection.h"
 #include "pqclient/dump.h"
+#include "pqclient/schema.h"
 
 namespace pqclient {
 
@@ -30,8 +31,6 @@ struct Timing {
   // it does not split what arrives together.
   std::chrono::milliseconds gap{300};
 };
-
-enum class Document { kPq, kAipq };
 
 enum class DumpSide { kInput, kOutput };  // before or after the board's picture processing
 

@@ -1,0 +1,155 @@
+#include "configuration.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+#include <system_error>
+
+#include "pqclient/error.h"
+#include "pqclient/schema.h"
+#include "user_folders.h"
+
+namespace {
+
+using pqclient::Error;
+using pqclient::ErrorKind;
+
+[[noreturn]] void refuse(const std::string& file, const std::string& what) {
+  throw Error(ErrorKind::kInput, file + ": " + what);
+}
+
+bool truth(const std::string& file, const std::string& key, const std::string& text) {
+  if (text == "true" || text == "yes" || text == "1") return true;
+  if (text == "false" || text == "no" || text == "0") return false;
+  refuse(file, key + " cannot be \"" + text + "\": use true or false");
+}
+
+double positive_seconds(const std::string& file, const std::string& text) {
+  double seconds = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+  if (error != std::errc() || end != text.data() + text.size() || !(seconds > 0)) {
+    refuse(file, "timeout cannot be \"" + text + "\": give seconds, such as 8");
+  }
+  return seconds;
+}
+
+void apply(const std::string& file, const std::string& key, const std::string& value,
+           Board& board) {
+  if (key == "host") {
+    board.address = pqclient::parse_address(value);
+  } else if (key == "timeout") {
+    board.timeout_seconds = positive_seconds(file, value);
+  } else if (key == "read-only") {
+    board.is_read_only = truth(file, key, value);
+  } else {
+    refuse(file, "[" + board.name + "] has \"" + key +
+                     "\", which means nothing here: known are host, timeout and read-only");
+  }
+}
+
+std::string joined(const std::vector<std::string>& steps) {
+  std::string text;
+  for (const std::string& step : steps)
+    text.append(text.empty() ? "" : ".").append(step);
+  return text;
+}
+
+Board& board_called(std::vector<Board>& boards, const std::string& name) {
+  const auto found = std::ranges::find(boards, name, &Board::name);
+  if (found != boards.end()) return *found;
+  boards.push_back({.name = name, .address = {}, .timeout_seconds = {}, .is_read_only = false});
+  return boards.back();
+}
+
+void apply(const CLI::ConfigItem& item, Configuration& configuration) {
+  const std::string value = item.inputs.empty() ? "" : item.inputs.front();
+  if (item.name == "--") return;  // the parser's mark of a section's end
+  if (item.name == "++") {        // and of its start
+    board_called(configuration.boards, joined(item.parents));
+  } else if (!item.parents.empty()) {
+    apply(configuration.file, item.name, value,
+          board_called(configuration.boards, joined(item.parents)));
+  } else if (item.name == "default") {
+    configuration.default_board = value;
+  } else {
+    refuse(configuration.file, "\"" + item.name +
+                                   "\" stands in front of the first [BOARD]; only "
+                                   "default = BOARD may stand there");
+  }
+}
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr ? value : "";
+}
+
+Board board_named(const std::string& name, const Configuration& configuration) {
+  const auto found = std::ranges::find(configuration.boards, name, &Board::name);
+  if (found != configuration.boards.end()) return *found;
+  std::vector<std::string_view> known;
+  for (const Board& board : configuration.boards)
+    known.emplace_back(board.name);
+  std::string help = "none is listed there";
+  if (!known.empty()) {
+    const auto near = pqclient::nearest_names(name, known);
+    help = near.empty() ? "pqctl boards lists them" : "nearest: " + std::string(near.front());
+  }
+  throw Error(ErrorKind::kInput,
+              "there is no board \"" + name + "\" in " + configuration.file + ": " + help);
+}
+
+Board board_at(const std::string& text) {
+  return {.name = "",
+          .address = pqclient::parse_address(text),
+          .timeout_seconds = {},
+          .is_read_only = false};
+}
+
+Board first_choice(const Options& options, const Configuration& configuration) {
+  if (!options.host.empty()) return board_at(options.host);
+  if (!options.board.empty()) return board_named(options.board, configuration);
+  if (const std::string host = environment("PQCTL_HOST"); !host.empty()) return board_at(host);
+  if (const std::string name = environment("PQCTL_BOARD"); !name.empty()) {
+    return board_named(name, configuration);
+  }
+  if (options.port || configuration.default_board.empty()) return {};
+  return board_named(configuration.default_board, configuration);
+}
+
+}  // namespace
+
+std::string Board::text() const {
+  return name.empty() ? address.text() : name + " (" + address.text() + ")";
+}
+
+Configuration read_configuration() {
+  Configuration configuration;
+  const auto folder = configuration_folder();
+  configuration.file = folder / "boards.ini";
+  std::ifstream file(configuration.file);
+  if (!file.is_open()) {
+    if (folder.empty() || errno == ENOENT || errno == ENOTDIR) return configuration;
+    throw Error(ErrorKind::kFile, "cannot read " + configuration.file + ": " +
+                                      std::generic_category().message(errno));
+  }
+  try {
+    for (const CLI::ConfigItem& item : CLI::ConfigINI().from_config(file))
+      apply(item, configuration);
+  } catch (const CLI::Error& error) {
+    refuse(configuration.file, error.what());
+  }
+  return configuration;
+}
+
+Board choose_board(const Options& options, const Configuration& configuration) {
+  Board board = first_choice(options, configuration);
+  if (options.port) board.address.port = *options.port;
+  const auto listed = std::ranges::find(configuration.boards, board.address, &Board::address);
+  if (board.name.empty() && listed != configuration.boards.end()) board = *listed;
+  return board;
+}

@@ -1,0 +1,21 @@
+// Options that go with every command.
+#ifndef PQCTL_OPTIONS_H_
+#define PQCTL_OPTIONS_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+enum class ColorUse { kAuto, kAlways, kNever };
+
+struct Options {
+  std::string host;                       // as given: HOST or HOST:PORT; empty: not given
+  std::optional<std::uint16_t> port;      // over the one in `host`
+  std::string board;                      // a name in the configuration file; empty: not given
+  std::optional<double> timeout_seconds;  // in place of every default time-out
+  bool json = false;                      // JSON on standard output, and nothing else there
+  bool quiet = false;                     // no notes and no progress on standard error
+  ColorUse color = ColorUse::kAuto;
+};
+
+#endif  // PQCTL_OPTIONS_H_
