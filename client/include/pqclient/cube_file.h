@@ -1,0 +1,36 @@
+// Look-up tables in .cube files, as published by Adobe in version 1.0: a line of points for each
+// channel or a cube of colours.
+// No I/O here; any thread may call.
+#ifndef PQCLIENT_CUBE_FILE_H_
+#define PQCLIENT_CUBE_FILE_H_
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pqclient {
+
+// Red, green, blue; 1 is full scale.
+using LinearColour = std::array<double, 3>;
+
+struct Cube {
+  std::string title;
+  int dimensions = 3;  // 3: size x size x size colours; 1: size points for each channel
+  int size = 0;        // 2 to 256, of one dimension to 65536
+  LinearColour domain_low = {0, 0, 0};
+  LinearColour domain_high = {1, 1, 1};
+  std::vector<LinearColour> points;  // red varies fastest, blue slowest
+
+  // What the table makes of a colour, between its points in straight lines; a colour outside the
+  // domain counts as the nearest one inside.
+  [[nodiscard]] LinearColour apply(const LinearColour& colour) const;
+};
+
+// Throws Error kInput that names the line.
+Cube parse_cube(std::string_view text);
+
+}  // namespace pqclient
+
+#endif  // PQCLIENT_CUBE_FILE_H_
