@@ -82,8 +82,8 @@ std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine&
   app.fallthrough();  // global options may stand behind the subcommand, too
   add_global_options(app, line.options);
   const Grammar grammar{.app = app, .chosen = line.command};
-  for (const auto add : {add_list, add_get, add_set, add_patch, add_pattern, add_pattern_mode,
-                         add_dump, add_boards}) {
+  for (const auto add : {add_list, add_get, add_show, add_plot, add_watch, add_set, add_gamma,
+                         add_patch, add_pattern, add_pattern_mode, add_dump, add_boards}) {
     add(grammar);
   }
   try {

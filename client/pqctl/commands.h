@@ -40,7 +40,11 @@ CLI::App& add_command(const Grammar& grammar, const CommandHelp& help, Command r
 // In the order of the help.
 void add_list(const Grammar& grammar);
 void add_get(const Grammar& grammar);
+void add_show(const Grammar& grammar);
+void add_plot(const Grammar& grammar);
+void add_watch(const Grammar& grammar);
 void add_set(const Grammar& grammar);
+void add_gamma(const Grammar& grammar);
 void add_patch(const Grammar& grammar);
 void add_pattern(const Grammar& grammar);
 void add_pattern_mode(const Grammar& grammar);

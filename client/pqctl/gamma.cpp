@@ -1,0 +1,220 @@
+#include "pqclient/gamma_curve.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "charts.h"
+#include "commands.h"
+#include "files.h"
+#include "plot/terminal.h"
+#include "pqclient/change.h"
+#include "pqclient/error.h"
+#include "pqclient/target.h"
+#include "report_change.h"
+#include "terminal_size.h"
+
+namespace {
+
+using pqclient::Error;
+using pqclient::ErrorKind;
+using pqclient::GammaCurves;
+using pqclient::GammaTables;
+using pqclient::JsonPtr;
+using pqclient::Target;
+
+constexpr std::array<const char*, 3> kTables = {"gammaTab_R", "gammaTab_G", "gammaTab_B"};
+constexpr std::array<const char*, 3> kGains = {"cscRGain", "cscGGain", "cscBGain"};
+constexpr int kUnityGain = 256;
+
+struct Arguments {
+  std::optional<double> power;
+  bool srgb = false;
+  bool reset = false;
+  std::string points;
+  std::string file;
+  std::optional<double> full_scale;
+  std::vector<double> gains;  // none, or of red, green and blue
+  bool as_given = false;
+  bool dry_run = false;
+};
+
+GammaCurves same_for_all(const pqclient::GammaCurve& curve) {
+  return {curve, curve, curve};
+}
+
+GammaCurves curves_in_file(const Arguments& arguments) {
+  const std::string text = read_input(arguments.file);
+  const bool is_cube = arguments.file.ends_with(".cube") || text.find("LUT_") != std::string::npos;
+  if (is_cube) return pqclient::gamma_of_cube(pqclient::parse_cube(text));
+  return pqclient::parse_gamma_csv(text, arguments.full_scale);
+}
+
+void check_choice(const Arguments& arguments) {
+  const int curves = (arguments.power ? 1 : 0) + (arguments.srgb ? 1 : 0) +
+                     (arguments.reset ? 1 : 0) + (arguments.points.empty() ? 0 : 1) +
+                     (arguments.file.empty() ? 0 : 1);
+  if (curves > 1 || (curves == 0 && arguments.gains.empty())) {
+    throw Error(ErrorKind::kInput,
+                "say what to load: one of --power, --srgb, --points, --from and --reset, or --gain "
+                "for the tables that are there");
+  }
+}
+
+// Without a curve of its own, a gain works on what the board has.
+GammaCurves wanted_curves(const Arguments& arguments, const cJSON& stored) {
+  if (arguments.power) return same_for_all(pqclient::power_curve(*arguments.power));
+  if (arguments.srgb) return same_for_all(pqclient::srgb_curve());
+  if (arguments.reset) return same_for_all(pqclient::power_curve(1));
+  if (!arguments.points.empty()) {
+    return same_for_all(pqclient::curve_through(pqclient::parse_control_points(arguments.points)));
+  }
+  if (!arguments.file.empty()) return curves_in_file(arguments);
+  return pqclient::gamma_of_section(stored);
+}
+
+void multiply(GammaCurves& curves, const std::vector<double>& gains) {
+  for (std::size_t channel = 0; channel < gains.size(); ++channel) {
+    for (double& value : curves.at(channel))
+      value *= gains[channel];
+  }
+}
+
+// Says what was done to the curves, and what makes one doubt that they are meant so.
+GammaTables make_tables(const Session& session, const GammaCurves& curves, bool as_given) {
+  GammaTables tables = pqclient::quantize(curves, as_given);
+  if (tables.clipped > 0 && as_given) {
+    throw Error(ErrorKind::kInput, std::to_string(tables.clipped) +
+                                       " entries are below 0 or above full scale; without "
+                                       "--as-given they are clipped");
+  }
+  if (tables.clipped > 0) {
+    session.note(std::to_string(tables.clipped) + " entries clipped to 0..65535");
+  }
+  if (tables.raised > 0) {
+    session.note(
+        std::to_string(tables.raised) +
+        " entries raised to the one before, so that no table falls; --as-given keeps them");
+  }
+  int largest = 0;
+  for (const auto& table : tables.entries)
+    largest = std::max<int>(largest, std::ranges::max(table));
+  constexpr int kTenBits = 1023;
+  if (largest <= 4 * kTenBits) {
+    session.note(
+        "the largest entry is " + std::to_string(largest) +
+        " of 65535: the picture gets nearly black. Codes of 10 bits need --full-scale 1023");
+  }
+  return tables;
+}
+
+JsonPtr section_with(const cJSON& stored, const GammaTables& tables) {
+  JsonPtr section = pqclient::copy_json(stored);
+  for (std::size_t channel = 0; channel < kTables.size(); ++channel) {
+    JsonPtr table(cJSON_CreateArray());
+    for (const std::uint16_t entry : tables.entries.at(channel))
+      add_element(*table, JsonPtr(cJSON_CreateNumber(entry)));
+    cJSON_ReplaceItemInObjectCaseSensitive(section.get(), kTables.at(channel), table.release());
+  }
+  return section;
+}
+
+bool has_gains(const cJSON& csc) {
+  return std::ranges::any_of(kGains, [&](const char* name) {
+    const cJSON* gain = pqclient::last_member(csc, name);
+    return gain != nullptr && gain->valuedouble != kUnityGain;
+  });
+}
+
+// A write to gamma loads the tables as they are; the gains of csc come back with a write to csc,
+// even one that changes nothing.
+void bring_gains_back(Session& session) {
+  const Target target = pqclient::parse_target("csc");
+  const JsonPtr csc = session.read_section(target);
+  if (!has_gains(*csc)) return;
+  pqclient::store(session.client(), target, *csc);
+  session.note("csc written again as it was, which brings its gains back onto the tables");
+}
+
+void print_plot(const Session& session, const cJSON& section) {
+  const plot::Chart chart = gamma_chart(section, "would be stored, nothing sent");
+  std::cout << plot::draw_in_terminal(chart, terminal_size(), session.palette().is_on());
+}
+
+void set_gamma(Session& session, const Arguments& arguments) {
+  check_choice(arguments);
+  if (!arguments.dry_run) session.require_writable();
+  const Target target = pqclient::parse_target("gamma");
+  const JsonPtr before = session.read_section(target);
+  GammaCurves curves = wanted_curves(arguments, *before);
+  multiply(curves, arguments.gains);
+  const GammaTables tables = make_tables(session, curves, arguments.as_given);
+  const JsonPtr asked = section_with(*before, tables);
+  if (arguments.dry_run) {
+    print_plot(session, *asked);
+    return;
+  }
+  const pqclient::Answer after = pqclient::store(session.client(), target, *asked);
+  ChangeReport report(session.options().json);
+  report.add(target.text(), before.get(), *asked, after.value);
+  report.print(std::cout);
+  report.throw_unless_stored();
+  bring_gains_back(session);
+}
+
+}  // namespace
+
+void add_gamma(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "gamma",
+       .group = kChange,
+       .about = "Load gamma tables: a formula, control points, a file, gains",
+       .more =
+           R"(All three tables are written. What leaves 0..65535 is clipped, and no entry is lower than the one
+before; both are said. The gains of csc are applied on top, as always.
+
+A .csv file has rows of one value, of red, green and blue, or of the input and either. Up to 1 they
+are parts of full scale, else codes of 16 bits. Rows other than the table's 1024 are control points,
+with a smooth curve through them. Of a .cube file the greys are taken.
+
+Examples:
+  pqctl gamma --power 2.2
+  pqctl gamma --srgb --gain 1 0.98 0.93
+  pqctl gamma --points 0:0,0.25:0.1,0.75:0.8,1:1 --dry-run
+  pqctl gamma --from panel.csv --full-scale 1023
+  pqctl gamma --reset
+)"},
+      [arguments](Session& session) { set_gamma(session, *arguments); });
+  constexpr const char* kCurve = "The curve, one of these (without: as the board has it)";
+  const std::array curves = {
+      command.add_option("--power", arguments->power, "input ^ P: 1 is straight, above 1 darker")
+          ->option_text("P"),
+      command.add_flag("--srgb", arguments->srgb, "sRGB's curve from code to light"),
+      command
+          .add_option("--points", arguments->points,
+                      "Control points in 0 to 1, with a smooth curve through them")
+          ->option_text("IN:OUT,..."),
+      command.add_option("--from", arguments->file, "A .csv or .cube file; - is standard input")
+          ->option_text("FILE"),
+      command.add_flag("--reset", arguments->reset, "Straight lines"),
+  };
+  for (CLI::Option* curve : curves)
+    curve->group(kCurve);
+  command.add_option("--gain", arguments->gains, "Multiply the tables; 1 leaves them as they are")
+      ->expected(3)
+      ->check(CLI::Range(0.0, 100.0))
+      ->option_text("R G B");
+  command.add_option("--full-scale", arguments->full_scale, "Of a .csv file: the value for 65535")
+      ->check(CLI::PositiveNumber)
+      ->option_text("N");
+  command.add_flag("--as-given", arguments->as_given,
+                   "Keep entries that fall, refuse what would be clipped");
+  command.add_flag("--dry-run", arguments->dry_run, "Send nothing, plot what would be stored");
+}

@@ -1,0 +1,142 @@
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "charts.h"
+#include "commands.h"
+#include "files.h"
+#include "plot/drawing.h"
+#include "plot/terminal.h"
+#include "pqclient/error.h"
+#include "pqclient/target.h"
+#include "terminal_size.h"
+
+namespace {
+
+using pqclient::Error;
+using pqclient::ErrorKind;
+using pqclient::Target;
+
+struct Arguments {
+  std::string what;
+  std::string cube_file;
+  std::string output;
+  int width = 0;  // 0: what suits the chart
+  int height = 0;
+};
+
+[[noreturn]] void refuse(const std::string& what) {
+  throw Error(ErrorKind::kInput,
+              what +
+                  " holds no curve: plot gamma, dci, acm, one of their tables, a scene such as "
+                  "ai/dci/nature-sky, or lut FILE");
+}
+
+plot::Chart section_chart(const cJSON& value, const Target& target, const std::string& title) {
+  const std::string_view name = target.section->name;
+  if (name == "gamma") return gamma_chart(value, title);
+  if (name == "dci") return dci_chart(value, title);
+  if (name == "acm") return acm_chart(value, title);
+  refuse(target.text());
+}
+
+plot::Chart board_chart(Session& session, const std::string& what) {
+  const Target target = pqclient::parse_target(what);
+  const bool is_of_a_scene = target.document == pqclient::Document::kAipq;
+  if ((target.member != nullptr && !target.member->is_table()) || target.index ||
+      (is_of_a_scene && !target.scene)) {
+    refuse(target.text());
+  }
+  const pqclient::JsonPtr section = session.read_section(target);
+  const cJSON* value = target.find_in(*section);
+  if (value == nullptr) {
+    throw Error(ErrorKind::kBadAnswer, "the answer holds no " + target.text());
+  }
+  const std::string title = target.text() + " of " + session.board().text();
+  return target.member != nullptr ? table_chart(*value, *target.member, title)
+                                  : section_chart(*value, target, title);
+}
+
+plot::Chart cube_chart(const std::string& file) {
+  if (file.empty()) {
+    throw Error(ErrorKind::kInput,
+                "the board does not hand out its 3D table: fetch the file that it has written, for "
+                "example with adb pull /data/lut_0.cube, then pqctl plot lut lut_0.cube");
+  }
+  const pqclient::Cube cube = pqclient::parse_cube(read_input(file));
+  return lut_chart(cube, cube.title.empty() ? file : file + ": " + cube.title);
+}
+
+plot::FileFormat format_of(const std::string& file) {
+  if (file.ends_with(".png")) return plot::FileFormat::kPng;
+  if (file.ends_with(".svg")) return plot::FileFormat::kSvg;
+  throw Error(ErrorKind::kInput,
+              "cannot tell what to draw from the name " + file + ": end it with .png or .svg");
+}
+
+void draw(const plot::Chart& chart, const Arguments& arguments) {
+  constexpr int kWidth = 960;
+  constexpr int kOnePanelHeight = 600;
+  constexpr int kRowHeight = 320;
+  const int rows =
+      (static_cast<int>(chart.panels.size()) + chart.panels_across - 1) / chart.panels_across;
+  const plot::DrawingSize size = {arguments.width > 0 ? arguments.width : kWidth,
+                                  arguments.height > 0 ? arguments.height
+                                  : rows == 1          ? kOnePanelHeight
+                                                       : rows * kRowHeight};
+  try {
+    const auto file = plot::draw_file(chart, format_of(arguments.output), size);
+    write_output(arguments.output, {reinterpret_cast<const char*>(file.data()), file.size()});
+  } catch (const plot::DrawingError& error) {
+    throw Error(ErrorKind::kFile, "cannot draw " + arguments.output + ": " + error.what());
+  }
+}
+
+void plot_chart(Session& session, const Arguments& arguments) {
+  if (!arguments.output.empty()) format_of(arguments.output);  // before the board is asked
+  const plot::Chart chart = arguments.what == "lut" ? cube_chart(arguments.cube_file)
+                                                    : board_chart(session, arguments.what);
+  if (arguments.output.empty()) {
+    std::cout << plot::draw_in_terminal(chart, terminal_size(), session.palette().is_on());
+  } else {
+    draw(chart, arguments);
+  }
+}
+
+}  // namespace
+
+void add_plot(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "plot",
+       .group = kSee,
+       .about = "Draw curves and tables, in the terminal or as a PNG or SVG file",
+       .more =
+           R"(The dashed line is what would change nothing. In the terminal, the curves of a plot are told
+apart by colour; without colours each has a plot of its own.
+
+Examples:
+  pqctl plot gamma
+  pqctl plot acm -o acm.png
+  pqctl plot ai/dci/nature-sky -o sky.svg
+  adb pull /data/lut_0.cube; pqctl plot lut lut_0.cube
+)"},
+      [arguments](Session& session) { plot_chart(session, *arguments); });
+  command
+      .add_option("what", arguments->what,
+                  "gamma, dci, acm, one of their tables, a scene (ai/dci/SCENE), or lut")
+      ->option_text("WHAT")
+      ->required();
+  command.add_option("file", arguments->cube_file, "With lut: the .cube file; - is standard input")
+      ->option_text("FILE");
+  command.add_option("-o,--output", arguments->output, "File to draw, by its ending .png or .svg")
+      ->option_text("FILE");
+  command.add_option("--width", arguments->width, "Pixels of the file")
+      ->check(CLI::Range(200, 10000))
+      ->option_text("N");
+  command.add_option("--height", arguments->height, "Pixels of the file")
+      ->check(CLI::Range(150, 10000))
+      ->option_text("N");
+}

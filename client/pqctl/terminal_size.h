@@ -1,0 +1,17 @@
+// How much room there is for text.
+#ifndef PQCTL_TERMINAL_SIZE_H_
+#define PQCTL_TERMINAL_SIZE_H_
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include "plot/terminal.h"
+
+// That of the terminal at standard output, and what is usual when there is none.
+inline plot::TerminalSize terminal_size() {
+  winsize size{};
+  if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return {};
+  return {.columns = size.ws_col, .rows = size.ws_row};
+}
+
+#endif  // PQCTL_TERMINAL_SIZE_H_

@@ -1,0 +1,139 @@
+#include <CLI/CLI.hpp>
+#include <array>
+#include <chrono>
+#include <ctime>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+#include "interrupt.h"
+#include "pqclient/change.h"
+#include "pqclient/error.h"
+#include "pqclient/target.h"
+
+namespace {
+
+using pqclient::ChangedValue;
+using pqclient::JsonPtr;
+using pqclient::Target;
+
+struct Arguments {
+  std::vector<std::string> places;
+  double interval_seconds = 2;
+};
+
+struct Watched {
+  Target target;
+  JsonPtr last;  // the value at the place; null before the first look and when it is not there
+};
+
+constexpr std::size_t kShownChanges = 12;
+
+std::string clock_text() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  std::array<char, 16> text{};
+  return {text.data(), std::strftime(text.data(), text.size(), "%H:%M:%S", &local)};
+}
+
+std::string value_text(const cJSON* value) {
+  return value != nullptr ? pqclient::print_json(*value) : "nothing";
+}
+
+void print_change(const Session& session, const ChangedValue& change) {
+  if (session.options().json) {
+    // Paths and times need no escaping.
+    std::cout << R"({"time":")" << clock_text() << R"(","path":")" << change.path << R"(","old":)"
+              << (change.before != nullptr ? pqclient::print_json(*change.before) : "null")
+              << R"(,"new":)" << pqclient::print_json(*change.asked) << "}\n";
+  } else {
+    std::cout << clock_text() << "  " << change.path << "  " << value_text(change.before) << " -> "
+              << session.palette().bold(value_text(change.asked)) << '\n';
+  }
+}
+
+void print_changes(const Session& session, const Watched& watched, const cJSON& now) {
+  const auto changes =
+      pqclient::compare_change(watched.target.text(), watched.last.get(), now, &now);
+  const std::size_t shown = session.options().json ? changes.size() : kShownChanges;
+  for (std::size_t i = 0; i < changes.size() && i < shown; ++i)
+    print_change(session, changes[i]);
+  if (changes.size() > shown) {
+    std::cout << "          and " << changes.size() - shown << " more in " << watched.target.text()
+              << '\n';
+  }
+}
+
+JsonPtr look_at(Session& session, const Target& target) {
+  const JsonPtr section = session.read_section(target);
+  const cJSON* value = target.find_in(*section);
+  return value != nullptr ? pqclient::copy_json(*value) : nullptr;
+}
+
+void look_again(Session& session, Watched& watched) {
+  JsonPtr now = look_at(session, watched.target);
+  if (now != nullptr && watched.last != nullptr) print_changes(session, watched, *now);
+  watched.last = std::move(now);
+}
+
+// A server that is started anew, or a cable that is pulled: it is worth waiting for.
+bool is_passing(const pqclient::Error& error) {
+  using pqclient::ErrorKind;
+  return error.kind() == ErrorKind::kConnect || error.kind() == ErrorKind::kTimeout ||
+         error.kind() == ErrorKind::kConnectionLost;
+}
+
+void watch(Session& session, const Arguments& arguments) {
+  std::vector<Watched> all;
+  for (const std::string& place : arguments.places)
+    all.push_back({pqclient::parse_target(place), nullptr});
+  for (Watched& watched : all)
+    watched.last = look_at(session, watched.target);
+  session.note("watching, Ctrl-C ends");
+
+  const std::chrono::milliseconds interval(static_cast<int>(arguments.interval_seconds * 1000));
+  InterruptGuard guard;
+  bool is_away = false;
+  while (guard.wait(interval) != InterruptGuard::End::kInterrupt) {
+    try {
+      for (Watched& watched : all)
+        look_again(session, watched);
+      if (is_away) session.note("the board answers again");
+      is_away = false;
+    } catch (const pqclient::Error& error) {
+      if (!is_passing(error)) throw;
+      if (!is_away) session.note(std::string("trying on: ") + error.what());
+      is_away = true;
+    }
+    std::cout.flush();
+  }
+}
+
+}  // namespace
+
+void add_watch(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "watch",
+       .group = kSee,
+       .about = "Print what changes, for as long as it runs",
+       .more =
+           R"(Sees what anybody changes, within the interval. Ends with status 0 on Ctrl-C, waits for a board
+that goes away for a while. With --json each change is one line.
+
+Examples:
+  pqctl watch csc
+  pqctl watch csc/cscMode dci/dciEnable --interval 0.5
+)"},
+      [arguments](Session& session) { watch(session, *arguments); });
+  command.add_option("places", arguments->places, "Sections or members")
+      ->option_text("PLACE...")
+      ->required();
+  command.add_option("--interval", arguments->interval_seconds, "Seconds between looks (2)")
+      ->check(CLI::Range(0.1, 3600.0))
+      ->option_text("S");
+}
