@@ -177,12 +177,19 @@ std::vector<std::string> Board::calls() const {
   return lines;
 }
 
+std::vector<fs::path> Board::companions() const {
+  auto programs = companion_programs();
+  programs.insert(programs.end(), options_.companions.begin(), options_.companions.end());
+  return programs;
+}
+
 std::vector<std::string> Board::command() const {
   const std::string init = program_folder() / "board_init";
   if (isolation_ == Isolation::kPreload) return {init};
   std::vector<fs::path> visible{build_folder(), options_.daemon};
   visible.insert(visible.end(), options_.libraries.begin(), options_.libraries.end());
-  visible.insert(visible.end(), options_.companions.begin(), options_.companions.end());
+  const auto beside = companions();
+  visible.insert(visible.end(), beside.begin(), beside.end());
   auto command = private_root_command(state_.mounts(), visible);
   command.push_back(init);
   return command;
@@ -194,9 +201,7 @@ std::vector<std::string> Board::init_arguments() const {
     arguments.emplace_back("--set");
     arguments.emplace_back(name).append("=").append(value);
   }
-  auto companions = companion_programs();
-  companions.insert(companions.end(), options_.companions.begin(), options_.companions.end());
-  for (const auto& program : companions) {
+  for (const auto& program : companions()) {
     arguments.insert(arguments.end(), {"--companion", program});
   }
   arguments.insert(arguments.end(), {"--", options_.daemon});

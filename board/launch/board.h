@@ -104,6 +104,7 @@ class Board {
   const std::filesystem::path& state() const { return state_.path(); }
 
  private:
+  std::vector<std::filesystem::path> companions() const;
   std::vector<std::string> command() const;
   std::vector<std::string> init_arguments() const;
   std::map<std::string, std::string> daemon_environment() const;

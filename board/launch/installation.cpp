@@ -13,6 +13,7 @@ constexpr std::string_view kCompanions[] = {"display_service"};
 constexpr std::string_view kPreloadLibraries[] = {"libdrmdevice.so"};
 
 const fs::path kBuildFolder = BOARD_BUILD_FOLDER;
+const fs::path kCompanionFolder = BOARD_COMPANION_FOLDER;
 const fs::path kBoardsFolder = BOARD_BOARDS_FOLDER;
 
 }  // namespace
@@ -51,7 +52,7 @@ fs::path engine_folder(Engine engine) {
 std::vector<fs::path> companion_programs() {
   std::vector<fs::path> programs;
   for (const auto name : kCompanions) {
-    if (fs::exists(program_folder() / name)) programs.push_back(program_folder() / name);
+    if (fs::exists(kCompanionFolder / name)) programs.push_back(kCompanionFolder / name);
   }
   return programs;
 }

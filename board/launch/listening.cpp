@@ -1,32 +1,55 @@
 #include "launch/listening.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace board {
 namespace {
 
-// proc(5): "sl local_address rem_address st ...", addresses as hexadecimal ADDRESS:PORT.
+// proc(5): "sl local_address rem_address st tx_queue:rx_queue ...", addresses as ADDRESS:PORT, all
+// numbers hexadecimal.
 constexpr const char* kSockets = "/proc/self/net/tcp";
-constexpr const char* kListenState = "0A";
+
+struct Socket {
+  std::string state;
+  unsigned long unread;
+};
+
+constexpr const char* kEstablished = "01";
+constexpr const char* kListening = "0A";
+
+unsigned long after_colon(const std::string& text) {
+  const size_t colon = text.rfind(':');
+  return colon == std::string::npos ? 0 : std::strtoul(text.c_str() + colon + 1, nullptr, 16);
+}
+
+std::vector<Socket> sockets_on(uint16_t port) {
+  std::vector<Socket> sockets;
+  std::ifstream list(kSockets);
+  for (std::string line; std::getline(list, line);) {
+    std::istringstream words(line);
+    std::string number, local, remote, state, queues;
+    words >> number >> local >> remote >> state >> queues;
+    if (after_colon(local) == port) sockets.push_back({state, after_colon(queues)});
+  }
+  return sockets;
+}
 
 }  // namespace
 
 bool listening(uint16_t port) {
-  std::ifstream sockets(kSockets);
-  for (std::string line; std::getline(sockets, line);) {
-    std::istringstream words(line);
-    std::string number, local, remote, state;
-    words >> number >> local >> remote >> state;
-    const size_t colon = local.rfind(':');
-    if (state == kListenState && colon != std::string::npos &&
-        std::strtoul(local.c_str() + colon + 1, nullptr, 16) == port) {
-      return true;
-    }
-  }
-  return false;
+  return std::ranges::any_of(sockets_on(port),
+                             [](const Socket& socket) { return socket.state == kListening; });
+}
+
+bool holds_unread_bytes(uint16_t port) {
+  return std::ranges::any_of(sockets_on(port), [](const Socket& socket) {
+    return socket.state == kEstablished && socket.unread > 0;
+  });
 }
 
 }  // namespace board

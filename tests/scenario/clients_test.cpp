@@ -45,18 +45,14 @@ TEST_F(Clients, TwoThatQueryAtTheSameTimeGetWholeAnswers) {
   const auto end = Clock::now() + kQueryTime;
   const auto query = [&](const char* pq_section, const char* ai_table) {
     pqclient::TuningClient tool = client();
-    int answers = 0;
-    for (; Clock::now() < end; ++answers) {
+    for (int answers = 0; Clock::now() < end || answers < 6; ++answers) {
       EXPECT_TRUE(cJSON_IsObject(tool.query_pq(pq_section).value));
       EXPECT_EQ(cJSON_GetArraySize(tool.query_aipq(ai_table).value), 12);
     }
-    return answers;
   };
-  int first = 0;
-  std::thread other([&] { first = query("/gamma", "/dci"); });
-  const int second = query("/acm", "/acm");
+  std::thread other([&] { query("/gamma", "/dci"); });
+  query("/acm", "/acm");
   other.join();
-  EXPECT_GT(std::min(first, second), 5);
 }
 
 }  // namespace

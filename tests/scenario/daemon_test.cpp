@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "launch/listening.h"
 #include "pqclient/error.h"
 
 namespace scenario {
@@ -101,7 +102,8 @@ void DaemonTest::change(const std::string& operation, uint32_t command) {
   auto connection = connect();
   const std::string text = "[" + operation + "]";
   send(connection, header(command, static_cast<uint32_t>(text.size())) + text + "0000");
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  while (board::holds_unread_bytes(board::kDaemonPort))
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   const std::string query = R"([{"path":"/csc"}])";
   send(connection, header(1, static_cast<uint32_t>(query.size())) + query + "0000");
   EXPECT_NE(receive(connection, 1, std::chrono::seconds(20)), "") << "no answer after " << text;
