@@ -1,0 +1,54 @@
+#include "bench/floors.h"
+
+#include <cjson/cJSON_Utils.h>
+
+#include "bench/board_platform.h"
+
+namespace bench {
+namespace {
+
+pq::JsonPtr read(const char* document) {
+  const pq::TextPtr text(j2s_read_file(document, nullptr));
+  return pq::JsonPtr(cJSON_Parse(text.get()));
+}
+
+cJSON* patched_part(cJSON* document, bool in_parameters) {
+  return in_parameters ? cJSON_GetObjectItemCaseSensitive(document, "pq_tuning_param") : document;
+}
+
+// In place. The patch library would move a member to the end of its object, where the daemon's
+// documents do not have it.
+void replace(cJSON* document, cJSON* operation) {
+  const std::string path = cJSON_GetStringValue(cJSON_GetObjectItem(operation, "path"));
+  const size_t slash = path.rfind('/');
+  const std::string name = path.substr(slash + 1);
+  cJSON* parent = cJSONUtils_GetPointer(document, path.substr(0, slash).c_str());
+  cJSON* value = cJSON_DetachItemFromObject(operation, "value");
+  if (cJSON_IsArray(parent)) {
+    cJSON_ReplaceItemInArray(parent, std::stoi(name), value);
+  } else {
+    cJSON_ReplaceItemInObjectCaseSensitive(parent, name.c_str(), value);
+  }
+}
+
+}  // namespace
+
+pq::TextPtr floor_of_query(const char* document, const std::string& request, const char* section,
+                           bool in_parameters) {
+  const pq::JsonPtr operation(cJSON_ParseWithLength(request.data() + 1, request.size() - 2));
+  cJSON_ReplaceItemInObject(operation.get(), "platform", cJSON_CreateNumber(kPlatformNumber));
+  const pq::JsonPtr tree = read(document);
+  cJSON* values =
+      cJSON_DetachItemFromObjectCaseSensitive(patched_part(tree.get(), in_parameters), section);
+  cJSON_AddItemToObject(operation.get(), "value", values);
+  return pq::TextPtr(cJSON_Print(operation.get()));
+}
+
+pq::TextPtr floor_of_change(const char* document, const std::string& request, bool in_parameters) {
+  const pq::JsonPtr operation(cJSON_ParseWithLength(request.data() + 1, request.size() - 2));
+  const pq::JsonPtr tree = read(document);
+  replace(patched_part(tree.get(), in_parameters), operation.get());
+  return pq::TextPtr(cJSON_Print(tree.get()));
+}
+
+}  // namespace bench

@@ -1,0 +1,31 @@
+// What is measured: each operation of the daemon beside its floor.
+#ifndef BENCH_OPERATIONS_H_
+#define BENCH_OPERATIONS_H_
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "bench/documents.h"
+
+namespace bench {
+
+// One way to do a thing. `run` does it and keeps its result; it can be repeated.
+struct Way {
+  std::function<void()> run;
+  std::function<std::string()> result;  // of the last run
+};
+
+struct Operation {
+  std::string name;
+  std::function<void()> prepare;  // puts documents, cache and environment in place
+  Way ours;
+  Way floor;
+};
+
+// All operations, on documents of these texts.
+std::vector<Operation> make_operations(const Documents& documents);
+
+}  // namespace bench
+
+#endif  // BENCH_OPERATIONS_H_
