@@ -101,7 +101,9 @@ char* j2s_read_file(const char* path, size_t* size) {
 
 int j2s_save_file(const char* path, const char* text) {
   if (path == nullptr || text == nullptr) return -1;
-  const j2s::Descriptor file(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  // Without waiting for a reader, should there be a pipe.
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC;
+  const j2s::Descriptor file(open(path, kFlags, 0666));
   if (!file.valid()) return -1;
   const size_t length = std::strlen(text);
   (void)lseek(file.get(), 0, SEEK_SET);

@@ -88,10 +88,11 @@ void sync_folder(const std::string& folder) {
 }
 
 bool write_side_file(const std::string& path, std::string_view text) {
+  // Neither through a link, nor waiting for a reader of a pipe.
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
   constexpr mode_t kMode = 0600;
   const std::string folder = folder_of(path);  // now: memory may run out as long as nothing is done
-  const UniqueFd fd(
-      open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, kMode));
+  const UniqueFd fd(open(path.c_str(), kFlags, kMode));
   if (!fd.valid() || !write_all(fd.get(), text) || fsync(fd.get()) != 0) {
     kProtocolLog.error()("cannot write %s: %s; the document stays as it was", path.c_str(),
                          std::strerror(errno));
