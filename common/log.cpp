@@ -21,7 +21,7 @@ class KeepErrno {
   int saved_ = errno;
 };
 
-LogText format_text(const char* format, va_list arguments) {
+[[gnu::format(printf, 1, 0)]] LogText format_text(const char* format, va_list arguments) {
   LogText text;
   text[0] = '\0';
   std::vsnprintf(text.data(), text.size(), format, arguments);
