@@ -1,0 +1,39 @@
+// The text form of inputs: lines, so that seeds and findings can be read and written by hand, and
+// so that a mutation that moves a line break is a useful one.
+//
+// The first line of most targets sets the board, by the low bits of its characters ('@' is zero):
+//   first    +1 silent log, +2 programs don't start, +4 properties can't be set,
+//            +8 unknown platform, +16 sends are taken in pieces
+//   second   the number of the display call that fails
+#ifndef FUZZ_SUPPORT_INPUT_H_
+#define FUZZ_SUPPORT_INPUT_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace fuzz {
+
+class Input {
+ public:
+  Input(const uint8_t* data, size_t size) : rest_(reinterpret_cast<const char*>(data), size) {}
+
+  bool at_end() const { return rest_.empty(); }
+
+  // The next line, without its end.
+  std::string_view line();
+
+  // All that is left.
+  std::string_view rest() const { return rest_; }
+
+ private:
+  std::string_view rest_;
+};
+
+// Puts a fresh platform in place, as the input's first line says, and chooses the tables: one input
+// in 1,024 gets the full ones.
+void start_board(Input& input);
+
+}  // namespace fuzz
+
+#endif  // FUZZ_SUPPORT_INPUT_H_

@@ -1,0 +1,9 @@
+// Changes and queries of the AIPQ document.
+#include "fuzz/support/requests.h"
+#include "qxaiq/document_file.h"
+#include "qxaiq/pq_service.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::run_requests(data, size, {pq::kAipqDocument, updateAIPQ, getAIPQ});
+  return 0;
+}

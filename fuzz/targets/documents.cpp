@@ -1,0 +1,117 @@
+// What may lie in the documents' folder at a start. Lines after the first:
+//
+//   what there is: a character each for the PQ document, its side file and the AIPQ document:
+//     f a file, d a folder, p a pipe, l a link to nowhere, else nothing
+//   their contents, a line each
+//   the base-parameter records' bytes, to the end
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <string>
+
+#include "common/owner.h"
+#include "document_creators.h"
+#include "fuzz/platform/platform.h"
+#include "fuzz/support/body.h"
+#include "fuzz/support/check.h"
+#include "fuzz/support/documents.h"
+#include "fuzz/support/input.h"
+#include "qxaiq/command_handlers.h"
+#include "qxaiq/document_file.h"
+#include "qxaiq/pq_service.h"
+
+namespace {
+
+constexpr char kSideFile[] = "/data/vendor/qxalgo/.pq_config.json.saving";
+
+void put(const char* path, char kind, std::string_view content) {
+  std::filesystem::remove_all(path);
+  switch (kind) {
+    case 'f':
+      return fuzz::write_file(path, content);
+    case 'd':
+      return fuzz::require(mkdir(path, 0700) == 0, "a folder is made");
+    case 'p':
+      return fuzz::require(mkfifo(path, 0600) == 0, "a pipe is made");
+    case 'l':
+      return fuzz::require(symlink("/data/nowhere", path) == 0, "a link is made");
+    default:
+      return;
+  }
+}
+
+bool exists(const char* path) {
+  return access(path, F_OK) == 0;
+}
+
+// As a text: up to its first zero byte.
+bool readable(const char* path) {
+  return pq::parse_json(fuzz::read_file(path).c_str()) != nullptr;
+}
+
+// As the daemon does before it serves.
+void restore() {
+  const bool was_there = exists(pq::kPqDocument);
+  const bool was_readable = readable(pq::kPqDocument);
+  const bool side_was_readable = readable(kSideFile);
+  const std::string before = fuzz::read_file(pq::kPqDocument);
+  pq::restore_document(pq::kPqDocument);
+  pq::restore_document(pq::kAipqDocument);
+  fuzz::require(exists(pq::kPqDocument) == was_there, "no document is made from a side file");
+  fuzz::require(!was_readable || fuzz::read_file(pq::kPqDocument) == before,
+                "a good document is left alone");
+  const bool was_file = std::filesystem::is_regular_file(pq::kPqDocument);
+  fuzz::require(!was_file || !side_was_readable || readable(pq::kPqDocument),
+                "a good side file replaces a broken document");
+}
+
+void serve() {
+  constexpr std::string_view kQuery = R"([{"path":"/csc","platform":1}])";
+  constexpr std::string_view kAipqQuery = R"([{"path":"/dci"}])";
+  constexpr std::string_view kChange = R"([{"op":"add","path":"/csc/cscHue","value":1}])";
+  const fuzz::Body query(kQuery), aipq_query(kAipqQuery), change(kChange);
+  const pq::TextPtr answer(getPQ(query.bytes(), query.length()));
+  fuzz::require(answer != nullptr, "a section is answered whatever there is");
+  const pq::TextPtr aipq_answer(getAIPQ(aipq_query.bytes(), aipq_query.length()));
+  fuzz::require(aipq_answer != nullptr, "a table is answered whatever there is");
+
+  const std::string before = fuzz::read_file(pq::kPqDocument);
+  if (updatePQ(change.bytes(), change.length()) == 0) {
+    fuzz::require(readable(pq::kPqDocument), "a change leaves a document");
+  } else {
+    fuzz::require(fuzz::read_file(pq::kPqDocument) == before, "a failed change changes nothing");
+  }
+  updateAIPQ(change.bytes(), change.length());
+  CommandData_t packet = {};
+  packet.dat[0] = pq::kEnterPatternMode;
+  pq::switch_pattern_mode(0, packet);
+}
+
+void create() {
+  std::filesystem::remove_all(pq::kPqDocument);
+  std::filesystem::remove_all(kSideFile);
+  getJsonFromBaseparameter(const_cast<char*>(pq::kPqDocument));
+  fuzz::require(readable(pq::kPqDocument), "the store's document can be read");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::Input input(data, size);
+  fuzz::start_board(input);
+  const std::string_view kinds = input.line();
+  const std::array paths = {pq::kPqDocument, static_cast<const char*>(kSideFile),
+                            pq::kAipqDocument};
+  for (size_t i = 0; i < paths.size(); ++i)
+    put(paths[i], i < kinds.size() ? kinds[i] : ' ', input.line());
+  fuzz::platform.records = input.rest();
+  {
+    const fuzz::NoDescriptorLeft check;
+    restore();
+    serve();
+    create();
+  }
+  return 0;
+}

@@ -1,0 +1,99 @@
+// Picture dumps: the path that the display service published, and what is there. Lines:
+//
+//   settings of the board
+//   the path
+//   what is there, by its first character: f a file, s one of 16 TiB, l a link to the secret,
+//     d a folder, p a pipe, else nothing
+//   the file's bytes, to the end
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <string>
+
+#include "fuzz/platform/platform.h"
+#include "fuzz/support/body.h"
+#include "fuzz/support/check.h"
+#include "fuzz/support/documents.h"
+#include "fuzz/support/input.h"
+#include "qxaiq/command_packet.h"
+#include "qxaiq/qxaiq_protocol.h"
+
+namespace {
+
+constexpr char kPathProperty[] = "vendor.tvinput.qxpq.dump.path";
+constexpr char kFolder[] = "/data/vendor/qxalgo/";
+constexpr char kSecret[] = "/data/vendor/qxalgo/secret";
+constexpr int kClient = 7;
+
+// Folders that would let a name lead out of its own.
+void make_traps() {
+  std::filesystem::create_directories(std::string(kFolder) + "pq_dump_in_");
+  std::filesystem::create_directories(std::string(kFolder) + "pq_dump_out_1x1.rgb");
+  fuzz::write_file(kSecret, "secret");
+}
+
+bool can_be_made(const std::string& path) {
+  return path.starts_with(kFolder) && path.find('/', sizeof(kFolder) - 1) == std::string::npos &&
+         path.find('\0') == std::string::npos && path.size() > sizeof(kFolder) &&
+         !std::filesystem::exists(path);
+}
+
+int make(const char* path, char kind, std::string_view content) {
+  constexpr off_t kHuge = off_t{1} << 44;
+  switch (kind) {
+    case 'l':
+      return symlink(kSecret, path);
+    case 'd':
+      return mkdir(path, 0700);
+    case 'p':
+      return mkfifo(path, 0600);
+    case 'f':
+    case 's':
+      fuzz::write_file(path, content);
+      return kind == 's' ? truncate(path, kHuge) : 0;
+    default:
+      return -1;
+  }
+}
+
+void ask_for_dump(char side) {
+  std::string packet(sizeof(CommandData_t), '\0');
+  pq::kRequestMagic.copy(packet.data(), pq::kRequestMagic.size());
+  packet[offsetof(CommandData_t, cmdID)] = pq::kCommandDump;
+  packet[offsetof(CommandData_t, dat)] = side;
+  const fuzz::Body body(packet);
+  QXAiqProtocol::HandlerTCPMessage(kClient, body.bytes(), static_cast<int>(body.length()));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::Input input(data, size);
+  fuzz::start_board(input);
+  const std::string path(input.line().substr(0, 91));
+  const std::string_view kind = input.line();
+  const std::string_view content = input.rest();
+
+  make_traps();
+  const bool made =
+      can_be_made(path) && make(path.c_str(), kind.empty() ? ' ' : kind[0], content) == 0;
+  fuzz::platform.properties[kPathProperty] = path;
+  {
+    const fuzz::NoDescriptorLeft check;
+    ask_for_dump(kind.size() < 2 ? '\x80' : kind[1]);
+  }
+  const std::string& sent = fuzz::platform.sent[kClient];
+  fuzz::require(fuzz::read_file(kSecret) == "secret", "no other file is touched");
+  fuzz::require(sent.empty() || std::string_view(sent).substr(sizeof(DumpReplyHeader)) == content,
+                "what is sent is the dump");
+  if (made) {
+    const bool is_there = std::filesystem::remove(path);
+    fuzz::require(is_there || kind[0] == 'f', "only a file is deleted");
+    fuzz::require(sent.empty() || !is_there, "a dump that was sent is deleted");
+  } else {
+    fuzz::require(sent.empty(), "nothing else is sent");
+  }
+  return 0;
+}

@@ -1,0 +1,85 @@
+// JSON to structure and back, with tables that hold every shape a member can have. Lines: a
+// document, one that is loaded over it, and a question.
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string>
+
+#include "fuzz/support/check.h"
+#include "fuzz/support/input.h"
+#include "tests/j2s/synthetic_tables.h"
+
+namespace {
+
+using j2s_test::Json;
+using j2s_test::own;
+using j2s_test::Shapes;
+using j2s_test::ShapeTables;
+
+// Longer ones are loaded, but take too long to print.
+constexpr int kLongestPrinted = 64;
+
+// The structure, with what must not be written around it. Strings are freed at its end.
+class Guarded {
+ public:
+  Guarded() {
+    before_.fill(kGuard);
+    after_.fill(kGuard);
+  }
+  ~Guarded() {
+    j2s_test::free_strings(shapes_);
+    const bool untouched = std::ranges::count(before_, kGuard) == kGuardSize &&
+                           std::ranges::count(after_, kGuard) == kGuardSize;
+    fuzz::require(untouched, "nothing beside the structure is written");
+  }
+
+  Shapes& shapes() { return shapes_; }
+  bool can_be_printed() const {
+    return shapes_.count <= kLongestPrinted && shapes_.name_count <= kLongestPrinted;
+  }
+
+ private:
+  static constexpr char kGuard = 0x5A;
+  static constexpr int kGuardSize = 64;
+  std::array<char, kGuardSize> before_;
+  Shapes shapes_ = {};
+  std::array<char, kGuardSize> after_;
+};
+
+Json parse(std::string_view text) {
+  return own(cJSON_ParseWithLength(text.data(), text.size()));
+}
+
+void query(ShapeTables& tables, cJSON* question, Shapes& shapes) {
+  const std::string before = j2s_test::bytes_of(shapes);
+  // The members by name, since answers move them in the question.
+  for (int index = 0; index < tables.context()->obj_count; ++index) {
+    const char* name = tables.context()->obj_table[index].name;
+    cJSON* item = cJSON_GetObjectItemCaseSensitive(question, name);
+    if (item == nullptr || std::strcmp(name, "x") == 0) continue;
+    (void)_j2s_json_to_obj(tables.context(), item, question, index, &shapes, true);
+  }
+  (void)j2s_test::print(question);
+  fuzz::require(j2s_test::bytes_of(shapes) == before, "a question changes nothing");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  fuzz::Input input(data, size);
+  ShapeTables tables;
+  ShapeTables other_tables;
+  const std::string records = tables.bytes();
+  Guarded loaded;
+  Guarded again;
+  (void)j2s_json_to_struct(tables.context(), parse(input.line()).get(), nullptr, &loaded.shapes());
+  (void)j2s_json_to_struct(tables.context(), parse(input.line()).get(), nullptr, &loaded.shapes());
+  if (loaded.can_be_printed()) {
+    const std::string text = tables.dump(&loaded.shapes());
+    (void)other_tables.load(text, &again.shapes());
+    fuzz::require(other_tables.dump(&again.shapes()) == text, "what is written loads as it was");
+    query(tables, parse(input.line()).get(), loaded.shapes());
+  }
+  fuzz::require(tables.bytes() == records, "the tables stay as they are");
+  return 0;
+}

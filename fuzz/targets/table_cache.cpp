@@ -1,0 +1,107 @@
+// The table cache. Input: what the file is (a character: l a link, d a folder, p a pipe, r the
+// bytes that follow, else a good cache with changes), and for the last: its size (two bytes), then
+// three bytes a change: where, and what is flipped there. Whatever is found, the tables are the
+// right ones and the file is a good cache the next time, or stays as it was.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <span>
+#include <string>
+
+#include "fuzz/platform/platform.h"
+#include "fuzz/support/check.h"
+#include "fuzz/support/documents.h"
+#include "j2s/generated_tables.h"
+
+namespace {
+
+constexpr char kCache[] = "/data/j2s-cache";
+constexpr char kElsewhere[] = "/data/elsewhere";
+
+const std::string& good_cache() {
+  static const std::string cache = [] {
+    j2s_ctx context = {};
+    j2s_init(&context);
+    j2s_deinit(&context);
+    return fuzz::read_file(kCache);
+  }();
+  return cache;
+}
+
+size_t number(std::string_view bytes) {
+  return static_cast<uint8_t>(bytes[0]) * size_t{256} + static_cast<uint8_t>(bytes[1]);
+}
+
+std::string changed_cache(std::string_view changes) {
+  std::string cache = good_cache();
+  if (changes.size() >= 2) {
+    // Small numbers: the size differs by as much.
+    cache.resize((cache.size() + number(changes)) % 65536);
+    changes.remove_prefix(2);
+  }
+  for (; changes.size() >= 3 && !cache.empty(); changes.remove_prefix(3)) {
+    char& byte = cache[number(changes) % cache.size()];
+    byte = static_cast<char>(byte ^ changes[2]);
+  }
+  return cache;
+}
+
+void put_cache(char kind, std::string_view rest) {
+  std::filesystem::remove_all(kCache);
+  switch (kind) {
+    case 'l':
+      fuzz::write_file(kElsewhere, rest);
+      return fuzz::require(symlink(kElsewhere, kCache) == 0, "a link is made");
+    case 'd':
+      return fuzz::require(mkdir(kCache, 0700) == 0, "a folder is made");
+    case 'p':
+      return fuzz::require(mkfifo(kCache, 0600) == 0, "a pipe is made");
+    case 'r':
+      return fuzz::write_file(kCache, rest);
+    default:
+      return fuzz::write_file(kCache, changed_cache(rest));
+  }
+}
+
+template <typename Record>
+bool equal(const Record* table, int count, std::span<const Record> expected) {
+  return count == static_cast<int>(expected.size()) &&
+         std::memcmp(table, expected.data(), expected.size_bytes()) == 0;
+}
+
+void use_tables() {
+  j2s_ctx context = {};
+  j2s_init(&context);
+  const j2s::GeneratedTables& tables = j2s::generated_tables();
+  fuzz::require(equal(context.obj_table, context.obj_count, tables.objs) &&
+                    equal(context.struct_table, context.struct_count, tables.structs),
+                "the tables are the right ones");
+  std::free(j2s_dump_struct(&context, "csc", nullptr));
+  j2s_deinit(&context);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (size == 0) return 0;
+  fuzz::use_full_tables(true);
+  setenv("J2S_CACHE", kCache, 1);
+  unsetenv("J2S_NO_CACHE");
+  (void)good_cache();
+  const std::string_view rest(reinterpret_cast<const char*>(data) + 1, size - 1);
+  put_cache(static_cast<char>(data[0]), rest);
+  {
+    const fuzz::NoDescriptorLeft check;
+    use_tables();
+    use_tables();
+  }
+  fuzz::require(data[0] != 'l' || fuzz::read_file(kElsewhere) == rest, "no link is followed");
+  const std::string left = fuzz::read_file(kCache);
+  fuzz::require(
+      left.empty() || left.substr(sizeof(j2s_ctx)) == good_cache().substr(sizeof(j2s_ctx)),
+      "a good cache is left");
+  return 0;
+}
