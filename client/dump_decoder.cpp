@@ -85,18 +85,43 @@ std::uint8_t to_8_bits(double fraction) {
   return static_cast<std::uint8_t>(std::lround(std::clamp(fraction, 0.0, 1.0) * 255.0));
 }
 
-// luma, cb, cr: as quantized, with `scale` 1 for 8 bits and 4 for 10 bits.
-std::array<std::uint8_t, 3> colour_of(double luma, double cb, double cr, double scale) {
-  constexpr double kRed = 0.2126;
-  constexpr double kBlue = 0.0722;
-  constexpr double kGreen = 1.0 - kRed - kBlue;
-  const double y = (luma / scale - 16.0) / 219.0;
-  const double red = y + 2.0 * (1.0 - kRed) * (cr / scale - 128.0) / 224.0;
-  const double blue = y + 2.0 * (1.0 - kBlue) * (cb / scale - 128.0) / 224.0;
-  // What is left of luma once red and blue have had their share.
-  const double green = (y - kRed * red - kBlue * blue) / kGreen;
-  return {to_8_bits(red), to_8_bits(green), to_8_bits(blue)};
-}
+// From codes to colours.
+class ColourDecoder {
+ public:
+  ColourDecoder(const ColourCoding& coding, int bits) {
+    struct Shares {
+      double red, blue;
+    };
+    constexpr std::array<Shares, 3> kShares = {
+        {{0.299, 0.114}, {0.2126, 0.0722}, {0.2627, 0.0593}}};
+    red_ = kShares.at(static_cast<std::size_t>(coding.matrix)).red;
+    blue_ = kShares.at(static_cast<std::size_t>(coding.matrix)).blue;
+    const double unit = 1 << (bits - 8);
+    const bool is_limited = coding.range == ColourCoding::Range::kLimited;
+    const double all = (1 << bits) - 1;
+    black_ = is_limited ? 16 * unit : 0;
+    luma_range_ = is_limited ? 219 * unit : all;
+    neutral_ = 128 * unit;
+    chroma_range_ = is_limited ? 224 * unit : all;
+  }
+
+  [[nodiscard]] std::array<std::uint8_t, 3> colour(unsigned luma, unsigned cb, unsigned cr) const {
+    const double y = (luma - black_) / luma_range_;
+    const double red = y + 2.0 * (1.0 - red_) * (cr - neutral_) / chroma_range_;
+    const double blue = y + 2.0 * (1.0 - blue_) * (cb - neutral_) / chroma_range_;
+    // What is left of luma once red and blue have had their share.
+    const double green = (y - red_ * red - blue_ * blue) / (1.0 - red_ - blue_);
+    return {to_8_bits(red), to_8_bits(green), to_8_bits(blue)};
+  }
+
+ private:
+  double red_ = 0;  // its share in luma
+  double blue_ = 0;
+  double black_ = 0;  // codes
+  double luma_range_ = 0;
+  double neutral_ = 0;
+  double chroma_range_ = 0;
+};
 
 void decode_colours(const Dump& dump, const Layout& layout, Picture& picture) {
   const auto step = static_cast<std::size_t>(layout.pixel_size);
@@ -109,12 +134,13 @@ void decode_colours(const Dump& dump, const Layout& layout, Picture& picture) {
   }
 }
 
-void decode_luma_chroma(const Dump& dump, const Layout& layout, Picture& picture) {
+void decode_luma_chroma(const Dump& dump, const Layout& layout, const ColourCoding& coding,
+                        Picture& picture) {
   const Geometry geometry = geometry_of(dump.width, dump.height, layout);
   const ByteView bytes(dump.data);
   const Plane luma(bytes.first(geometry.luma_bytes), layout.bits);
   const Plane chroma(bytes.subspan(geometry.luma_bytes), layout.bits);
-  const double scale = layout.bits == 8 ? 1.0 : 4.0;
+  const ColourDecoder decoder(coding, layout.bits);
   const auto width = static_cast<std::size_t>(dump.width);
   auto* out = picture.rgb.data();
   for (std::size_t row = 0; row < static_cast<std::size_t>(dump.height); ++row) {
@@ -122,8 +148,8 @@ void decode_luma_chroma(const Dump& dump, const Layout& layout, Picture& picture
     for (std::size_t column = 0; column < width; ++column) {
       const std::size_t pair =
           chroma_row * geometry.chroma_width + column / static_cast<std::size_t>(layout.across);
-      const auto colour = colour_of(luma.sample(row * width + column), chroma.sample(2 * pair),
-                                    chroma.sample(2 * pair + 1), scale);
+      const auto colour = decoder.colour(luma.sample(row * width + column), chroma.sample(2 * pair),
+                                         chroma.sample(2 * pair + 1));
       out = std::ranges::copy(colour, out).out;
     }
   }
@@ -165,7 +191,7 @@ Dump start_dump(const DumpHeader& header) {
   return dump;
 }
 
-Picture decode(const Dump& dump) {
+Picture decode(const Dump& dump, const ColourCoding& coding) {
   const Layout& layout = layout_of(dump.format);
   const std::size_t size = dump_size(dump.width, dump.height, dump.format);
   if (dump.data.size() != size) {
@@ -180,7 +206,7 @@ Picture decode(const Dump& dump) {
   if (layout.family == Family::kColours) {
     decode_colours(dump, layout, picture);
   } else {
-    decode_luma_chroma(dump, layout, picture);
+    decode_luma_chroma(dump, layout, coding, picture);
   }
   return picture;
 }

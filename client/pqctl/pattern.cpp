@@ -1,48 +1,96 @@
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
-#include <array>
-#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "commands.h"
-#include "pqclient/change.h"
+#include "files.h"
+#include "interrupt.h"
+#include "pattern_mode.h"
 #include "pqclient/error.h"
-#include "pqclient/target.h"
+#include "progress.h"
+#include "test_colour.h"
 
 namespace {
 
-using pqclient::TuningClient;
+using std::chrono::milliseconds;
+using End = InterruptGuard::End;
 
-struct Colour {
-  std::array<unsigned, 3> channels{};
+struct Arguments {
+  std::vector<std::string> colour;
+  std::optional<double> seconds;
+  bool keep = false;
+  std::string sequence;
+  double pause_seconds = 2;
+  bool key = false;
 };
+
+milliseconds in_milliseconds(double seconds) {
+  return std::chrono::ceil<milliseconds>(std::chrono::duration<double>(seconds));
+}
+
+void require_key(const char* instead) {
+  if (isatty(STDIN_FILENO) != 0) return;
+  throw pqclient::Error(
+      pqclient::ErrorKind::kInput,
+      "standard input is no terminal, so there is no key to wait for: add " + std::string(instead));
+}
+
+void show_colour(Session& session, const Arguments& arguments) {
+  const TestColour colour = parse_colour(arguments.colour);
+  const bool until_key = !arguments.keep && !arguments.seconds;
+  if (until_key) require_key("--for SECONDS or --keep");
+  session.require_writable();
+  InterruptGuard guard;
+  PatternMode mode(session);
+  mode.enter();
+  if (!guard.is_interrupted()) mode.show(colour);
+  if (arguments.keep && !guard.is_interrupted()) {
+    mode.keep();
+    session.note("it stays until pqctl pattern-mode off");
+    return;
+  }
+  if (until_key) {
+    session.note(colour.name + " is shown; any key ends it");
+    guard.wait(std::nullopt);
+  } else if (arguments.seconds) {
+    guard.wait(in_milliseconds(*arguments.seconds));
+  }
+  mode.leave();
+}
+
+void show_sequence(Session& session, const Arguments& arguments) {
+  const auto steps = arguments.sequence == "builtin"
+                         ? builtin_sequence()
+                         : parse_sequence(read_input(arguments.sequence));
+  if (arguments.key) require_key("--pause SECONDS in place of --key");
+  session.require_writable();
+  InterruptGuard guard;
+  PatternMode mode(session);
+  mode.enter();
+  {
+    Progress progress(session);
+    double done = 0;
+    for (const auto& [colour, time] : steps) {
+      if (guard.is_interrupted()) break;
+      const auto total = static_cast<double>(steps.size());
+      progress.show(done++ / total, colour.name + (arguments.key ? ", any key goes on" : ""));
+      mode.show(colour);
+      std::optional<milliseconds> pause;
+      if (!arguments.key) pause = time.value_or(in_milliseconds(arguments.pause_seconds));
+      guard.wait(pause);
+    }
+  }
+  mode.leave();
+  if (guard.is_interrupted()) throw Interrupted{};
+}
 
 struct Mode {
   std::string name;
   bool force = false;
 };
-
-bool is_dci_on(Session& session) {
-  const auto target = pqclient::parse_target("dci/dciEnable");
-  const pqclient::JsonPtr section = session.read_section(target);
-  const cJSON* value = target.find_in(*section);
-  if (cJSON_IsNumber(value) == 0) {
-    throw pqclient::Error(pqclient::ErrorKind::kBadAnswer, "the answer holds no dci/dciEnable");
-  }
-  return value->valueint != 0;
-}
-
-void turn_dci_on(TuningClient& client) {
-  const pqclient::JsonPtr on(cJSON_CreateNumber(1));
-  pqclient::store(client, pqclient::parse_target("dci/dciEnable"), *on);
-}
-
-void show_pattern(Session& session, const Colour& colour) {
-  session.require_writable();
-  const auto [red, green, blue] = colour.channels;
-  session.client().show_pattern(static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green),
-                                static_cast<std::uint8_t>(blue));
-}
 
 // Entering twice would make the board forget that DCI was on, and both look alike from here.
 void enter_pattern_mode(Session& session, bool force) {
@@ -61,7 +109,7 @@ void leave_pattern_mode(Session& session) {
   session.client().pattern_mode(false);
   if (is_dci_on(session)) return;
   if (was_on) {
-    turn_dci_on(session.client());
+    switch_dci(session, true);
     session.note("pattern mode was not on; DCI is on again");
   } else {
     session.note("DCI is off. If it should be on: pqctl set dci/dciEnable 1");
@@ -77,38 +125,77 @@ void switch_pattern_mode(Session& session, const Mode& mode) {
   }
 }
 
+void add_sequence(CLI::App& pattern, const std::shared_ptr<Arguments>& arguments) {
+  CLI::App* sequence = pattern.add_subcommand("sequence", "Show one colour after the other");
+  sequence->footer(
+      R"(A file has a line for each step, a colour and maybe how long it stays: grey 50% 3s
+What follows a # with a blank behind it is a comment.
+
+Examples:
+  pqctl pattern sequence builtin --pause 1
+  pqctl pattern sequence steps.txt --key
+)");
+  sequence
+      ->add_option("file", arguments->sequence,
+                   "File, - for standard input, or builtin: greys, primaries and their mixtures")
+      ->option_text("FILE|builtin")
+      ->required();
+  sequence->add_option("--pause", arguments->pause_seconds, "Seconds that each colour stays (2)")
+      ->check(CLI::Range(0.0, 86'400.0))
+      ->option_text("S");
+  sequence->add_flag("--key", arguments->key, "Go on when a key is pressed");
+}
+
 }  // namespace
 
 void add_pattern(const Grammar& grammar) {
-  const auto colour = std::make_shared<Colour>();
-  CLI::App& command =
-      add_command(grammar,
-                  {.name = "pattern",
-                   .group = kLook,
-                   .about = "Fill the screen with a test colour",
-                   .more = "Example:\n  pqctl pattern-mode on; pqctl pattern 255 0 0; pqctl "
-                           "pattern-mode off\n"},
-                  [colour](Session& session) { show_pattern(session, *colour); });
-  constexpr std::array kNames = {"red", "green", "blue"};
-  for (std::size_t i = 0; i < kNames.size(); ++i) {
-    command.add_option(kNames.at(i), colour->channels.at(i), "0 to 255")
-        ->option_text("0..255")
-        ->required()
-        ->check(CLI::Range(0, 255));
-  }
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "pattern",
+       .group = kLook,
+       .about = "Fill the screen with test colours, until a key or Ctrl-C",
+       .more =
+           R"(DCI is off while a colour is shown, and as it was afterwards. The board takes 2 seconds for each
+colour.
+
+Examples:
+  pqctl pattern red
+  pqctl pattern grey 50% --for 10
+  pqctl pattern '#ff8000'
+  pqctl pattern 255 128 0 --keep; pqctl pattern-mode off
+  pqctl pattern sequence builtin
+)"},
+      [arguments](Session& session) {
+        if (!arguments->sequence.empty()) {
+          show_sequence(session, *arguments);
+        } else {
+          show_colour(session, *arguments);
+        }
+      });
+  command
+      .add_option("colour", arguments->colour,
+                  "A name (red, grey 50%), #rrggbb, or three numbers of 0 to 255")
+      ->option_text("COLOUR");
+  command.add_option("--for", arguments->seconds, "Seconds to show it, without waiting for a key")
+      ->check(CLI::Range(0.0, 86'400.0))
+      ->option_text("S");
+  command.add_flag("--keep", arguments->keep, "Do not wait, leave it to pqctl pattern-mode off");
+  add_sequence(command, arguments);
 }
 
 void add_pattern_mode(const Grammar& grammar) {
   const auto mode = std::make_shared<Mode>();
-  CLI::App& command =
-      add_command(grammar,
-                  {.name = "pattern-mode",
-                   .group = kLook,
-                   .about = "on: switch DCI off for test colours; off: close them, DCI as it was",
-                   .more = ""},
-                  [mode](Session& session) { switch_pattern_mode(session, *mode); });
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "pattern-mode",
+       .group = kLook,
+       .about = "on: switch DCI off for test colours; off: close them, DCI as it was",
+       .more =
+           R"(pqctl pattern does both by itself; this is for scripts, and for a colour that was kept.
+)"},
+      [mode](Session& session) { switch_pattern_mode(session, *mode); });
   command.add_option("mode", mode->name, "on or off")
-      ->option_text("MODE")
       ->required()
       ->check(CLI::IsMember({"on", "off"}));
   command.add_flag("--force", mode->force, "Enter also when DCI is off already");

@@ -156,7 +156,7 @@ TEST_F(Pqctl, PatternModeIsEnteredOnceAndLeavingKeepsDciOn) {
   output_of("pattern-mode on");
   EXPECT_EQ(output_of("get dci/dciEnable"), "0\n");
   output_of("pattern-mode on");  // would lose the saved switch
-  output_of("pattern 255 128 0");
+  output_of("pattern 255 128 0 --keep");
   output_of("pattern-mode off");
   EXPECT_EQ(output_of("get dci/dciEnable"), "1\n");
   EXPECT_EQ(board_.pattern(), "\xFF\x80" + std::string(1, '\0'));

@@ -36,6 +36,16 @@ struct Picture {
   Bytes rgb;  // 3 * width * height
 };
 
+// How luma and chroma stand for colours. A dump does not say it.
+struct ColourCoding {
+  enum class Matrix { kBt601, kBt709, kBt2020 };  // Recommendations ITU-R BT.601, BT.709, BT.2020
+  // Limited: luma 16 to 235 and chroma 16 to 240 in 8 bits, four times that in 10 bits, no chroma
+  // at 128. Full: all codes; no chroma at the middle one.
+  enum class Range { kLimited, kFull };
+  Matrix matrix = Matrix::kBt709;
+  Range range = Range::kLimited;
+};
+
 std::string_view format_name(DumpFormat format);  // "nv12"
 
 // Bytes of a dump. Odd sizes are rounded up to whole chroma samples and whole bytes.
@@ -45,11 +55,10 @@ std::size_t dump_size(int width, int height, DumpFormat format);
 // Throws Error kBadAnswer for an unknown format, no width or height, or over half a gigabyte.
 Dump start_dump(const DumpHeader& header);
 
-// Luma and chroma become colours as in Recommendation ITU-R BT.709: coefficients 0.2126, 0.7152,
-// 0.0722, luma 16 to 235 and chroma 16 to 240 in 8 bits (four times that in 10 bits), no chroma at
-// 128. Chroma is not interpolated: a sample colours all its pixels.
-// Alpha is dropped. The dump must hold dump_size() bytes, else Error kBadAnswer.
-Picture decode(const Dump& dump);
+// Chroma is not interpolated: a sample colours all its pixels. BT.2020 stays in its own primaries.
+// Alpha is dropped; of dumps in red, green and blue the coding plays no part.
+// The dump must hold dump_size() bytes, else Error kBadAnswer.
+Picture decode(const Dump& dump, const ColourCoding& coding = {});
 
 }  // namespace pqclient
 
