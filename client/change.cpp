@@ -13,34 +13,107 @@ bool is_equal(const cJSON* one, const cJSON* other) {
   return one != nullptr && other != nullptr && cJSON_Compare(one, other, 1) != 0;
 }
 
+bool is_same(const cJSON* one, const cJSON* other) {
+  return one == other || is_equal(one, other);
+}
+
 Answer write_and_read_back(TuningClient& client, const Target& target, const cJSON& value) {
   client.write(target.document, *replace_operation(target.pointer(), value));
   return client.query(target.document, target.section_pointer());
 }
 
-void compare_below(const std::string& path, const cJSON* before, const cJSON& asked,
-                   const cJSON* stored, std::vector<ChangedValue>& changes) {
-  if (is_equal(before, &asked) && is_equal(stored, &asked)) return;
-  if (asked.child == nullptr) {
-    changes.push_back({path, before, &asked, stored});
+// Where a walk through the three trees stands.
+struct Place {
+  std::string path;
+  std::string table;  // set when this is an entry of an array
+  int index = 0;
+  const cJSON* before;
+  const cJSON* asked;
+  const cJSON* stored;
+
+  // By name, or in an array by position.
+  [[nodiscard]] Place below(const std::string& name, const char* member, int position) const {
+    const auto in = [&](const cJSON* tree) {
+      if (tree == nullptr) return tree;
+      return member != nullptr ? last_member(*tree, member) : element(*tree, position);
+    };
+    return {.path = path + "/" + name,
+            .table = member != nullptr ? "" : path,
+            .index = position,
+            .before = in(before),
+            .asked = in(asked),
+            .stored = in(stored)};
+  }
+};
+
+bool has_scenes(const Target& place) {
+  return place.document == Document::kAipq && !place.scene;
+}
+
+std::string name_of_entry(bool is_scene, int index) {
+  const auto number = static_cast<std::size_t>(index);
+  return is_scene && number < kScenes.size() ? std::string(kScenes.at(number))
+                                             : std::to_string(index);
+}
+
+void compare_below(const Place& place, bool entries_are_scenes,
+                   std::vector<ChangedValue>& changes) {
+  const auto& [path, table, index, before, asked, stored] = place;
+  if (is_same(before, asked) && is_same(stored, asked)) return;
+  // By what is asked for; what is to vanish, by what it was.
+  const cJSON* shape = asked != nullptr ? asked : before;
+  if (shape == nullptr || shape->child == nullptr) {
+    changes.push_back({path, table, index, before, asked, stored});
     return;
   }
   // By the kind of the parent: an entry that a patch has put into an array still has a name.
-  const bool is_object = cJSON_IsObject(&asked) != 0;
-  int index = 0;
-  for (const cJSON* child = asked.child; child != nullptr; child = child->next, ++index) {
-    const auto same_in = [&](const cJSON* tree) {
-      if (tree == nullptr) return tree;
-      return is_object ? last_member(*tree, child->string) : element(*tree, index);
-    };
-    const std::string name = is_object ? child->string : std::to_string(index);
-    std::string below = path;
-    below.append("/").append(name);
-    compare_below(below, same_in(before), *child, same_in(stored), changes);
+  const bool is_object = cJSON_IsObject(shape) != 0;
+  int position = 0;
+  for (const cJSON* child = shape->child; child != nullptr; child = child->next, ++position) {
+    const std::string name =
+        is_object ? child->string : name_of_entry(entries_are_scenes, position);
+    compare_below(place.below(name, is_object ? child->string : nullptr, position), false, changes);
   }
 }
 
+// The one child that differs; null when there are several, or when the two have not the same
+// children.
+const cJSON* only_difference(const cJSON& before, const cJSON& asked, int& index) {
+  const cJSON* found = nullptr;
+  const cJSON* old = before.child;
+  const cJSON* item = asked.child;
+  for (int i = 0; old != nullptr && item != nullptr; old = old->next, item = item->next, ++i) {
+    const bool is_object = cJSON_IsObject(&asked) != 0;
+    if (is_object && std::string_view(old->string) != item->string) return nullptr;
+    if (is_same(old, item)) continue;
+    if (found != nullptr) return nullptr;
+    found = item;
+    index = i;
+  }
+  return old == nullptr && item == nullptr ? found : nullptr;
+}
+
 }  // namespace
+
+Target narrowest_difference(const Target& section, const cJSON& before, const cJSON& asked) {
+  Target place = section.whole_section();
+  for (;;) {
+    const cJSON* old = place.find_in(before);
+    const cJSON* value = place.find_in(asked);
+    int index = 0;
+    const bool can_go_on = old != nullptr && value != nullptr && !place.index;
+    const cJSON* only = can_go_on ? only_difference(*old, *value, index) : nullptr;
+    if (only == nullptr) return place;
+    if (has_scenes(place)) {
+      place.scene = index;
+    } else if (place.member == nullptr) {
+      place.member = find_member(*place.section, only->string);
+      if (place.member == nullptr) return place;  // a name that only the board knows
+    } else {
+      place.index = index;
+    }
+  }
+}
 
 Answer store(TuningClient& client, const Target& target, const cJSON& value) {
   Answer answer = write_and_read_back(client, target, value);
@@ -51,13 +124,21 @@ Answer store(TuningClient& client, const Target& target, const cJSON& value) {
 }
 
 bool ChangedValue::is_stored_as_asked() const {
-  return is_equal(asked, stored);
+  return is_same(asked, stored);
 }
 
-std::vector<ChangedValue> compare_change(const std::string& path, const cJSON* before,
-                                         const cJSON& asked, const cJSON* stored) {
+std::vector<ChangedValue> compare_change(const Target& place, const cJSON* before,
+                                         const cJSON* asked, const cJSON* stored) {
   std::vector<ChangedValue> changes;
-  compare_below(path, before, asked, stored, changes);
+  Target table = place;
+  table.index.reset();
+  compare_below({.path = place.text(),
+                 .table = place.index ? table.text() : "",
+                 .index = place.index.value_or(0),
+                 .before = before,
+                 .asked = asked,
+                 .stored = stored},
+                has_scenes(place), changes);
   return changes;
 }
 

@@ -1,8 +1,12 @@
 #include "pqclient/check.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <iterator>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "pqclient/error.h"
 
@@ -65,8 +69,64 @@ JsonPtr typed_value(const Target& target, std::string_view text) {
   if (target.member->type == MemberType::kText) {
     return JsonPtr(cJSON_CreateString(std::string(text).c_str()));
   }
+  if (const bool is_switch = target.member->max == 1 && !target.member->is_table(); is_switch) {
+    if (text == "on") return JsonPtr(cJSON_CreateNumber(1));
+    if (text == "off") return JsonPtr(cJSON_CreateNumber(0));
+  }
   const bool is_bare_table = target.member->is_table() && !target.index && !text.starts_with('[');
   return parse_whole_json(is_bare_table ? "[" + std::string(text) + "]" : std::string(text));
+}
+
+void check_value(const Target& target, const cJSON& value) {
+  if (target.member->is_table() && !target.index) {
+    check_table(*target.member, target.text(), value);
+  } else {
+    check_single(*target.member, target.text(), value);
+  }
+}
+
+// Nothing when the text is a value.
+std::optional<std::int64_t> step_in(const Target& target, std::string_view text) {
+  const Member* member = target.member;
+  const bool has_sign = text.starts_with('+') || text.starts_with('-');
+  if (member == nullptr || member->type != MemberType::kNumber || !has_sign) return std::nullopt;
+  const bool is_minus = text.starts_with('-');
+  const bool has_equals = text.substr(1).starts_with('=');
+  const std::string_view digits = text.substr(has_equals ? 2 : 1);
+  std::uint32_t size = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), size);
+  if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
+  if (member->min < 0 && !has_equals) {
+    if (is_minus) return std::nullopt;
+    throw Error(ErrorKind::kInput, target.text() + " can be negative, so \"" + std::string(text) +
+                                       "\" is not clear: write " + std::string(digits) +
+                                       " for the value, +=" + std::string(digits) + " for a step");
+  }
+  return is_minus ? -std::int64_t{size} : std::int64_t{size};
+}
+
+void check_members(const Target& place, const cJSON& value, const cJSON& before) {
+  const std::string name = place.text();
+  if (cJSON_IsObject(&value) == 0) refuse(name, value, "a section is an object");
+  for (const cJSON* item = value.child; item != nullptr; item = item->next) {
+    if (last_member(before, item->string) != nullptr) continue;
+    (void)parse_target(name + "/" + item->string);  // says which names are near an unknown one
+  }
+  for (const Member& member : place.section->members) {
+    Target there = place;
+    there.member = &member;
+    const cJSON* after = last_member(value, member.name);
+    const cJSON* old = last_member(before, member.name);
+    if (after == old || (after != nullptr && old != nullptr && cJSON_Compare(after, old, 1) != 0)) {
+      continue;
+    }
+    if (after == nullptr) {
+      throw Error(ErrorKind::kInput, there.text() +
+                                         " would be missing, and the board would set it to zero: "
+                                         "give a value");
+    }
+    check_value(there, *after);
+  }
 }
 
 }  // namespace
@@ -75,6 +135,7 @@ std::string describe_values(const Member& member) {
   if (member.type == MemberType::kText) {
     return member.choices.empty() ? "a text" : joined_choices(member);
   }
+  if (member.max == 1) return "0 or 1 (off or on)";
   const std::string range = std::to_string(member.min) + " to " + std::to_string(member.max);
   return member.is_table() ? std::to_string(member.count) + " numbers, " + range + " each" : range;
 }
@@ -88,34 +149,54 @@ JsonPtr parse_value(const Target& target, std::string_view text) {
     throw Error(ErrorKind::kInput,
                 target.text() + " cannot be \"" + std::string(text) + "\": that is no number");
   }
-  if (target.member->is_table() && !target.index) {
-    check_table(*target.member, target.text(), *value);
-  } else {
-    check_single(*target.member, target.text(), *value);
-  }
+  check_value(target, *value);
   return value;
 }
 
-void check_section(const Section& section, const cJSON& value, const cJSON& before) {
-  const std::string name(section.name);
-  if (cJSON_IsObject(&value) == 0) refuse(name, value, "a section is an object");
-  for (const cJSON* item = value.child; item != nullptr; item = item->next) {
-    (void)parse_target(name + "/" + item->string);  // says which names are near an unknown one
+Assignment parse_assignment(std::string_view place, std::string_view text) {
+  Assignment assignment{.target = parse_target(place), .value = nullptr};
+  if (const auto step = step_in(assignment.target, text)) {
+    assignment.step = *step;
+  } else {
+    assignment.value = parse_value(assignment.target, text);
   }
-  for (const Member& member : section.members) {
-    const std::string where = name + "/" + std::string(member.name);
-    const cJSON* after = last_member(value, member.name);
-    if (after == nullptr) {
-      throw Error(ErrorKind::kInput,
-                  where + " would be missing, and the board would set it to zero: give a value");
-    }
-    const cJSON* old = last_member(before, member.name);
-    if (old != nullptr && cJSON_Compare(after, old, 1) != 0) continue;
-    if (member.is_table()) {
-      check_table(member, where, *after);
-    } else {
-      check_single(member, where, *after);
-    }
+  return assignment;
+}
+
+void Assignment::apply_to(JsonPtr& section_value) const {
+  if (value) {
+    target.replace_in(section_value, copy_json(*value));
+    return;
+  }
+  const cJSON* old = target.find_in(*section_value);
+  if (old == nullptr || (cJSON_IsNumber(old) == 0 && cJSON_IsArray(old) == 0)) {
+    throw Error(ErrorKind::kBadAnswer, "the board has no number at " + target.text());
+  }
+  JsonPtr stepped = copy_json(*old);
+  const auto add_step = [this](cJSON& number) {
+    cJSON_SetNumberHelper(&number, number.valuedouble + static_cast<double>(step));
+  };
+  if (cJSON_IsNumber(stepped.get()) != 0) add_step(*stepped);
+  for (cJSON* entry = stepped->child; entry != nullptr; entry = entry->next)
+    add_step(*entry);
+  check_value(target, *stepped);
+  target.replace_in(section_value, std::move(stepped));
+}
+
+void check_section(const Target& section, const cJSON& value, const cJSON& before) {
+  if (section.document == Document::kPq || section.scene) {
+    check_members(section, value, before);
+    return;
+  }
+  if (cJSON_IsArray(&value) == 0 || cJSON_GetArraySize(&value) != cJSON_GetArraySize(&before)) {
+    refuse(section.text(), value, "it has one entry for each scene");
+  }
+  Target scene = section;
+  scene.scene = 0;
+  const cJSON* old = before.child;
+  for (const cJSON* item = value.child; item != nullptr; item = item->next, old = old->next) {
+    check_members(scene, *item, *old);
+    if (*scene.scene + 1 < std::ssize(kScenes)) ++*scene.scene;
   }
 }
 

@@ -10,6 +10,16 @@ namespace {
 // The parser notes where it failed in a variable of the whole process.
 std::mutex parser_mutex;
 
+// Frees the text.
+std::string taken(char* printed) {
+  struct FreeText {
+    void operator()(char* text) const { cJSON_free(text); }
+  };
+  const std::unique_ptr<char, FreeText> text(printed);
+  if (!text) throw std::bad_alloc();
+  return text.get();
+}
+
 }  // namespace
 
 JsonPtr parse_json(std::string_view text) {
@@ -23,12 +33,11 @@ JsonPtr parse_whole_json(const std::string& text) {
 }
 
 std::string print_json(const cJSON& tree) {
-  struct FreeText {
-    void operator()(char* text) const { cJSON_free(text); }
-  };
-  const std::unique_ptr<char, FreeText> text(cJSON_PrintUnformatted(&tree));
-  if (!text) throw std::bad_alloc();
-  return text.get();
+  return taken(cJSON_PrintUnformatted(&tree));
+}
+
+std::string print_json_for_people(const cJSON& tree) {
+  return taken(cJSON_Print(&tree));
 }
 
 const cJSON* last_member(const cJSON& object, std::string_view name) {
@@ -50,6 +59,12 @@ JsonPtr copy_json(const cJSON& tree) {
   JsonPtr copy(cJSON_Duplicate(&tree, 1));
   if (!copy) throw std::bad_alloc();
   return copy;
+}
+
+JsonPtr make_string(std::string_view text) {
+  JsonPtr item(cJSON_CreateString(std::string(text).c_str()));
+  if (!item) throw std::bad_alloc();
+  return item;
 }
 
 void add_member(cJSON& object, const char* name, JsonPtr item) {

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <iterator>
+#include <utility>
 #include <vector>
 
 #include "pqclient/error.h"
@@ -134,6 +135,33 @@ const cJSON* Target::find_in(const cJSON& section_value) const {
   const cJSON* value = scene ? element(section_value, *scene) : &section_value;
   if (value != nullptr && member != nullptr) value = last_member(*value, member->name);
   return value != nullptr && index ? element(*value, *index) : value;
+}
+
+void Target::replace_in(JsonPtr& section_value, JsonPtr value) const {
+  if (!scene && member == nullptr) {
+    section_value = std::move(value);
+    return;
+  }
+  Target above = *this;
+  if (index) {
+    above.index.reset();
+  } else if (member != nullptr) {
+    above.member = nullptr;
+  } else {
+    above.scene.reset();
+  }
+  // The tree is ours to change; only the look-up is const.
+  auto* parent = const_cast<cJSON*>(above.find_in(*section_value));
+  const bool is_member = member != nullptr && !index;
+  const bool is_done =
+      parent != nullptr &&
+      (is_member ? cJSON_ReplaceItemInObjectCaseSensitive(parent, std::string(member->name).c_str(),
+                                                          value.get())
+                 : cJSON_ReplaceItemInArray(parent, index ? *index : *scene, value.get())) != 0;
+  if (!is_done) {
+    throw Error(ErrorKind::kBadAnswer, "the board's document has no " + text() + " to change");
+  }
+  (void)value.release();
 }
 
 Target parse_target(std::string_view text) {

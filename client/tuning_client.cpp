@@ -14,10 +14,6 @@ constexpr std::size_t kClearingLength = std::size_t{512} * 1024;
 
 constexpr std::string_view kStrayChunk = "no packet starts like this";
 
-JsonPtr make_string(std::string_view text) {
-  return JsonPtr(cJSON_CreateString(std::string(text).c_str()));
-}
-
 JsonPtr make_operation(std::string_view name, std::string_view path) {
   JsonPtr operation(cJSON_CreateObject());
   add_member(*operation, "op", make_string(name));
@@ -77,7 +73,7 @@ Answer TuningClient::query(Document document, std::string_view path) {
     throw Error(ErrorKind::kBadAnswer, "asked for \"" + std::string(path) +
                                            "\", the answer is for \"" + answer.path + "\"");
   }
-  platform_ = answer.platform.value_or(platform_);
+  if (answer.platform) platform_ = answer.platform;
   change_pending_ = false;
   connection_ = std::move(connection);
   return answer;
@@ -135,7 +131,7 @@ Connection TuningClient::take_connection() {
 // board.
 std::string TuningClient::request_text(JsonPtr operation) const {
   add_member(*operation, "toolversion", make_string(tool_version_));
-  add_member(*operation, "platform", JsonPtr(cJSON_CreateNumber(platform_)));
+  add_member(*operation, "platform", JsonPtr(cJSON_CreateNumber(platform_.value_or(0))));
   return "[" + print_json(*operation) + "]";
 }
 

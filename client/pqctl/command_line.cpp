@@ -1,10 +1,13 @@
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <map>
+#include <span>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -34,6 +37,7 @@ Exit status:
   5    the board's answer makes no sense
   6    the board closed the connection before it had answered
   7    a file cannot be read or written
+  8    diff has found differences
   130  ended by Ctrl-C
 )";
 
@@ -63,6 +67,19 @@ void add_global_options(CLI::App& app, Options& options) {
       ->check(CLI::IsMember(kColorUses));
 }
 
+// A step by itself, "-=5", would be taken for an option: it goes to the place in front of it.
+std::vector<std::string> words_of(int argc, char** argv) {
+  std::vector<std::string> words;
+  for (const std::string word : std::span(argv, static_cast<std::size_t>(argc)).subspan(1)) {
+    if (word.starts_with("-=") && !words.empty()) {
+      words.back() += word;
+    } else {
+      words.push_back(word);
+    }
+  }
+  return words;
+}
+
 }  // namespace
 
 CLI::App& add_command(const Grammar& grammar, const CommandHelp& help, Command run) {
@@ -83,11 +100,16 @@ std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine&
   add_global_options(app, line.options);
   const Grammar grammar{.app = app, .chosen = line.command};
   for (const auto add : {add_list, add_get, add_show, add_plot, add_watch, add_set, add_gamma,
-                         add_patch, add_pattern, add_pattern_mode, add_dump, add_boards}) {
+                         add_try, add_patch, add_backup, add_diff, add_restore, add_undo,
+                         add_history, add_pattern, add_pattern_mode, add_dump, add_boards}) {
     add(grammar);
   }
+  std::vector<std::string> words = words_of(argc, argv);
+  for (const std::string& word : words)
+    line.text.append(line.text.empty() ? "" : " ").append(word);
+  std::ranges::reverse(words);  // the parser takes them from the end
   try {
-    app.parse(argc, argv);
+    app.parse(words);
   } catch (const CLI::ParseError& error) {
     // Help and version, too, come by way of this exception.
     if (error.get_exit_code() == 0) return static_cast<ExitStatus>(app.exit(error));

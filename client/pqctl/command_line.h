@@ -3,6 +3,7 @@
 #define PQCTL_COMMAND_LINE_H_
 
 #include <optional>
+#include <string>
 
 #include "commands.h"
 #include "exit_status.h"
@@ -11,6 +12,7 @@
 struct CommandLine {
   Options options;
   Command command;
+  std::string text;  // all arguments as typed, blanks between them
 };
 
 // Returns how to end at once: after printing help or the version, or what is wrong with the command

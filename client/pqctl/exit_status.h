@@ -14,6 +14,7 @@ enum class ExitStatus : int {
   kBadAnswer = 5,
   kConnectionLost = 6,
   kFile = 7,
+  kDifferent = 8,
   kInterrupted = 130,  // 128 + SIGINT, as shells have it
 };
 

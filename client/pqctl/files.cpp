@@ -1,21 +1,50 @@
 #include "files.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <cerrno>
+#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <system_error>
 
-#include "pqclient/error.h"
-
 namespace {
 
-pqclient::Error file_error(const char* what, const std::string& path) {
-  return {pqclient::ErrorKind::kFile, std::string("cannot ") + what + " " + path + ": " +
-                                          std::generic_category().message(errno)};
+// False with the reason in errno.
+bool write_and_sync(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno != EINTR) return false;
+    if (written > 0) bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return fsync(descriptor) == 0;
 }
 
 }  // namespace
+
+pqclient::Error file_error(const char* what, const std::filesystem::path& path) {
+  return {pqclient::ErrorKind::kFile, std::string("cannot ") + what + " " + path.string() + ": " +
+                                          std::generic_category().message(errno)};
+}
+
+void replace_file(const std::filesystem::path& path, std::string_view bytes) {
+  std::string side = path.string() + ".XXXXXX";
+  const int descriptor = mkostemp(side.data(), O_CLOEXEC);
+  if (descriptor < 0) throw file_error("write", path);
+  const mode_t mask = umask(0);  // there is no other way to read it
+  umask(mask);
+  (void)fchmod(descriptor, 0666 & ~mask);
+  const bool is_written = write_and_sync(descriptor, bytes);
+  const bool is_closed = close(descriptor) == 0;
+  if (is_written && is_closed && rename(side.c_str(), path.c_str()) == 0) return;
+  const pqclient::Error error = file_error("write", path);
+  unlink(side.c_str());
+  throw error;
+}
 
 std::string read_input(const std::string& path) {
   if (path == "-") return {std::istreambuf_iterator<char>(std::cin), {}};

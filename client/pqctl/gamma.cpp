@@ -1,5 +1,3 @@
-#include "pqclient/gamma_curve.h"
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
@@ -7,17 +5,18 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "charts.h"
 #include "commands.h"
 #include "files.h"
 #include "plot/terminal.h"
-#include "pqclient/change.h"
 #include "pqclient/error.h"
+#include "pqclient/gamma_curve.h"
 #include "pqclient/target.h"
-#include "report_change.h"
 #include "terminal_size.h"
+#include "write_plan.h"
 
 namespace {
 
@@ -29,8 +28,6 @@ using pqclient::JsonPtr;
 using pqclient::Target;
 
 constexpr std::array<const char*, 3> kTables = {"gammaTab_R", "gammaTab_G", "gammaTab_B"};
-constexpr std::array<const char*, 3> kGains = {"cscRGain", "cscGGain", "cscBGain"};
-constexpr int kUnityGain = 256;
 
 struct Arguments {
   std::optional<double> power;
@@ -124,23 +121,6 @@ JsonPtr section_with(const cJSON& stored, const GammaTables& tables) {
   return section;
 }
 
-bool has_gains(const cJSON& csc) {
-  return std::ranges::any_of(kGains, [&](const char* name) {
-    const cJSON* gain = pqclient::last_member(csc, name);
-    return gain != nullptr && gain->valuedouble != kUnityGain;
-  });
-}
-
-// A write to gamma loads the tables as they are; the gains of csc come back with a write to csc,
-// even one that changes nothing.
-void bring_gains_back(Session& session) {
-  const Target target = pqclient::parse_target("csc");
-  const JsonPtr csc = session.read_section(target);
-  if (!has_gains(*csc)) return;
-  pqclient::store(session.client(), target, *csc);
-  session.note("csc written again as it was, which brings its gains back onto the tables");
-}
-
 void print_plot(const Session& session, const cJSON& section) {
   const plot::Chart chart = gamma_chart(section, "would be stored, nothing sent");
   std::cout << plot::draw_in_terminal(chart, terminal_size(), session.palette().is_on());
@@ -155,16 +135,13 @@ void set_gamma(Session& session, const Arguments& arguments) {
   multiply(curves, arguments.gains);
   const GammaTables tables = make_tables(session, curves, arguments.as_given);
   const JsonPtr asked = section_with(*before, tables);
-  if (arguments.dry_run) {
+  if (arguments.dry_run && !session.options().json) {
     print_plot(session, *asked);
     return;
   }
-  const pqclient::Answer after = pqclient::store(session.client(), target, *asked);
-  ChangeReport report(session.options().json);
-  report.add(target.text(), before.get(), *asked, after.value);
-  report.print(std::cout);
-  report.throw_unless_stored();
-  bring_gains_back(session);
+  std::vector<PlannedWrite> writes;
+  writes.push_back({target, pqclient::copy_json(*before), pqclient::copy_json(*asked)});
+  write_all(session, std::move(writes), {.is_dry_run = arguments.dry_run});
 }
 
 }  // namespace
@@ -178,7 +155,8 @@ void add_gamma(const Grammar& grammar) {
        .about = "Load gamma tables: a formula, control points, a file, gains",
        .more =
            R"(All three tables are written. What leaves 0..65535 is clipped, and no entry is lower than the one
-before; both are said. The gains of csc are applied on top, as always.
+before; both are said. Behind them csc is written again as it is where it has gains, which a write to gamma
+takes off the screen.
 
 A .csv file has rows of one value, of red, green and blue, or of the input and either. Up to 1 they
 are parts of full scale, else codes of 16 bits. Rows other than the table's 1024 are control points,
@@ -216,5 +194,7 @@ Examples:
       ->option_text("N");
   command.add_flag("--as-given", arguments->as_given,
                    "Keep entries that fall, refuse what would be clipped");
-  command.add_flag("--dry-run", arguments->dry_run, "Send nothing, plot what would be stored");
+  command.add_flag(
+      "-n,--dry-run", arguments->dry_run,
+      "Send nothing, plot what would be stored; with --json, print what would be sent");
 }

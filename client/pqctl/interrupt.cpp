@@ -13,6 +13,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
+bool interrupted = false;
+
 // Single keys instead of lines, and nothing echoed.
 class KeyInput {
  public:
@@ -71,17 +73,19 @@ InterruptGuard::InterruptGuard() {
 
 // What is still pending is taken here, so that the program can end in its own way.
 InterruptGuard::~InterruptGuard() {
-  const timespec at_once{};
-  while (sigtimedwait(&ending_, nullptr, &at_once) > 0) {
-  }
+  (void)is_interrupted();
   (void)pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
 }
 
-bool InterruptGuard::is_interrupted() {
+bool InterruptGuard::is_interrupted() const {
   const timespec at_once{};
   while (sigtimedwait(&ending_, nullptr, &at_once) > 0)
-    is_interrupted_ = true;
-  return is_interrupted_;
+    interrupted = true;
+  return interrupted;
+}
+
+bool InterruptGuard::was_interrupted() {
+  return interrupted;
 }
 
 InterruptGuard::End InterruptGuard::wait(std::optional<milliseconds> time, char* key) {

@@ -10,7 +10,7 @@
 // While one lives, SIGINT, SIGTERM and SIGHUP do not end the program: they stay pending, and
 // whoever holds the guard asks for them where it is safe to stop. No send or receive is cut short.
 // When the guard goes, the program goes on; throw Interrupted to end it as the user expects.
-// One at a time, on the main thread.
+// On the main thread only.
 class InterruptGuard {
  public:
   InterruptGuard();
@@ -18,8 +18,10 @@ class InterruptGuard {
   InterruptGuard(const InterruptGuard&) = delete;
   InterruptGuard& operator=(const InterruptGuard&) = delete;
 
-  // Somebody wants us to end; stays true.
-  [[nodiscard]] bool is_interrupted();
+  // Somebody has wanted us to end since the program began. Guards may nest: what one of them has
+  // seen, all know.
+  [[nodiscard]] bool is_interrupted() const;
+  [[nodiscard]] static bool was_interrupted();
 
   enum class End { kTime, kKey, kInterrupt };
 
@@ -30,7 +32,6 @@ class InterruptGuard {
  private:
   sigset_t ending_{};  // the three
   sigset_t previous_{};
-  bool is_interrupted_ = false;
 };
 
 // Ends pqctl with the status of a program that Ctrl-C has ended, and without a message.

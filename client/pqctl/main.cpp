@@ -19,13 +19,13 @@ void print_error(Session& session, const pqclient::Error& error) {
 }
 
 ExitStatus run(const CommandLine& line) {
-  Session session(line.options);
+  Session session(line.options, line.text);
   try {
     line.command(session);
     if (!std::cout.flush()) {
       throw pqclient::Error(pqclient::ErrorKind::kFile, "cannot write to standard output");
     }
-    return ExitStatus::kOk;
+    return session.status();
   } catch (const pqclient::Error& error) {
     print_error(session, error);
     return exit_status_of(error.kind());

@@ -2,68 +2,124 @@
 
 #include <algorithm>
 #include <ostream>
+#include <string>
 
-#include "pqclient/change.h"
+#include "difference_text.h"
 #include "pqclient/error.h"
 
 namespace {
 
-constexpr std::size_t kShownLines = 12;
+using pqclient::ChangedValue;
+using pqclient::JsonPtr;
 
-std::string json_text(const cJSON* value) {
-  return value != nullptr ? pqclient::print_json(*value) : "null";
+bool is_read_back(const ChangedValue& value) {
+  return value.stored != nullptr;
+}
+
+bool is_wrong(const ChangedValue& value) {
+  return is_read_back(value) && !value.is_stored_as_asked();
+}
+
+std::string stored_text(const ChangedValue& value, const Palette& palette) {
+  if (!is_read_back(value)) return "not read back";
+  const std::string text = "stored " + value_text(value.stored);
+  return is_wrong(value) ? palette.red(text) : palette.green(text);
+}
+
+std::string stored_text(ChangedValues entries, const Palette& palette) {
+  if (!is_read_back(entries.front())) return "not read back";
+  const auto wrong = std::ranges::count_if(entries, is_wrong);
+  if (wrong == 0) return palette.green("stored so");
+  const ChangedValue& first = *std::ranges::find_if(entries, is_wrong);
+  return palette.red(std::to_string(wrong) + " of them stored otherwise, first " + first.path);
+}
+
+void print_line(std::ostream& out, ChangedValues line, const Palette& palette) {
+  const ChangedValue& first = line.front();
+  if (line.size() > 1) {
+    out << first.table << ": " << describe_entries(line) << ", " << stored_text(line, palette);
+  } else {
+    out << first.path << ": was " << value_text(first.before) << ", now " << value_text(first.asked)
+        << ", " << stored_text(first, palette);
+  }
+  out << '\n';
+}
+
+void add_value(cJSON& object, const char* name, const cJSON* value) {
+  pqclient::add_member(
+      object, name, value != nullptr ? pqclient::copy_json(*value) : JsonPtr(cJSON_CreateNull()));
+}
+
+JsonPtr json_of(const ChangedValue& value) {
+  JsonPtr object(cJSON_CreateObject());
+  pqclient::add_member(*object, "path", JsonPtr(cJSON_CreateString(value.path.c_str())));
+  add_value(*object, "was", value.before);
+  add_value(*object, "now", value.asked);
+  if (is_read_back(value)) add_value(*object, "stored", value.stored);
+  return object;
+}
+
+JsonPtr copy_or_null(const cJSON* tree) {
+  return tree != nullptr ? pqclient::copy_json(*tree) : nullptr;
 }
 
 }  // namespace
 
-void ChangeReport::add(const std::string& path, const cJSON* old, const cJSON& asked,
+void ChangeReport::add(const pqclient::Target& place, const cJSON* before, const cJSON& asked,
                        const cJSON* stored) {
-  auto changes = pqclient::compare_change(path, old, asked, stored);
-  if (changes.empty()) changes.push_back({path, old, &asked, stored});  // it was so before
-  for (const pqclient::ChangedValue& change : changes) {
-    lines_.push_back({change.path, json_text(change.before), json_text(change.asked),
-                      json_text(change.stored), change.is_stored_as_asked()});
+  Write write{copy_or_null(before), pqclient::copy_json(asked), copy_or_null(stored), {}};
+  const cJSON* compared = write.stored ? write.stored.get() : write.asked.get();
+  write.values = compare_change(place, write.before.get(), write.asked.get(), compared);
+  if (write.values.empty() && write.asked->child == nullptr) {  // a single value that was so before
+    write.values.push_back({.path = place.text(),
+                            .table = "",
+                            .index = 0,
+                            .before = write.before.get(),
+                            .asked = write.asked.get(),
+                            .stored = compared});
   }
+  if (!write.stored) {
+    for (ChangedValue& value : write.values)
+      value.stored = nullptr;
+  }
+  writes_.push_back(std::move(write));
 }
 
-void ChangeReport::print(std::ostream& out) const {
-  if (as_json_) {
-    print_json(out);
-  } else {
-    print_lines(out);
+void ChangeReport::print(std::ostream& out, const Palette& palette) const {
+  for (const Write& write : writes_) {
+    for (const ChangedValues line : lines_of(write.values))
+      print_line(out, line, palette);
   }
-}
-
-void ChangeReport::print_lines(std::ostream& out) const {
-  const std::size_t shown = std::min(lines_.size(), kShownLines);
-  for (std::size_t i = 0; i < shown; ++i) {
-    const Line& line = lines_[i];
-    out << line.path << "  old " << line.old << "  new " << line.asked << "  stored " << line.stored
-        << '\n';
-  }
-  if (shown < lines_.size()) out << "and " << lines_.size() - shown << " more\n";
 }
 
 void ChangeReport::print_json(std::ostream& out) const {
-  const char* separator = "[";
-  for (const Line& line : lines_) {
-    // Paths consist of letters, digits, underscores and slashes: nothing to escape.
-    out << separator << R"({"path":")" << line.path << R"(","old":)" << line.old << R"(,"new":)"
-        << line.asked << R"(,"stored":)" << line.stored << '}';
-    separator = ",";
+  const JsonPtr values(cJSON_CreateArray());
+  for (const Write& write : writes_) {
+    for (const ChangedValue& value : write.values)
+      pqclient::add_element(*values, json_of(value));
   }
-  out << (lines_.empty() ? "[]\n" : "]\n");
+  out << pqclient::print_json(*values) << '\n';
+}
+
+std::vector<const ChangedValue*> ChangeReport::wrong_values() const {
+  std::vector<const ChangedValue*> wrong;
+  for (const Write& write : writes_) {
+    for (const ChangedValue& value : write.values) {
+      if (is_wrong(value)) wrong.push_back(&value);
+    }
+  }
+  return wrong;
 }
 
 void ChangeReport::throw_unless_stored() const {
-  const auto wrong = std::ranges::find(lines_, false, &Line::is_stored_as_asked);
-  if (wrong == lines_.end()) return;
-  const auto count = std::ranges::count(lines_, false, &Line::is_stored_as_asked);
+  const auto wrong = wrong_values();
+  if (wrong.empty()) return;
+  const std::size_t more = wrong.size() - 1;
   throw pqclient::Error(
       pqclient::ErrorKind::kMismatch,
-      "the board stored something else: " + wrong->path + " should be " + wrong->asked + ", is " +
-          wrong->stored +
-          (count > 1 ? " (and " + std::to_string(count - 1) + " more values differ)" : "") +
+      "the board stored something else: " + wrong.front()->path + " should be " +
+          value_text(wrong.front()->asked) + ", is " + value_text(wrong.front()->stored) +
+          (more > 0 ? " (and " + std::to_string(more) + " more values differ)" : "") +
           ". Is another tool tuning at the same time? The board's log says more: logcat -s "
           "aiqtool");
 }

@@ -1,41 +1,41 @@
-// What a change came to: old, new and stored value of everything that was touched.
+// What changes came to: old, new and stored value of everything that was touched.
 #ifndef PQCTL_REPORT_CHANGE_H_
 #define PQCTL_REPORT_CHANGE_H_
 
-#include <cstddef>
 #include <iosfwd>
-#include <string>
 #include <vector>
 
+#include "palette.h"
+#include "pqclient/change.h"
 #include "pqclient/json.h"
 
 class ChangeReport {
  public:
-  explicit ChangeReport(bool as_json) : as_json_(as_json) {}
+  // before, asked, stored: what is at `place`; stored is null when it was not read back.
+  void add(const pqclient::Target& place, const cJSON* before, const cJSON& asked,
+           const cJSON* stored);
 
-  // path: as pqctl writes it. old and stored are null when there is no such value.
-  void add(const std::string& path, const cJSON* old, const cJSON& asked, const cJSON* stored);
+  // For a person: "csc/cscHue: was 256, now 300, stored 300", the entries of a table together.
+  // That it is stored does not say that it can be seen: the board only logs what a display refuses.
+  void print(std::ostream& out, const Palette& palette) const;
 
-  // For a person: one line for each value, of a big change the first few.
-  // As JSON: an array of {"path", "old", "new", "stored"}, complete.
-  void print(std::ostream& out) const;
+  // An array of {"path", "was", "now", "stored"}, complete; without "stored" if not read back.
+  void print_json(std::ostream& out) const;
 
   // Throws Error kMismatch that names the first value which is stored otherwise than asked.
   void throw_unless_stored() const;
 
  private:
-  struct Line {
-    std::string path;
-    std::string old;
-    std::string asked;
-    std::string stored;
-    bool is_stored_as_asked;
+  struct Write {
+    pqclient::JsonPtr before;
+    pqclient::JsonPtr asked;
+    pqclient::JsonPtr stored;
+    std::vector<pqclient::ChangedValue> values;  // point into the three
   };
-  void print_lines(std::ostream& out) const;
-  void print_json(std::ostream& out) const;
 
-  bool as_json_;
-  std::vector<Line> lines_;
+  [[nodiscard]] std::vector<const pqclient::ChangedValue*> wrong_values() const;
+
+  std::vector<Write> writes_;
 };
 
 #endif  // PQCTL_REPORT_CHANGE_H_

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "configuration.h"
+#include "exit_status.h"
 #include "options.h"
 #include "palette.h"
 #include "pqclient/target.h"
@@ -15,9 +16,13 @@
 
 class Session {
  public:
-  explicit Session(Options options) : options_(std::move(options)) {}
+  // command: what the user has typed, without the program's name.
+  explicit Session(Options options, std::string command)
+      : options_(std::move(options)), command_(std::move(command)) {}
 
   [[nodiscard]] const Options& options() const { return options_; }
+
+  [[nodiscard]] const std::string& command() const { return command_; }
 
   // Reads the list of boards at first need. Throws Error kInput or kFile.
   const Board& board();
@@ -32,6 +37,10 @@ class Session {
   // A section as the board has it. Throws Error kBadAnswer when it has none.
   pqclient::JsonPtr read_section(const pqclient::Target& section);
 
+  // How pqctl ends if nothing else goes wrong.
+  void end_with(ExitStatus status) { status_ = status; }
+  [[nodiscard]] ExitStatus status() const { return status_; }
+
   // One line to standard error, unless the user wants quiet: "note: " and the text.
   void note(std::string_view text) const;
 
@@ -44,6 +53,8 @@ class Session {
 
  private:
   Options options_;
+  std::string command_;
+  ExitStatus status_ = ExitStatus::kOk;
   std::optional<Board> board_;
   std::optional<pqclient::TuningClient> client_;
 };

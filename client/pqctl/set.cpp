@@ -1,42 +1,25 @@
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "assignments.h"
 #include "commands.h"
-#include "effect.h"
-#include "pqclient/change.h"
-#include "pqclient/check.h"
-#include "pqclient/error.h"
-#include "report_change.h"
+#include "write_plan.h"
 
 namespace {
 
-using pqclient::Target;
-
 struct Arguments {
-  std::string place;
-  std::string value;
+  std::vector<std::string> words;
+  bool is_dry_run = false;
+  bool skips_reading_back = false;
 };
 
 void set(Session& session, const Arguments& arguments) {
-  const Target target = pqclient::parse_target(arguments.place);
-  const pqclient::JsonPtr asked = pqclient::parse_value(target, arguments.value);
-  session.require_writable();
-  const pqclient::JsonPtr before = session.read_section(target);
-  const cJSON* old = target.find_in(*before);
-  if (old == nullptr) {
-    throw pqclient::Error(pqclient::ErrorKind::kBadAnswer,
-                          "the board's document has no " + target.text() + " to change");
-  }
-  const pqclient::Answer after = pqclient::store(session.client(), target, *asked);
-  const cJSON* stored = after.value != nullptr ? target.find_in(*after.value) : nullptr;
-
-  ChangeReport report(session.options().json);
-  report.add(target.text(), old, *asked, stored);
-  report.print(std::cout);
-  if (after.value != nullptr) print_effect_note(std::cerr, target, *after.value);
-  report.throw_unless_stored();
+  const auto assignments = parse_assignments(arguments.words);
+  if (!arguments.is_dry_run) session.require_writable();
+  write_all(session, plan_assignments(session, assignments),
+            {.is_dry_run = arguments.is_dry_run, .reads_back = !arguments.skips_reading_back});
 }
 
 }  // namespace
@@ -47,15 +30,10 @@ void add_set(const Grammar& grammar) {
       add_command(grammar,
                   {.name = "set",
                    .group = kChange,
-                   .about = "Change a value, read it back, and show what was and what is stored",
-                   .more = ""},
+                   .about = "Change values, read them back, and show what was and what is stored",
+                   .more = kAssignmentHelp},
                   [arguments](Session& session) { set(session, *arguments); });
-  command.add_option("place", arguments->place, "SECTION/MEMBER[/INDEX]")
-      ->option_text("PLACE")
-      ->required();
-  command
-      .add_option("value", arguments->value,
-                  "Number or text; for a table all entries, with commas between them")
-      ->option_text("VALUE")
-      ->required();
+  add_assignment_words(command, arguments->words);
+  command.add_flag("-n,--dry-run", arguments->is_dry_run, "Print what would be sent, send nothing");
+  command.add_flag("--no-verify", arguments->skips_reading_back, "Do not read back");
 }

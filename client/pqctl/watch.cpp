@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <ctime>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "commands.h"
+#include "difference_text.h"
 #include "interrupt.h"
 #include "pqclient/change.h"
 #include "pqclient/error.h"
@@ -29,8 +31,6 @@ struct Watched {
   JsonPtr last;  // the value at the place; null before the first look and when it is not there
 };
 
-constexpr std::size_t kShownChanges = 12;
-
 std::string clock_text() {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
@@ -39,31 +39,28 @@ std::string clock_text() {
   return {text.data(), std::strftime(text.data(), text.size(), "%H:%M:%S", &local)};
 }
 
-std::string value_text(const cJSON* value) {
-  return value != nullptr ? pqclient::print_json(*value) : "nothing";
-}
-
-void print_change(const Session& session, const ChangedValue& change) {
-  if (session.options().json) {
-    // Paths and times need no escaping.
-    std::cout << R"({"time":")" << clock_text() << R"(","path":")" << change.path << R"(","old":)"
-              << (change.before != nullptr ? pqclient::print_json(*change.before) : "null")
-              << R"(,"new":)" << pqclient::print_json(*change.asked) << "}\n";
-  } else {
-    std::cout << clock_text() << "  " << change.path << "  " << value_text(change.before) << " -> "
-              << session.palette().bold(value_text(change.asked)) << '\n';
-  }
+void print_as_json(const ChangedValue& change) {
+  // Places and times need no escaping.
+  std::cout << R"({"time":")" << clock_text() << R"(","path":")" << change.path << R"(","was":)"
+            << (change.before != nullptr ? pqclient::print_json(*change.before) : "null")
+            << R"(,"now":)" << pqclient::print_json(*change.asked) << "}\n";
 }
 
 void print_changes(const Session& session, const Watched& watched, const cJSON& now) {
-  const auto changes =
-      pqclient::compare_change(watched.target.text(), watched.last.get(), now, &now);
-  const std::size_t shown = session.options().json ? changes.size() : kShownChanges;
-  for (std::size_t i = 0; i < changes.size() && i < shown; ++i)
-    print_change(session, changes[i]);
-  if (changes.size() > shown) {
-    std::cout << "          and " << changes.size() - shown << " more in " << watched.target.text()
-              << '\n';
+  const auto changes = pqclient::compare_states(watched.target, watched.last.get(), &now);
+  if (session.options().json) {
+    std::ranges::for_each(changes, print_as_json);
+    return;
+  }
+  for (const ChangedValues line : lines_of(changes)) {
+    const ChangedValue& first = line.front();
+    std::cout << clock_text() << "  ";
+    if (line.size() > 1) {
+      std::cout << first.table << ": " << describe_entries(line) << '\n';
+    } else {
+      std::cout << first.path << ": was " << value_text(first.before) << ", now "
+                << session.palette().bold(value_text(first.asked)) << '\n';
+    }
   }
 }
 

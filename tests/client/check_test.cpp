@@ -58,7 +58,7 @@ TEST(Section, KeepsOddValuesThatTheBoardHasAlready) {
       R"({"name":"","cscEnable":5,"cscMode":"","cscBrightness":600,"cscHue":1,"cscContrast":1,)"
       R"("cscSaturation":1,"cscRGain":1,"cscGGain":1,"cscBGain":1})");
   const JsonPtr asked = copy_json(*before);
-  const Section& csc = *find_section("csc");
+  const Target csc = parse_target("csc");
   EXPECT_NO_THROW(check_section(csc, *asked, *before));
   cJSON_SetNumberValue(cJSON_GetObjectItem(asked.get(), "cscBrightness"), 601);
   EXPECT_THROW(check_section(csc, *asked, *before), Error);

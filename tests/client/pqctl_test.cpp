@@ -89,24 +89,57 @@ TEST_F(Pqctl, GetJsonIsTheExactValueAndNothingElse) {
 }
 
 TEST_F(Pqctl, SetShowsOldNewAndStored) {
-  EXPECT_EQ(output_of("set csc/cscHue 256"), "csc/cscHue  old 300  new 256  stored 256\n");
+  EXPECT_EQ(output_of("set csc/cscHue 256"), "csc/cscHue: was 300, now 256, stored 256\n");
   EXPECT_EQ(output_of("set csc/cscHue 257 --json"),
-            R"([{"path":"csc/cscHue","old":256,"new":257,"stored":257}])"
+            R"([{"path":"csc/cscHue","was":256,"now":257,"stored":257}])"
             "\n");
   EXPECT_EQ(output_of("set ai/dci/0/dciWeight_low/1 7"),
-            "ai/dci/nature-default/dciWeight_low/1  old 2  new 7  stored 7\n");
+            "ai/dci/nature-default/dciWeight_low/1: was 2, now 7, stored 7\n");
 }
 
-TEST_F(Pqctl, SetTakesNegativeNumbers) {
-  const Outcome outcome = pqctl_on_board("set acm/acmTableDeltaYbyH/1 -5");
-  EXPECT_EQ(outcome.output, "acm/acmTableDeltaYbyH/1  old 0  new -5  stored -5\n");
+TEST_F(Pqctl, SetTakesStepsAndNegativeNumbers) {
+  for (const auto& [words, change] : {
+           std::pair{"csc/cscHue +5", "csc/cscHue: was 300, now 305, stored 305\n"},
+           std::pair{"csc/cscHue -4", "csc/cscHue: was 305, now 301, stored 301\n"},
+           std::pair{"csc/cscHue-=1", "csc/cscHue: was 301, now 300, stored 300\n"},
+           std::pair{"acm/lumGain=+5", "acm/lumGain: was 0, now 5, stored 5\n"},
+           std::pair{"acm/acmTableDeltaYbyH/1 -5",
+                     "acm/acmTableDeltaYbyH/1: was 0, now -5, stored -5\n"},
+           std::pair{"acm/acmTableDeltaYbyH/1 -=5",
+                     "acm/acmTableDeltaYbyH/1: was -5, now -10, stored -10\n"},
+           std::pair{"acm/acmTableDeltaSbyH +=7",
+                     "acm/acmTableDeltaSbyH: 65 entries from 0 to 64, by +7, stored so\n"},
+           std::pair{"acm/acmEnable off", "acm/acmEnable: was 1, now 0, stored 0\n"},
+       }) {
+    EXPECT_EQ(output_of(std::string("set ") + words), change);
+  }
+}
+
+TEST_F(Pqctl, SetMergesAssignmentsIntoOneWriteForEachSection) {
+  output_of("set csc/cscHue 1 acm/lumGain 2 csc/cscContrast 3 ai/dci/0/dciEnable off");
+  EXPECT_EQ(board_.writes(), 3);
+  EXPECT_EQ(output_of("get csc/cscHue acm/lumGain csc/cscContrast --json"),
+            R"({"csc/cscHue":1,"acm/lumGain":2,"csc/cscContrast":3})"
+            "\n");
+}
+
+TEST_F(Pqctl, SetWithAnythingWrongSendsNothing) {
+  for (const char* words : {"csc/cscHue 1 csc/cscHue 512", "csc/cscHue +212", "csc/cscHue -301",
+                            "csc/cscHue 1 csc/cscHeu 1", "csc/cscHue", "csc 1", "csc/cscHue 1.5",
+                            "acm/acmTableDeltaYbyH/1 +5"}) {
+    EXPECT_EQ(pqctl_on_board(std::string("set ") + words).status, 1) << words;
+  }
+  EXPECT_EQ(output_of("set csc/cscHue 1 --dry-run"),
+            "PQ {\"op\":\"replace\",\"path\":\"/csc/cscHue\",\"value\":1}\n");
+  EXPECT_EQ(board_.writes(), 0);
 }
 
 TEST_F(Pqctl, SetSaysWhyASliderDoesNotShow) {
   EXPECT_EQ(pqctl_on_board("set csc/cscHue 1").errors, "");
   pqctl_on_board("set csc/cscMode HIGH_QUALITY_MODE");
   EXPECT_EQ(pqctl_on_board("set csc/cscHue 2").errors,
-            "note: cscHue shows only with cscMode LOW_LATENCY_MODE\n");
+            "note: brightness, contrast, saturation and hue show only in low-latency mode: pqctl "
+            "set csc/cscMode LOW_LATENCY_MODE\n");
   EXPECT_EQ(pqctl_on_board("set csc/cscRGain 2").errors, "");
 }
 
@@ -114,7 +147,7 @@ TEST_F(Pqctl, SetEndsWithThreeWhenSomethingElseIsStored) {
   board_.ignore_writes(1);
   const Outcome outcome = pqctl_on_board("set csc/cscHue 256");
   EXPECT_EQ(outcome.status, 3);
-  EXPECT_EQ(outcome.output, "csc/cscHue  old 300  new 256  stored 300\n");
+  EXPECT_EQ(outcome.output, "csc/cscHue: was 300, now 256, stored 300\n");
   EXPECT_NE(outcome.errors.find("csc/cscHue should be 256, is 300"), std::string::npos);
 }
 
@@ -124,10 +157,12 @@ TEST_F(Pqctl, PatchSendsEachSectionOnceAndCscLast) {
       R"({"op":"copy","from":"/csc/cscHue","path":"/csc/cscContrast"},)"
       R"({"op":"replace","path":"/acm/acmTableDeltaYbyH/64","value":-3}])";
   EXPECT_EQ(output_of("patch -", operations),
-            "acm/acmTableDeltaYbyH/64  old 0  new -3  stored -3\n"
-            "csc/cscHue  old 300  new 1  stored 1\n"
-            "csc/cscContrast  old 256  new 1  stored 1\n");
+            "acm/acmTableDeltaYbyH/64: was 0, now -3, stored -3\n"
+            "csc/cscHue: was 300, now 1, stored 1\n"
+            "csc/cscContrast: was 256, now 1, stored 1\n");
   EXPECT_EQ(board_.writes(), 2);
+  output_of("patch -", R"({"op":"replace","path":"/ai/dci/nature-default/dciEnable","value":0})");
+  EXPECT_EQ(output_of("get ai/dci/0/dciEnable"), "0\n");
 }
 
 TEST_F(Pqctl, PatchWithAnythingWrongSendsNothing) {
@@ -142,12 +177,46 @@ TEST_F(Pqctl, PatchWithAnythingWrongSendsNothing) {
       R"({"op":"move","from":7,"path":"/csc/cscHue"})",
       R"({"op":"add","path":"/acm/acmTableDeltaYbyH/-","value":1})",
       R"({"op":"replace","path":"","value":{}})",
+      R"({"op":"remove","path":"/ai/dci/0"})",
+      R"({"op":"add","path":"/ai/dci/nature-sky/dciEnable","value":7})",
   };
   for (const char* example : examples) {
     EXPECT_EQ(pqctl_on_board("patch -", example).status, 1) << example;
   }
   EXPECT_EQ(pqctl_on_board("patch /no/such/file").status, 7);
   EXPECT_EQ(board_.writes(), 0);
+}
+
+TEST_F(Pqctl, UndoTakesBackOneChangeAfterTheOtherAndNothingElse) {
+  output_of("set csc/cscHue 1 acm/lumGain 2");
+  output_of("set csc/cscContrast 3");
+  output_of("undo");
+  EXPECT_EQ(output_of("get csc/cscContrast"), "256\n");
+  output_of("undo --dry-run");
+  unsetenv("XDG_STATE_HOME");
+  unsetenv("HOME");
+  EXPECT_EQ(pqctl_on_board("set csc/cscSaturation 9 csc/cscHue 5").status, 0);  // from elsewhere
+  setenv("XDG_STATE_HOME", home_.path().c_str(), 1);
+  const Outcome outcome = pqctl_on_board("undo");
+  EXPECT_EQ(outcome.output,
+            "acm/lumGain: was 2, now 0, stored 0\ncsc/cscHue: was 5, now 300, stored 300\n");
+  EXPECT_NE(outcome.errors.find("1 of the values have been changed since"), std::string::npos);
+  EXPECT_EQ(output_of("get csc/cscSaturation"), "9\n");
+  EXPECT_EQ(pqctl_on_board("undo").status, 1);
+  output_of("undo 4");  // an undo can be undone
+  EXPECT_EQ(output_of("get csc/cscHue"), "5\n");
+}
+
+TEST_F(Pqctl, TryTakesBackAfterItsTimeAndOnCtrlC) {
+  EXPECT_EQ(output_of("try --for 0.1 csc/cscHue 1"),
+            "csc/cscHue: was 300, now 1, stored 1\ncsc/cscHue: was 1, now 300, stored 300\n");
+  EXPECT_EQ(pqctl_on_board("undo").status, 1);
+  EXPECT_EQ(pqctl_on_board("try csc/cscHue 1").status, 1);  // nobody could press a key
+  const std::string file = (home_.path() / "shown").string();
+  const std::string interrupted = " >" + file + " try --for 60 csc/cscHue 2 & pid=$!; until [ -s " +
+                                  file + " ]; do sleep 0.05; done; kill -INT $pid; wait $pid";
+  EXPECT_EQ(pqctl_on_board(interrupted).status, 130);
+  EXPECT_EQ(output_of("get csc/cscHue"), "300\n");
 }
 
 TEST_F(Pqctl, PatternModeIsEnteredOnceAndLeavingKeepsDciOn) {

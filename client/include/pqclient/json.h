@@ -24,6 +24,9 @@ JsonPtr parse_whole_json(const std::string& text);
 // One line without blanks.
 std::string print_json(const cJSON& tree);
 
+// Indented, each array of numbers on one line.
+std::string print_json_for_people(const cJSON& tree);
+
 // The last member of that exact name, or null. Last, because a reply may name one twice.
 const cJSON* last_member(const cJSON& object, std::string_view name);
 
@@ -31,6 +34,8 @@ const cJSON* last_member(const cJSON& object, std::string_view name);
 const cJSON* element(const cJSON& array, int index);
 
 JsonPtr copy_json(const cJSON& tree);
+
+JsonPtr make_string(std::string_view text);
 
 // Gives the item to the object or array.
 void add_member(cJSON& object, const char* name, JsonPtr item);

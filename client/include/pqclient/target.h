@@ -34,6 +34,13 @@ struct Target {
 
   // The value at this place in the answer to a query of the section; null when it is not there.
   [[nodiscard]] const cJSON* find_in(const cJSON& section_value) const;
+
+  // Puts `value` there instead; in place of the whole section when this is one. Throws Error
+  // kBadAnswer when it is not there.
+  void replace_in(JsonPtr& section_value, JsonPtr value) const;
+
+  // The section that this place is in.
+  [[nodiscard]] Target whole_section() const { return {document, section, {}, nullptr, {}}; }
 };
 
 // Throws Error kInput that names the nearest known members, or the scenes or indices that exist.

@@ -79,6 +79,9 @@ class TuningClient {
   // because the board then sends nothing. Throws kBadAnswer for a format or size that cannot be.
   Dump request_dump(DumpSide side);
 
+  // The board's number as the last answer had it; nothing before the first answer.
+  [[nodiscard]] std::optional<int> platform() const { return platform_; }
+
   [[nodiscard]] std::string address() const { return address_.text(); }
 
  private:
@@ -90,7 +93,7 @@ class TuningClient {
   Address address_;
   Timing timing_;
   std::string tool_version_;
-  int platform_ = 0;  // as the last answer had it; requests carry it
+  std::optional<int> platform_;  // requests carry it
   std::optional<Connection> connection_;
   std::chrono::steady_clock::time_point quiet_until_;  // end of the gap after an unanswered packet
   bool change_pending_ = false;                        // nothing was answered since the last one

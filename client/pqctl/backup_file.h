@@ -1,0 +1,36 @@
+// Files with all that a board has stored.
+//
+//   {"format": "pqctl backup", "version": 1, "time": "2026-11-21T07:30:00Z", "tool": "pqctl 1.0.8",
+//    "board": "lab (192.0.2.7:5543)", "platform": 1, "checksum": "crc32:89abcdef",
+//    "documents": {"gamma": {...}, ..., "csc": {...}, "ai": {"dci": [...], "acm": [...]}}}
+//
+// The checksum is CRC-32 (as in zlib and ISO 3309) over the documents printed without blanks.
+#ifndef PQCTL_BACKUP_FILE_H_
+#define PQCTL_BACKUP_FILE_H_
+
+#include <optional>
+#include <string>
+
+#include "section_tree.h"
+#include "session.h"
+
+struct Backup {
+  std::string time;  // as utc_text() has it
+  std::string tool;
+  std::string board;
+  std::optional<int> platform;  // the board's number
+  SectionTree documents;
+  bool is_intact = true;  // the checksum fits
+};
+
+// All seven sections, with the time of now.
+Backup read_board(Session& session);
+
+std::string backup_text(const Backup& backup);
+
+// "-" is standard input. Takes also a document as the board has it on disk: such a file has no
+// time, platform or checksum, and only its own sections. Throws Error kFile when it cannot be read,
+// kInput when it is neither.
+Backup read_backup(const std::string& path);
+
+#endif  // PQCTL_BACKUP_FILE_H_

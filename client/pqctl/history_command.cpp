@@ -1,0 +1,106 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "commands.h"
+#include "difference_text.h"
+#include "history.h"
+#include "pqclient/error.h"
+#include "time_text.h"
+
+namespace {
+
+using pqclient::JsonPtr;
+
+struct Arguments {
+  std::optional<int> number;
+};
+
+constexpr std::size_t kShownCommand = 60;  // letters; a table on the command line is long
+
+const char* state_of(const HistoryEntry& entry) {
+  if (entry.is_undone) return "undone";
+  return entry.is_undo ? "undo" : "";
+}
+
+void print_line(const HistoryEntry& entry) {
+  std::string command = entry.command.substr(0, kShownCommand);
+  if (command.size() < entry.command.size()) command += "...";
+  std::cout << std::setw(5) << entry.number << "  " << local_text(entry.time) << "  " << std::left
+            << std::setw(6) << state_of(entry) << std::right << "  " << command << '\n';
+}
+
+void print_changes(const HistoryEntry& entry) {
+  for (const HistoryChange& change : entry.changes) {
+    const auto values = compare_states(change.place, change.before.get(), change.after.get());
+    for (const ChangedValues line : lines_of(values)) {
+      std::cout << "       ";
+      if (line.size() > 1) {
+        std::cout << line.front().table << ": " << describe_entries(line) << '\n';
+      } else {
+        std::cout << line.front().path << ": " << value_text(line.front().before) << " -> "
+                  << value_text(line.front().asked) << '\n';
+      }
+    }
+  }
+}
+
+void print_json(const std::vector<HistoryEntry>& entries) {
+  const JsonPtr list(cJSON_CreateArray());
+  for (const HistoryEntry& entry : entries) {
+    JsonPtr item = json_of(entry);
+    pqclient::add_member(*item, "number", JsonPtr(cJSON_CreateNumber(entry.number)));
+    pqclient::add_element(*list, std::move(item));
+  }
+  std::cout << pqclient::print_json(*list) << '\n';
+}
+
+void show_history(Session& session, const Arguments& arguments) {
+  std::vector<HistoryEntry> entries = History(session.board()).entries();
+  if (arguments.number) {
+    std::erase_if(entries,
+                  [&](const HistoryEntry& entry) { return entry.number != *arguments.number; });
+    if (entries.empty()) {
+      throw pqclient::Error(pqclient::ErrorKind::kInput,
+                            "the history of board " + session.board().text() + " has no change " +
+                                std::to_string(*arguments.number));
+    }
+  }
+  if (session.options().json) {
+    print_json(entries);
+    return;
+  }
+  if (entries.empty()) {
+    session.note("no change of board " + session.board().text() + " was made from here");
+  }
+  for (const HistoryEntry& entry : entries) {
+    print_line(entry);
+    if (arguments.number) print_changes(entry);
+  }
+}
+
+}  // namespace
+
+void add_history(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "history",
+       .group = kKeep,
+       .about = "List the changes made from this machine, oldest first",
+       .more = R"(Before each change pqctl keeps what was there, for each board by itself, in
+$XDG_STATE_HOME/pqctl/history, usually in ~/.local/state. The newest 300 changes of a board are kept.
+With a number, the values of that change.
+
+Examples:
+  pqctl history
+  pqctl history 17
+)"},
+      [arguments](Session& session) { show_history(session, *arguments); });
+  command.add_option("number", arguments->number, "Only this change, with its values")
+      ->option_text("NUMBER");
+}

@@ -1,0 +1,176 @@
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "backup_file.h"
+#include "commands.h"
+#include "pqclient/check.h"
+#include "pqclient/error.h"
+#include "time_text.h"
+#include "write_plan.h"
+
+namespace {
+
+using pqclient::Document;
+using pqclient::Error;
+using pqclient::ErrorKind;
+using pqclient::JsonPtr;
+using pqclient::Target;
+
+struct Arguments {
+  std::string file;
+  std::vector<std::string> only;
+  bool is_dry_run = false;
+  bool is_forced = false;
+};
+
+// The names are the board's, the values those of the backup where it has them: a backup of an older
+// or newer version may lack some, or have more.
+JsonPtr merged(const Target& place, const cJSON& board, const cJSON& kept, Session& session) {
+  JsonPtr section(cJSON_CreateObject());
+  for (const cJSON* item = board.child; item != nullptr; item = item->next) {
+    const cJSON* value = pqclient::last_member(kept, item->string);
+    if (value == nullptr) {
+      session.note("the backup has no " + place.text() + "/" + item->string +
+                   ", which stays as it is");
+    }
+    pqclient::add_member(*section, item->string,
+                         pqclient::copy_json(value != nullptr ? *value : *item));
+  }
+  for (const cJSON* item = kept.child; item != nullptr; item = item->next) {
+    if (pqclient::last_member(board, item->string) == nullptr) {
+      session.note("the board has no " + place.text() + "/" + item->string +
+                   ", which is passed over");
+    }
+  }
+  return section;
+}
+
+JsonPtr merged_section(const Target& section, const cJSON& board, const cJSON& kept,
+                       Session& session) {
+  const bool is_usable = cJSON_IsObject(&kept) != 0 || cJSON_IsArray(&kept) != 0;
+  if (!is_usable || cJSON_IsArray(&kept) != cJSON_IsArray(&board) ||
+      (cJSON_IsArray(&kept) != 0 && cJSON_GetArraySize(&kept) != cJSON_GetArraySize(&board))) {
+    throw Error(ErrorKind::kInput, "the backup's " + section.text() +
+                                       " has another shape than the board's, nothing sent");
+  }
+  if (section.document == Document::kPq) return merged(section, board, kept, session);
+  JsonPtr scenes(cJSON_CreateArray());
+  Target scene = section;
+  scene.scene = 0;
+  const cJSON* item = kept.child;
+  for (const cJSON* old = board.child; old != nullptr; old = old->next, item = item->next) {
+    pqclient::add_element(*scenes, merged(scene, *old, *item, session));
+    if (*scene.scene + 1 < std::ssize(pqclient::kScenes)) ++*scene.scene;
+  }
+  return scenes;
+}
+
+// "csc,gamma", "ai/dci", also "csc/cscHue"; all sections when there is none.
+std::vector<Target> wanted_places(const Arguments& arguments) {
+  std::vector<Target> places;
+  for (const std::string& place : arguments.only)
+    places.push_back(pqclient::parse_target(place));
+  if (places.empty()) {
+    const auto all = pqclient::sections_in_writing_order();
+    places.assign(all.begin(), all.end());
+  }
+  return places;
+}
+
+bool is_in(const Target& place, const Target& section) {
+  return place.document == section.document && place.section == section.section;
+}
+
+// Nothing when no place is wanted in this section, or the backup does not have it.
+std::optional<PlannedWrite> plan_section(Session& session, const Target& section,
+                                         const std::vector<Target>& places, const Backup& backup) {
+  const cJSON* kept = backup.documents.find(section);
+  const bool is_wanted =
+      std::ranges::any_of(places, [&](const Target& place) { return is_in(place, section); });
+  if (!is_wanted || kept == nullptr) return std::nullopt;
+  JsonPtr before = session.read_section(section);
+  const JsonPtr all = merged_section(section, *before, *kept, session);
+  JsonPtr asked = pqclient::copy_json(*before);
+  for (const Target& place : places) {
+    if (!is_in(place, section)) continue;
+    const cJSON* value = place.find_in(*all);
+    if (value != nullptr) place.replace_in(asked, pqclient::copy_json(*value));
+  }
+  check_section(section, *asked, *before);
+  auto write = plan_difference(section, pqclient::copy_json(*before), pqclient::copy_json(*asked));
+  // Also when nothing differs: a restore that was interrupted may have written gamma, and its
+  // tables show without gains until csc is written.
+  if (!write && section.document == Document::kPq && section.section->name == "csc") {
+    return PlannedWrite{section, std::move(before), std::move(asked)};
+  }
+  return write;
+}
+
+void check_backup(Session& session, const Backup& backup, const Arguments& arguments) {
+  if (arguments.is_forced) return;
+  if (!backup.is_intact) {
+    throw Error(ErrorKind::kInput, arguments.file +
+                                       " has been changed since it was written, or is damaged: its "
+                                       "checksum does not fit. --force takes it all the same");
+  }
+  const auto platform = session.client().platform();
+  if (backup.platform && platform && *backup.platform != *platform) {
+    throw Error(ErrorKind::kInput, arguments.file + " is of a board of platform " +
+                                       std::to_string(*backup.platform) + ", this one has " +
+                                       std::to_string(*platform) +
+                                       ", nothing sent. --force "
+                                       "restores it all the same");
+  }
+}
+
+void restore(Session& session, const Arguments& arguments) {
+  const Backup backup = read_backup(arguments.file);
+  if (!arguments.is_dry_run) session.require_writable();
+  const std::vector<Target> places = wanted_places(arguments);
+  std::vector<PlannedWrite> writes;
+  for (const Target& section : pqclient::sections_in_writing_order()) {
+    if (auto write = plan_section(session, section, places, backup)) {
+      writes.push_back(std::move(*write));
+    }
+  }
+  check_backup(session, backup, arguments);
+  if (!backup.time.empty()) {
+    session.note("restoring what board " + backup.board + " had on " + local_text(backup.time));
+  }
+  write_all(session, std::move(writes), {.is_dry_run = arguments.is_dry_run});
+}
+
+}  // namespace
+
+void add_restore(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "restore",
+       .group = kKeep,
+       .about = "Write a backup back to the board",
+       .more =
+           R"(Sends what differs, a section at a time: gamma, dci, acm, sharp and then always csc, because
+gamma tables get their gains only with it; the AI scenes after that. When it is interrupted it says
+how far it came; the same command again goes on from there.
+Takes also the documents as they are on the board: pq_config.json, aipq_config.json.
+
+Examples:
+  pqctl restore before-tuning.json --dry-run
+  pqctl restore before-tuning.json
+  pqctl restore before-tuning.json --only gamma,csc
+  pqctl restore before-tuning.json --only csc/cscRGain
+)"},
+      [arguments](Session& session) { restore(session, *arguments); });
+  command.add_option("file", arguments->file, "A backup; - is standard input")
+      ->option_text("FILE")
+      ->required();
+  command.add_option("--only", arguments->only, "Only these sections, members or scenes")
+      ->option_text("PLACE,...")
+      ->delimiter(',');
+  command.add_flag("-n,--dry-run", arguments->is_dry_run, "Print what would be sent, send nothing");
+  command.add_flag("--force", arguments->is_forced,
+                   "Also when the checksum does not fit, or the backup is of another platform");
+}

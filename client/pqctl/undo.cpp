@@ -1,0 +1,68 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "commands.h"
+#include "history.h"
+#include "pqclient/error.h"
+#include "take_back.h"
+#include "time_text.h"
+
+namespace {
+
+struct Arguments {
+  std::optional<int> number;
+  bool is_dry_run = false;
+};
+
+HistoryEntry chosen_entry(Session& session, std::optional<int> number) {
+  std::vector<HistoryEntry> entries = History(session.board()).entries();
+  const auto is_chosen = [number](const HistoryEntry& entry) {
+    return number ? entry.number == *number : !entry.is_undo && !entry.is_undone;
+  };
+  const auto found = std::ranges::find_if(entries.rbegin(), entries.rend(), is_chosen);
+  if (found != entries.rend()) return std::move(*found);
+  const std::string board = session.board().text();
+  throw pqclient::Error(
+      pqclient::ErrorKind::kInput,
+      (number ? "the history of board " + board + " has no change " + std::to_string(*number)
+              : "there is nothing to undo: no change of board " + board +
+                    " was made from here, or all are undone") +
+          ". See pqctl history");
+}
+
+void undo(Session& session, const Arguments& arguments) {
+  if (!arguments.is_dry_run) session.require_writable();
+  const HistoryEntry entry = chosen_entry(session, arguments.number);
+  session.note("undoing change " + std::to_string(entry.number) + " of " + local_text(entry.time) +
+               ": " + entry.command);
+  write_all(session, plan_take_back(session, entry),
+            {.is_dry_run = arguments.is_dry_run, .filing = Filing::kAsUndo});
+  if (!arguments.is_dry_run) History(session.board()).mark_undone(entry.number);
+}
+
+}  // namespace
+
+void add_undo(const Grammar& grammar) {
+  const auto arguments = std::make_shared<Arguments>();
+  CLI::App& command = add_command(
+      grammar,
+      {.name = "undo",
+       .group = kKeep,
+       .about = "Take back the last change made from this machine",
+       .more =
+           R"(Only the values that the change had touched get back what they were; again, and the change
+before that one is taken back. With a number from pqctl history, that change; the number of an undo
+makes the change again.
+
+Examples:
+  pqctl undo
+  pqctl undo 17
+)"},
+      [arguments](Session& session) { undo(session, *arguments); });
+  command.add_option("number", arguments->number, "Which change, see pqctl history")
+      ->option_text("NUMBER");
+  command.add_flag("-n,--dry-run", arguments->is_dry_run, "Print what would be sent, send nothing");
+}
