@@ -80,7 +80,7 @@ void put_documents() {
 
 std::string read_file(const char* path) {
   std::string content;
-  const pq::UniqueFd fd(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+  const pq::UniqueFd fd(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   struct stat status {};
   if (!fd.valid() || fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode)) return content;
   content.resize(static_cast<size_t>(status.st_size));

@@ -31,7 +31,7 @@ class Input {
 };
 
 // Puts a fresh platform in place, as the input's first line says, and chooses the tables: one input
-// in 1,024 gets the full ones.
+// in 4,096 gets the full ones.
 void start_board(Input& input);
 
 }  // namespace fuzz

@@ -10,7 +10,7 @@
 namespace fuzz {
 namespace {
 
-constexpr int kMostRequests = 4;
+constexpr int kMostRequests = 3;
 
 void run_request(std::string_view line, const Service& service) {
   const std::string before = read_file(service.document);

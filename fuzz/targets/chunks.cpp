@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr int kMostPackets = 8;
+constexpr int kMostPackets = 6;
 constexpr size_t kReceiveSize = 8192;
 constexpr size_t kCommandSize = sizeof(CommandData_t);
 

@@ -1,7 +1,7 @@
 // What may lie in the documents' folder at a start. Lines after the first:
 //
 //   what there is: a character each for the PQ document, its side file and the AIPQ document:
-//     f a file, d a folder, p a pipe, l a link to nowhere, else nothing
+//     f a file, d a folder, p a pipe, l a link to a file that is missing, else nothing
 //   their contents, a line each
 //   the base-parameter records' bytes, to the end
 #include <sys/stat.h>
@@ -24,6 +24,7 @@
 
 namespace {
 
+constexpr char kElsewhere[] = "/data/elsewhere";
 constexpr char kSideFile[] = "/data/vendor/qxalgo/.pq_config.json.saving";
 
 void put(const char* path, char kind, std::string_view content) {
@@ -36,7 +37,7 @@ void put(const char* path, char kind, std::string_view content) {
     case 'p':
       return fuzz::require(mkfifo(path, 0600) == 0, "a pipe is made");
     case 'l':
-      return fuzz::require(symlink("/data/nowhere", path) == 0, "a link is made");
+      return fuzz::require(symlink(kElsewhere, path) == 0, "a link is made");
     default:
       return;
   }
@@ -102,6 +103,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fuzz::Input input(data, size);
   fuzz::start_board(input);
   const std::string_view kinds = input.line();
+  std::filesystem::remove(kElsewhere);
   const std::array paths = {pq::kPqDocument, static_cast<const char*>(kSideFile),
                             pq::kAipqDocument};
   for (size_t i = 0; i < paths.size(); ++i)
