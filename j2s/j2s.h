@@ -206,7 +206,8 @@ void _j2s_set_template(bool on);
 // them are new and zeroed before their elements are loaded. A length below 0 or above 65535 is an
 // error, as is memory that can't be had.
 //
-// Strings are plain heap copies, the caller's to free; dynamic arrays belong to the context.
+// Strings are plain heap copies, the caller's to free: those in a dynamic array before a load that
+// may change its length. Dynamic arrays belong to the context.
 // Returns 0, or negative at the first failure; what was loaded before it stays. `json` may lose
 // an index key that does not fit its member.
 int j2s_json_to_struct(j2s_ctx* ctx, cJSON* json, const char* name, void* ptr);
