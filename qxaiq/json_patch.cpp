@@ -14,7 +14,13 @@ constexpr int kMostOperations = 1'000;
 constexpr size_t kMostItems = 1'000'000;
 constexpr int kMostDepth = 256;  // deeper trees overflow the stacks of those who walk them
 
+// What all operations of a patch may cost together, in items looked at: about a second on a board.
+// The document is locked meanwhile, and a few kilobytes of copies and tests could ask for minutes.
+constexpr size_t kMostSteps = 64'000'000;
+constexpr size_t kStepsToCopy = 16;  // an item
+
 // Statuses in the patch library's numbering, for what we find before it does.
+constexpr int kNotEqual = 1;
 constexpr int kNoPatch = 2;
 constexpr int kNoSource = 4;
 constexpr int kNoSourceItem = 5;
@@ -24,17 +30,22 @@ constexpr int kNoDocument = 13;
 constexpr int kNoItem = 13;
 
 // Counts the items below and including `item`; false when there are too many or they nest too deep.
-bool within_limits(const cJSON* item, int depth, size_t& items) {
+bool count_items(const cJSON* item, int depth, size_t& items) {
   if (depth > kMostDepth) return false;
   for (; item != nullptr; item = item->next) {
-    if (++items > kMostItems || !within_limits(item->child, depth + 1, items)) return false;
+    if (++items > kMostItems || !count_items(item->child, depth + 1, items)) return false;
   }
   return true;
 }
 
-bool within_limits(const cJSON* document) {
+// Looks at all items once; false when they are too many or nest too deep, or the steps are used up.
+bool within_limits(const cJSON* document, size_t steps_to_item, size_t& steps_left) {
   size_t items = 0;
-  return within_limits(document, 0, items);
+  if (!count_items(document, 0, items)) return false;
+  const size_t steps = items * steps_to_item;
+  if (steps > steps_left) return false;
+  steps_left -= steps;
+  return true;
 }
 
 // Finds members as the library does, whatever the case of their names.
@@ -64,10 +75,20 @@ int apply_by_library(cJSON* document, JsonPtr operation) {
   return status;
 }
 
-int test(const cJSON* document, JsonPtr operation) {
-  // To compare, the library sorts members in place and leaves lists that later operations would
-  // break on; and a test should change nothing. It gets a copy to sort.
-  return apply_by_library(copy_of(document).get(), std::move(operation));
+// To compare, the library sorts members in place and leaves lists that later operations would break
+// on; and a test should change nothing. It gets a copy to sort, of what is tested alone.
+int test(cJSON* document, JsonPtr operation, size_t& steps_left) {
+  const char* path = text_member(operation.get(), "path");
+  if (path == nullptr) return kNoPatch;
+  const cJSON* tested = cJSONUtils_GetPointer(document, path);
+  if (tested == nullptr) return kNotEqual;
+  if (!within_limits(tested->child, kStepsToCopy, steps_left)) return kTooLarge;
+  JsonPtr root(cJSON_CreateString(""));
+  if (!root) throw std::bad_alloc();
+  // The member is there: only memory can be missing.
+  if (!cJSON_ReplaceItemInObject(operation.get(), "path", root.get())) throw std::bad_alloc();
+  (void)root.release();
+  return apply_by_library(copy_of(tested).get(), std::move(operation));
 }
 
 int put_value(cJSON* document, const char* path, const cJSON* operation) {
@@ -113,11 +134,12 @@ int change(cJSON* document, JsonPtr operation) {
   return apply_by_library(document, std::move(operation));
 }
 
-int apply_operation(cJSON* document, JsonPtr operation) {
-  if (is(text_member(operation.get(), "op"), "test")) return test(document, std::move(operation));
+int apply_operation(cJSON* document, JsonPtr operation, size_t& steps_left) {
+  const char* name = text_member(operation.get(), "op");
+  if (is(name, "test")) return test(document, std::move(operation), steps_left);
   const int status = change(document, std::move(operation));
   if (status != 0) return status;
-  return within_limits(document) ? 0 : kTooLarge;
+  return within_limits(document, 1, steps_left) ? 0 : kTooLarge;
 }
 
 }  // namespace
@@ -127,8 +149,9 @@ int apply_patch(JsonPtr& document, std::string_view patch_text) {
   if (!cJSON_IsArray(patch.get())) return kNoPatch;
   if (!document) return kNoDocument;
   if (cJSON_GetArraySize(patch.get()) > kMostOperations) return kTooLarge;
+  size_t steps_left = kMostSteps;
   while (JsonPtr operation{cJSON_DetachItemFromArray(patch.get(), 0)}) {
-    const int status = apply_operation(document.get(), std::move(operation));
+    const int status = apply_operation(document.get(), std::move(operation), steps_left);
     if (status != 0) return status;
   }
   return 0;

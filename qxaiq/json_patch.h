@@ -15,8 +15,9 @@ namespace pq {
 // have become something else than an object, or nothing that can be printed (a removed root). On
 // failure it is left half-changed, for the caller to throw away.
 // Returns 0 or the patch library's status of the operation that failed: 2 for one without a path,
-// 4 for a move or copy whose "from" is no text, 8 for more than 1,000 operations or for a document
-// that has grown past 1,000,000 items or a depth of 256, others as the library numbers them.
+// 4 for a move or copy whose "from" is no text, 8 for more than 1,000 operations, for a document
+// that has grown past 1,000,000 items or a depth of 256, or when the operations together take too
+// long, others as the library numbers them.
 // Throws std::bad_alloc.
 int apply_patch(JsonPtr& document, std::string_view patch_text);
 

@@ -113,6 +113,24 @@ TEST(JsonPatchLimits, DoublingByCopyEndsAsFailure) {
   EXPECT_EQ(patch(kDocument, operations).status, 8);
 }
 
+TEST(JsonPatchLimits, ManyOperationsOnAHugeDocumentEndAsFailure) {
+  std::string operations = R"([{"op":"add","path":"/x","value":[0)";
+  for (int i = 1; i < 10'000; ++i)
+    operations += ",0";
+  operations += "]}";
+  const auto repeat = [&](const char* operation, int times) {
+    for (int i = 0; i < times; ++i)
+      operations += operation;
+  };
+  repeat(R"(,{"op":"test","path":"/x/9999","value":0},{"op":"add","path":"/z","value":0})", 450);
+  EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
+  for (const char* copy : {"/a", "/b", "/c", "/d", "/e", "/f"})
+    operations += R"(,{"op":"copy","from":"","path":")" + std::string(copy) + R"("})";
+  EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
+  repeat(R"(,{"op":"add","path":"/z","value":0})", 93);
+  EXPECT_EQ(patch(kDocument, operations + "]").status, 8);
+}
+
 TEST(JsonPatchLimits, NestingDeeperThanStacksAllowEndsAsFailure) {
   const std::string deep = std::string(300, '[') + std::string(300, ']');
   EXPECT_EQ(patch(kDocument, R"([{"op":"add","path":"/x","value":)" + deep + "}]").status, 8);
