@@ -41,9 +41,12 @@ void leave_signals_to_main_thread() {
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
-void set_timeout(int socket, int option, time_t seconds) {
+// False after a message. Whoever waits on a socket without a bound can't be stopped.
+bool set_timeout(int socket, int option, time_t seconds) {
   const timeval timeout{seconds, 0};
-  setsockopt(socket, SOL_SOCKET, option, &timeout, sizeof(timeout));
+  if (setsockopt(socket, SOL_SOCKET, option, &timeout, sizeof(timeout)) == 0) return true;
+  kLog.error()("no time-out for socket %d, leaving it: errno %d\n", socket, errno);
+  return false;
 }
 
 void set_flag(int socket, int option) {
@@ -105,10 +108,10 @@ int TCPServer::fail(const char* message) {
 void TCPServer::Accepted() {
   kLog.info()("TCPServer::Accepted\n");
   leave_signals_to_main_thread();
-  set_timeout(sock_, SO_RCVTIMEO, kAcceptTimeout);
+  const bool can_end = set_timeout(sock_, SO_RCVTIMEO, kAcceptTimeout);
   set_flag(sock_, SO_REUSEADDR);
 
-  while (!quit_) {
+  while (can_end && !quit_) {
     join_finished();
     if (descriptors_are_scarce()) {
       std::this_thread::sleep_for(kScarcityPause);
@@ -164,10 +167,10 @@ void TCPServer::start_receiving(int client_socket) {
 int32_t TCPServer::Recvieve(int32_t client_socket, size_t index) {
   leave_signals_to_main_thread();
   kLog.debug()("TCPServer::Recvieve enter %d\n", client_socket);
-  set_timeout(client_socket, SO_RCVTIMEO, kReceiveTimeout);
-  set_timeout(client_socket, SO_SNDTIMEO, kSendTimeout);
+  const bool can_end = set_timeout(client_socket, SO_RCVTIMEO, kReceiveTimeout) &&
+                       set_timeout(client_socket, SO_SNDTIMEO, kSendTimeout);
   set_flag(client_socket, SO_KEEPALIVE);  // a client that lost its power is noticed one day
-  receive_until_gone(client_socket);
+  if (can_end) receive_until_gone(client_socket);
   kLog.debug()("TCPServer::Recvieve exit %d\n", client_socket);
   close_client(client_socket);
   note_finished(index);
