@@ -13,7 +13,7 @@ struct Options {
   int32_t frame_rate = 10;  // 1..100
   int32_t mmap_number = 4;  // 4..200
   int32_t device_id = 0;
-  int32_t enable_rtsp = 0;  // 0 or 1
+  int32_t enable_rtsp = 0;         // 0 or 1
   std::string_view stream_device;  // these two: of the command line, or constant
   std::string_view iq_file;
 };

@@ -11,7 +11,8 @@ namespace {
 
 std::atomic<Call> armed_call = Call::kNone;
 std::atomic<int> armed_error = 0;
-std::atomic<size_t> failing_call = 0;
+std::atomic<size_t> first_failing = 0;
+std::atomic<size_t> last_failing = 0;
 std::atomic<size_t> calls = 0;
 std::atomic<long> blocks = 0;
 
@@ -32,10 +33,11 @@ uint64_t place_of_call() {
 
 }  // namespace
 
-void arm(const Fault& fault, size_t nth) {
+void arm(const Fault& fault, size_t nth, bool lasting) {
   calls = 0;
   armed_error = fault.error;
-  failing_call = nth;
+  first_failing = nth;
+  last_failing = lasting ? SIZE_MAX : nth;
   armed_call = fault.call;
 }
 
@@ -47,8 +49,8 @@ size_t disarm() {
 
 void record(const Fault& fault) {
   places.clear();
-  arm(fault, 0);
   recording = true;
+  arm(fault, SIZE_MAX, false);
 }
 
 std::vector<uint64_t> recorded() {
@@ -56,12 +58,13 @@ std::vector<uint64_t> recorded() {
 }
 
 int strike(Call call) {
-  if (call != armed_call || exemptions > 0) return 0;
+  if (call == Call::kNone || call != armed_call || exemptions > 0) return 0;
   if (recording) {
     const Exempt exempt;
     places.push_back(place_of_call());
   }
-  return ++calls == failing_call ? armed_error.load() : 0;
+  const size_t number = ++calls;
+  return number >= first_failing && number <= last_failing ? armed_error.load() : 0;
 }
 
 Exempt::Exempt() {

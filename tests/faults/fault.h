@@ -1,4 +1,5 @@
-// Faults of the calls that the daemon's code makes: the n-th call of a kind fails, once.
+// Faults of the calls that the daemon's code makes: the n-th call of a kind fails, or all from it
+// on.
 //
 // The wrappers around the calls (wrapped_*.cpp) ask strike() and count memory blocks. Safe from
 // several threads; one fault is armed at a time.
@@ -45,13 +46,14 @@ struct Fault {
   int error;  // errno, or kShort
 };
 
-// From now on counts the calls of the fault's kind and has the `nth` one (from 1; 0: none) fail.
-void arm(const Fault& fault, size_t nth);
+// From now on counts the calls of the fault's kind and has the `nth` one fail (counted from 1), or,
+// when it is lasting, that one and all that follow.
+void arm(const Fault& fault, size_t nth, bool lasting);
 
 // Disarms. Returns how many calls were made since, the failed one included.
 size_t disarm();
 
-// As arm() with no failing call, but notes for each call where in the code it was made: equal
+// Counts too, but none fails. Notes for each call where in the code it was made: equal
 // numbers are equal places, the callers' included.
 void record(const Fault& fault);
 std::vector<uint64_t> recorded();

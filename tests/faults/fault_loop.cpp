@@ -1,8 +1,9 @@
-// fault_loop SUBJECT [every]: lets each call that the subject makes fail, one in a run, and sees
-// that nothing but the one request suffers. Runs on a simulated board, in the daemon's place.
+// fault_loop SUBJECT [every] [whole]: lets each call that the subject makes fail, one in a run, and
+// sees that nothing but the one request suffers. Runs on a simulated board, in the daemon's place.
 //
 // A place in the code that makes a call often fails at its first few and its last ones: nothing
-// distinguishes those between. With "every", at each, and on whole documents instead of small ones.
+// distinguishes those between. With "every", at each of them. With "whole" the documents are as
+// the daemon creates them, instead of small ones.
 #include <dirent.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -77,6 +78,7 @@ class Loop {
 
   // Returns how many faults did harm.
   int run() {
+    warm_up();
     for (const Fault& fault : kFaults)
       run(fault);
     return harmful_;
@@ -87,12 +89,13 @@ class Loop {
     const std::vector<size_t> calls = learn(fault);
     if (calls.empty()) return;
     int harmful = 0;
-    for (const size_t call : calls) {
-      if (const std::string harm = strike_once(fault, call); !harm.empty()) {
-        if (++harmful <= 5) {
-          std::printf("%s, %s at call %zu: %s\n", subject_.name.c_str(), fault.name, call,
-                      harm.c_str());
-        }
+    for (const bool lasting : {false, true}) {
+      if (lasting && !can_last(fault)) continue;
+      for (const size_t call : calls) {
+        const std::string harm = strike_once(fault, call, lasting);
+        if (harm.empty() || ++harmful > 5) continue;
+        std::printf("%s, %s %s call %zu: %s\n", subject_.name.c_str(), fault.name,
+                    lasting ? "from" : "at", call, harm.c_str());
       }
     }
     std::printf("%-24s %-22s failed %6zu of %6zu calls, harmful %d\n", subject_.name.c_str(),
@@ -101,23 +104,30 @@ class Loop {
     harmful_ += harmful;
   }
 
-  // Runs without a fault, twice: what is made once and kept is there then. Returns which calls are
-  // to fail.
+  // Runs without a fault. Returns which calls are to fail.
   std::vector<size_t> learn(const Fault& fault) {
-    for (int i = 0; i < 2; ++i) {
-      subject_.prepare();
-      expected_.before = stored();
-      record(fault);
-      expected_.reply = subject_.run();
-      made_ = disarm();
-      expected_.after = stored();
-      (void)subject_.serves_afterwards();
-    }
+    subject_.prepare();
+    expected_.before = stored();
+    record(fault);
+    expected_.reply = subject_.run();
+    made_ = disarm();
+    expected_.after = stored();
     return choose(recorded());
   }
 
+  // What is made once and kept is there afterwards.
+  void warm_up() const {
+    for (int i = 0; i < 2; ++i) {
+      subject_.prepare();
+      (void)subject_.run();
+      (void)subject_.serves_afterwards();
+    }
+    subject_.prepare();
+    (void)subject_.run();
+  }
+
   std::vector<size_t> choose(const std::vector<uint64_t>& places) const {
-    constexpr size_t kFirst = 3;
+    constexpr size_t kFirst = 2;
     constexpr size_t kLast = 1;
     std::map<uint64_t, std::vector<size_t>> calls_of_place;
     for (size_t i = 0; i < places.size(); ++i)
@@ -132,11 +142,14 @@ class Loop {
     return chosen;
   }
 
+  // What is retried lasts for ever otherwise.
+  static bool can_last(const Fault& fault) { return fault.error != EINTR && fault.error != kShort; }
+
   // What harm the fault did, and what it left in use; empty for none.
-  std::string strike_once(const Fault& fault, size_t call) const {
+  std::string strike_once(const Fault& fault, size_t call, bool lasting) const {
     const long blocks = live_blocks();
     const size_t descriptors = open_descriptors();
-    std::string harm = strike_and_judge(fault, call);
+    std::string harm = strike_and_judge(fault, call, lasting);
     if (!harm.empty()) return harm;
     const long more_blocks = live_blocks() - blocks;
     const auto more_descriptors = static_cast<long>(open_descriptors() - descriptors);
@@ -145,9 +158,9 @@ class Loop {
     return harm;
   }
 
-  std::string strike_and_judge(const Fault& fault, size_t call) const {
+  std::string strike_and_judge(const Fault& fault, size_t call, bool lasting) const {
     subject_.prepare();
-    arm(fault, call);
+    arm(fault, call, lasting);
     const std::string reply = subject_.run();
     disarm();
     std::string harm = judge_reply(reply) + subject_.serves_afterwards();
@@ -159,6 +172,10 @@ class Loop {
       harm += " the AIPQ document is neither the old nor the new one";
     }
     if (side_file_left()) harm += " a side file is left";
+
+    subject_.prepare();
+    if (subject_.run() != expected_.reply) harm += " without the fault, another reply";
+    if (stored() != expected_.after) harm += " without the fault, other documents";
     return harm;
   }
 
@@ -182,15 +199,17 @@ int main(int argc, char** argv) {
   using namespace faults;
   if (argc < 2) return 2;
   const std::string_view name = argv[1];
-  const bool every = argc > 2;
-  const Stored first = every ? whole_documents() : small_documents();
+  const auto wanted = [&](std::string_view word) {
+    return std::find(argv + 2, argv + argc, word) != argv + argc;
+  };
+  const Stored first = wanted("whole") ? whole_documents() : small_documents();
   store(first);
   std::vector<Subject> subjects = requests(first);
   subjects.push_back(connection(first));
   for (Subject& start : starts(first))
     subjects.push_back(std::move(start));
   for (const Subject& subject : subjects) {
-    if (subject.name == name) return Loop(subject, every).run() == 0 ? 0 : 1;
+    if (subject.name == name) return Loop(subject, wanted("every")).run() == 0 ? 0 : 1;
   }
   std::fprintf(stderr, "no subject %s\n", argv[1]);
   return 2;
