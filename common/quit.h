@@ -6,7 +6,8 @@
 
 namespace pq {
 
-// Set by the signal handler before it waits for the threads; whoever can block for long watches it.
+// Set when the end has come, before the threads are waited for; whoever can block for long watches
+// it.
 inline std::atomic<bool> quit_requested = false;
 
 }  // namespace pq

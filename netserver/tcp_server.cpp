@@ -22,9 +22,11 @@ namespace {
 constexpr pq::Log kLog("netserver/tcp_server");
 
 constexpr int kBacklog = 5;
-constexpr time_t kAcceptTimeout = 1;   // seconds; how long a shutdown waits for the accept thread
-constexpr time_t kReceiveTimeout = 3;  // seconds; how often an idle client's thread looks around
-constexpr time_t kSendTimeout = 1;     // seconds; so that a blocked send sees the quit flag
+constexpr std::chrono::milliseconds kAcceptTimeout{1000};   // how long a shutdown waits for accept
+constexpr std::chrono::milliseconds kReceiveTimeout{3000};  // how often an idle client is looked at
+// So that a blocked send sees the quit flag: with the 4.2 seconds of a dump that is to be sent, the
+// end still comes within 5.
+constexpr std::chrono::milliseconds kSendTimeout{500};
 
 // An accept that fails for want of descriptors ends the server for good. So we stop accepting while
 // there are still enough left for what a request opens.
@@ -42,8 +44,8 @@ void leave_signals_to_main_thread() {
 }
 
 // False after a message. Whoever waits on a socket without a bound can't be stopped.
-bool set_timeout(int socket, int option, time_t seconds) {
-  const timeval timeout{seconds, 0};
+bool set_timeout(int socket, int option, std::chrono::milliseconds time) {
+  const timeval timeout{time.count() / 1000, time.count() % 1000 * 1000};
   if (setsockopt(socket, SOL_SOCKET, option, &timeout, sizeof(timeout)) == 0) return true;
   kLog.error()("no time-out for socket %d, leaving it: errno %d\n", socket, errno);
   return false;
