@@ -1,6 +1,7 @@
 // The PQ tool server: lets a tuning tool on a PC adjust the display's picture quality while the
 // picture is on screen. This is its start-up, in the order that the board relies on.
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <array>
@@ -14,6 +15,7 @@
 #include <cutils/properties.h>
 
 #include "common/pq_tuning_utils.h"
+#include "common/quit.h"
 #include "common/wait.h"
 #include "daemon_log.h"
 #include "document_creators.h"
@@ -30,6 +32,16 @@ constexpr int32_t kPort = 5543;
 
 // The display service brings the base parameters up to date when it redraws.
 constexpr std::chrono::seconds kForBaseParameters{2};
+
+// Whoever starts us without standard descriptors would have their numbers given to our own files,
+// and what is said on standard error would go into a document or to a client.
+void open_standard_descriptors() {
+  int fd = -1;
+  do {
+    fd = open("/dev/null", O_RDWR);  // for the programs that we start, too
+  } while (fd >= 0 && fd <= STDERR_FILENO);
+  if (fd > STDERR_FILENO) close(fd);
+}
 
 // A property holding a hexadecimal number; "-1" gives -1.
 int32_t read_hexadecimal(const char* property, const char* default_value) {
@@ -70,6 +82,8 @@ void serve() {
   server.set_callback(QXAiqProtocol::HandlerTCPMessage);
   server.Process(kPort);  // what failed has been logged, and the server counts as stopped
   wait_for_end(server);
+  // Also when the server has stopped by itself: whoever sends to a client that does not read.
+  pq::quit_requested = true;
   // Joins the server's threads: a second, or as long as a request that is being handled.
   server.SaveExit();
   QXAiqProtocol::Exit();
@@ -78,6 +92,7 @@ void serve() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  open_standard_descriptors();
   kDaemonLog.error()("#### PQ tool server version: %s ####\n", kVersion);
   block_ending_signals();
   install_signal_handlers();

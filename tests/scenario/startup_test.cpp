@@ -62,6 +62,16 @@ TEST_F(Startup, WithBothDocumentsStartsAtOnceAndRedrawsNothing) {
   EXPECT_TRUE(serves());
 }
 
+// Their numbers would be given to the listening socket and to documents.
+TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
+  power_on("tv", {.daemon = "/bin/sh", .arguments = {"-c", "exec \"$0\" <&- >&- 2>&-", PQ_DAEMON}});
+  put_documents("tv");
+  start_daemon();
+  const std::string folder = "/proc/" + std::to_string(board().daemon_pid()) + "/fd/";
+  for (const char* descriptor : {"0", "1", "2"})
+    EXPECT_EQ(std::filesystem::read_symlink(folder + descriptor), "/dev/null");
+}
+
 TEST_F(Startup, CreatesTheOneDocumentThatIsMissing) {
   power_on();
   put_documents("tv");
