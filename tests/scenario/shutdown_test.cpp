@@ -1,0 +1,171 @@
+// The end by a signal, at every moment: within the bound, in order, however often it is asked for.
+#include <csignal>
+#include <functional>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "scenario/daemon_test.h"
+#include "support/process_end.h"
+
+namespace scenario {
+namespace {
+
+using namespace std::chrono_literals;
+using std::chrono::milliseconds;
+
+// The sanitizers look through the whole process at its end.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr milliseconds kSlack{5000};
+#else
+constexpr milliseconds kSlack{0};
+#endif
+constexpr milliseconds kIdle{3200};
+constexpr milliseconds kInARequest{5000};
+constexpr milliseconds kInStartUp{5500};  // it goes to its end first
+
+class Shutdown;
+
+struct Moment {
+  const char* name;
+  void (Shutdown::*arrange)();
+  int signal;
+  milliseconds bound;
+};
+
+class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
+ public:
+  // Each of these brings the daemon to the moment that it is named after.
+  void is_idle() {
+    start_with_documents();
+    held_.push_back(connect());
+    EXPECT_TRUE(serves());
+  }
+  void creates_its_documents() {
+    power_on();
+    board().start();
+    EXPECT_TRUE(board().wait_for_log("before execl am"));
+  }
+  void redraws_after_a_change() {
+    start_with_documents();
+    send_and_hold(document(0, R"([{"op":"replace","path":"/csc/cscHue","value":5}])"));
+    EXPECT_TRUE(board().wait_for_log("LOW_LATENCY"));
+  }
+  void leaves_pattern_mode() {
+    start_with_documents();
+    send_and_hold(command_packet(4, {0x81}));
+    EXPECT_TRUE(board().wait_for_log("4 HandlerTCPMessage flag 129"));
+  }
+  void begins_a_dump_that_nobody_reads() {
+    start_with_documents("uhd");
+    send_and_hold(command_packet(2, {0x81}));
+    EXPECT_TRUE(board().wait_for_log("3 HandlerTCPMessage dat[0] 129"));
+  }
+  void has_half_a_document() {
+    start_with_documents();
+    send_and_hold(header(0, 100'000) + std::string(30'000, 'x'));
+    EXPECT_TRUE(board().wait_for_log("packet no compelete"));
+  }
+  // Each answer has 270 KB; some time there is no more room for them on the way.
+  void answers_a_client_that_does_not_read() {
+    start_with_documents();
+    held_.push_back(connect());
+    const std::string query = document(3, R"([{"path":"/acm"}])");
+    for (size_t taken = 0; taken < 200; ++taken) {
+      send(held_.back(), query);
+      if (!comes_true([&] { return received_chunks() > taken; })) return;
+    }
+    ADD_FAILURE() << "200 answers that nobody reads found room";
+  }
+  // Makes progress all the time, and would do so for minutes.
+  void sends_a_dump_to_a_slow_reader() {
+    begins_a_dump_that_nobody_reads();
+    EXPECT_TRUE(board().wait_for_log("getPqDumpData"));
+    reader_ = std::thread([this] {
+      while (receive(held_.back(), 20'000, 100ms) != "")
+        std::this_thread::sleep_for(100ms);
+    });
+  }
+
+ protected:
+  void TearDown() override {
+    if (reader_.joinable()) reader_.join();
+    held_.clear();
+    DaemonTest::TearDown();
+  }
+
+ private:
+  static std::string document(uint32_t command, const std::string& text) {
+    return header(command, static_cast<uint32_t>(text.size())) + text + "0000";
+  }
+  void send_and_hold(const std::string& bytes) {
+    held_.push_back(connect());
+    send(held_.back(), bytes);
+  }
+  size_t received_chunks() {
+    const std::string log = board().log();
+    size_t count = 0;
+    for (size_t at = 0; (at = log.find("socket recvieve length", at)) != std::string::npos; ++at)
+      ++count;
+    return count;
+  }
+  static bool comes_true(const std::function<bool()>& condition) {
+    for (int i = 0; i < 100; ++i) {
+      if (condition()) return true;
+      std::this_thread::sleep_for(20ms);
+    }
+    return false;
+  }
+
+  std::vector<pqclient::Connection> held_;  // until the end
+  std::thread reader_;
+};
+
+TEST_P(Shutdown, ComesWithinItsBound) {
+  const Moment& moment = GetParam();
+  (this->*moment.arrange)();
+  const ProcessEnd daemon(board().daemon_pid());
+  daemon.signal(moment.signal);
+  const auto time = daemon.wait(moment.bound + kSlack);
+  EXPECT_TRUE(time) << "not within " << moment.bound.count() << " ms";
+  if (time) RecordProperty("milliseconds", static_cast<int>(time->count()));
+  EXPECT_EQ(board().wait(20s), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , Shutdown,
+    testing::Values(Moment{"WhenIdle", &Shutdown::is_idle, SIGTERM, kIdle},
+                    Moment{"InStartUp", &Shutdown::creates_its_documents, SIGINT, kInStartUp},
+                    Moment{"InAChange", &Shutdown::redraws_after_a_change, SIGQUIT, kInARequest},
+                    Moment{"InPatternMode", &Shutdown::leaves_pattern_mode, SIGTERM, kInARequest},
+                    Moment{"InADumpThatNobodyReads", &Shutdown::begins_a_dump_that_nobody_reads,
+                           SIGINT, kInARequest},
+                    Moment{"InADocument", &Shutdown::has_half_a_document, SIGQUIT, kIdle},
+                    Moment{"BeforeAClientThatDoesNotRead",
+                           &Shutdown::answers_a_client_that_does_not_read, SIGTERM, kInARequest},
+                    Moment{"BeforeAClientThatReadsSlowly", &Shutdown::sends_a_dump_to_a_slow_reader,
+                           SIGINT, kInARequest}),
+    [](const auto& moment) { return std::string(moment.param.name); });
+
+class RepeatedSignals : public DaemonTest {};
+
+TEST_F(RepeatedSignals, DoNoHarm) {
+  start_with_documents();
+  auto connection = connect();
+  send(connection, command_packet(3, {255, 0, 0}));
+  ASSERT_TRUE(board().wait_for_log("3 HandlerTCPMessage r:255"));
+  const ProcessEnd daemon(board().daemon_pid());
+  for (const auto end = std::chrono::steady_clock::now() + 20s;
+       std::chrono::steady_clock::now() < end;) {
+    for (const int signal : {SIGTERM, SIGINT, SIGQUIT})
+      daemon.signal(signal);
+    if (daemon.wait(1ms)) break;
+  }
+  EXPECT_EQ(board().wait(20s), 0);
+  // The request was handled to its end.
+  EXPECT_EQ(receive(connection, sizeof(pqclient::CommandPacket)).size(),
+            sizeof(pqclient::CommandPacket));
+}
+
+}  // namespace
+}  // namespace scenario
