@@ -12,12 +12,11 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 #include <utility>
 
+#include "launch/listening.h"
 #include "pqclient/packets.h"
 
 namespace load {
@@ -47,28 +46,6 @@ uint16_t local_port(int socket) {
   socklen_t size = sizeof(own);
   if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size) != 0) fail("getsockname");
   return ntohs(own.sin_port);
-}
-
-// "0100007F:15A7": the port is what stands behind the colon.
-uint16_t port_of(const std::string& address_and_port) {
-  return static_cast<uint16_t>(
-      std::stoul(address_and_port.substr(address_and_port.find(':') + 1), nullptr, 16));
-}
-
-// Bytes that the daemon's end of our connection has not received yet, as proc(5) tells.
-unsigned long untaken_bytes(uint16_t our_port) {
-  std::ifstream sockets("/proc/self/net/tcp");
-  std::string line;
-  std::getline(sockets, line);  // titles
-  while (std::getline(sockets, line)) {
-    std::istringstream words(line);
-    std::string number, local, remote, state, queues;
-    words >> number >> local >> remote >> state >> queues;
-    if (port_of(local) == pqclient::kDefaultPort && port_of(remote) == our_port) {
-      return std::stoul(queues.substr(queues.find(':') + 1), nullptr, 16);
-    }
-  }
-  return 0;  // it has closed
 }
 
 }  // namespace
@@ -117,7 +94,7 @@ void Wire::wait_until_taken() const {
   const auto end = Clock::now() + kPatience;
   int on_the_way = 0;
   while ((ioctl(socket_, SIOCOUTQ, &on_the_way) == 0 && on_the_way > 0) ||
-         untaken_bytes(port) > 0) {
+         board::holds_unread_bytes(pqclient::kDefaultPort, port)) {
     if (Clock::now() > end) throw std::runtime_error("the daemon takes no more bytes");
     std::this_thread::sleep_for(kPause);
   }

@@ -15,6 +15,7 @@ namespace {
 constexpr const char* kSockets = "/proc/self/net/tcp";
 
 struct Socket {
+  unsigned long remote_port;
   std::string state;
   unsigned long unread;
 };
@@ -34,7 +35,7 @@ std::vector<Socket> sockets_on(uint16_t port) {
     std::istringstream words(line);
     std::string number, local, remote, state, queues;
     words >> number >> local >> remote >> state >> queues;
-    if (after_colon(local) == port) sockets.push_back({state, after_colon(queues)});
+    if (after_colon(local) == port) sockets.push_back({after_colon(remote), state, after_colon(queues)});
   }
   return sockets;
 }
@@ -46,9 +47,10 @@ bool listening(uint16_t port) {
                              [](const Socket& socket) { return socket.state == kListening; });
 }
 
-bool holds_unread_bytes(uint16_t port) {
-  return std::ranges::any_of(sockets_on(port), [](const Socket& socket) {
-    return socket.state == kEstablished && socket.unread > 0;
+bool holds_unread_bytes(uint16_t port, uint16_t client_port) {
+  return std::ranges::any_of(sockets_on(port), [client_port](const Socket& socket) {
+    return socket.state == kEstablished && socket.unread > 0 &&
+           (client_port == 0 || socket.remote_port == client_port);
   });
 }
 

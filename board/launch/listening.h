@@ -11,7 +11,8 @@ namespace board {
 bool listening(uint16_t port);
 
 // Whether the connections to the port hold bytes that their listener has not taken yet.
-bool holds_unread_bytes(uint16_t port);
+// client_port: of one client's connection; 0: of any.
+bool holds_unread_bytes(uint16_t port, uint16_t client_port = 0);
 
 }  // namespace board
 

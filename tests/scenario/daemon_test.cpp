@@ -102,7 +102,8 @@ void DaemonTest::change(const std::string& operation, uint32_t command) {
   auto connection = connect();
   const std::string text = "[" + operation + "]";
   send(connection, header(command, static_cast<uint32_t>(text.size())) + text + "0000");
-  while (board::holds_unread_bytes(board::kDaemonPort))
+  connection.wait_until_arrived(pqclient::Deadline(std::chrono::seconds(20)));
+  for (int i = 0; i < 2000 && board::holds_unread_bytes(board::kDaemonPort); ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   const std::string query = R"([{"path":"/csc"}])";
   send(connection, header(1, static_cast<uint32_t>(query.size())) + query + "0000");
