@@ -176,6 +176,15 @@ void j2s_release_data(j2s_ctx* ctx, void* ptr);
 // members. A member that cannot be converted is left out. A null `ptr` reads as zeros.
 cJSON* j2s_struct_to_json(j2s_ctx* ctx, const char* name, const void* ptr);
 
+// As j2s_struct_to_json, for a tree that is only going to be printed: by cJSON_Print when
+// `formatted`, else by cJSON_PrintUnformatted. Arrays of integers in it are raw texts instead of
+// lists of items; the printed bytes are the same, at a small part of the cost.
+cJSON* j2s_struct_to_printable(j2s_ctx* ctx, const char* name, const void* ptr, bool formatted);
+
+// Does the same to any tree, with the arrays in which every number is an integer. `json` may be
+// null. An array stays as it is when memory runs out.
+void j2s_make_printable(cJSON* json, bool formatted);
+
 // As j2s_struct_to_json, printed as the context's flags say. The caller frees the text with free.
 char* j2s_dump_struct(j2s_ctx* ctx, const char* name, const void* ptr);
 

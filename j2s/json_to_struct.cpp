@@ -38,6 +38,10 @@ int load_array(j2s_ctx& ctx, const Member& array, cJSON* item, cJSON* parent,
                std::byte* structure) {
   Member element = first_element(array);
   cJSON* child = first_child(item);
+  if (element.is_plain_number()) {
+    store_numbers(structure, array, child);
+    return 0;
+  }
   int result = 0;
   for (size_t i = 0; i < array.elem_count && child != nullptr && result >= 0; ++i) {
     result = load_member(ctx, element, child, parent, structure);
@@ -91,12 +95,34 @@ int load_dynamic_array(j2s_ctx& ctx, const Member& pointer, cJSON* item, cJSON* 
   return load_member(ctx, pointed_to_array(pointer, length), item, parent, target);
 }
 
+// Finds an object's items by name, each name once. Objects usually hold their items in the order of
+// the tables; then each is found behind the last one, without a search from the start.
+class ItemFinder {
+ public:
+  explicit ItemFinder(cJSON* object) : object_(object) {}
+
+  // As cJSON_GetObjectItemCaseSensitive: all items up to the last one have other names, those that
+  // were asked for before, so one that is found behind it is the first of its name.
+  cJSON* find(const char* name) {
+    cJSON* next = last_ == nullptr ? first_child(object_) : last_->next;
+    if (next == nullptr || next->string == nullptr || std::strcmp(next->string, name) != 0) {
+      return cJSON_GetObjectItemCaseSensitive(object_, name);
+    }
+    return last_ = next;
+  }
+
+ private:
+  cJSON* object_;
+  cJSON* last_ = nullptr;
+};
+
 // Members of the structure that `json` holds, in the order of the tables.
 int load_struct(j2s_ctx& ctx, int struct_index, cJSON* json, std::byte* structure) {
   int result = 0;
+  ItemFinder items(json);
   for (const int index : MemberChain(ctx, struct_index)) {
     const Member member(ctx, index);
-    cJSON* item = cJSON_GetObjectItemCaseSensitive(json, member.name());
+    cJSON* item = items.find(member.name());
     if (item == nullptr) continue;
     result = load_member(ctx, member, item, json, structure);
     if (result < 0) break;

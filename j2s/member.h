@@ -43,6 +43,10 @@ struct Member {
   bool is_number() const {
     return record->type >= J2S_TYPE_INT8 && record->type <= J2S_TYPE_DOUBLE;
   }
+  // A single number that is a number in JSON too.
+  bool is_plain_number() const {
+    return is_number() && !is_array() && !is_pointer() && record->enum_ref < 0;
+  }
 };
 
 // The first element of an array; the next one lies array.elem_size further.

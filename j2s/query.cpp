@@ -15,7 +15,7 @@ constexpr const char* kFunction = "_j2s_json_to_obj";
 void query_string(const j2s_ctx& ctx, const Member& member, cJSON* item,
                   const std::byte* structure) {
   // By way of the other direction, which knows where a full char array ends.
-  const JsonPtr text = member_to_json(ctx, member, structure);
+  const JsonPtr text = member_to_json(ctx, member, structure, ArrayForm::kItems);
   if (text != nullptr) (void)cJSON_SetValuestring(item, text->valuestring);
 }
 
@@ -43,7 +43,8 @@ int query_indexed_array(const j2s_ctx& ctx, const Member& array, const cJSON* in
   Member element = first_element(array);
   for (const cJSON* slot = index->child; slot != nullptr; slot = slot->next) {
     JsonPtr value;
-    if (select_slot(ctx, array, slot, element)) value = member_to_json(ctx, element, structure);
+    if (select_slot(ctx, array, slot, element))
+      value = member_to_json(ctx, element, structure, ArrayForm::kItems);
     if (value == nullptr) value.reset(cJSON_CreateObject());
     if (!cJSON_AddItemToArray(values, value.get())) return -1;
     (void)value.release();
@@ -54,7 +55,7 @@ int query_indexed_array(const j2s_ctx& ctx, const Member& array, const cJSON* in
 // Puts the member's value under its name at the parent's end.
 int append_member(const j2s_ctx& ctx, int obj_index, cJSON* parent, const std::byte* structure) {
   const Member member(ctx, obj_index);
-  JsonPtr value = member_to_json(ctx, member, structure);
+  JsonPtr value = member_to_json(ctx, member, structure, ArrayForm::kItems);
   if (value == nullptr || !cJSON_AddItemToObject(parent, member.name(), value.get())) {
     report_error(kFunction, "failed to query %s", member.name());
     return -1;

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstring>
 
+#include "j2s/array_text.h"
 #include "j2s/report.h"
 #include "j2s/saturate.h"
 #include "j2s/tables.h"
@@ -33,7 +34,11 @@ JsonPtr text_to_json(const Member& member, const std::byte* structure) {
   return JsonPtr(copy == nullptr ? nullptr : cJSON_CreateString(copy.get()));
 }
 
-JsonPtr array_to_json(const j2s_ctx& ctx, const Member& array, const std::byte* structure) {
+JsonPtr array_to_json(const j2s_ctx& ctx, const Member& array, const std::byte* structure,
+                      ArrayForm form) {
+  if (form != ArrayForm::kItems && !template_mode) {
+    if (JsonPtr text = array_to_text(array, structure, form)) return text;
+  }
   JsonPtr root(cJSON_CreateArray());
   if (root == nullptr) {
     report_assertion("_j2s_obj_to_json", "root");
@@ -41,19 +46,21 @@ JsonPtr array_to_json(const j2s_ctx& ctx, const Member& array, const std::byte* 
   }
   Member element = first_element(array);
   for (size_t i = 0; i < array.elem_count; ++i, element.offset += array.elem_size) {
-    JsonPtr item = member_to_json(ctx, element, structure);
+    JsonPtr item = member_to_json(ctx, element, structure, form);
     if (cJSON_AddItemToArray(root.get(), item.get())) (void)item.release();
   }
   return root;
 }
 
-JsonPtr dynamic_array_to_json(const j2s_ctx& ctx, const Member& pointer,
-                              const std::byte* structure) {
+JsonPtr dynamic_array_to_json(const j2s_ctx& ctx, const Member& pointer, const std::byte* structure,
+                              ArrayForm form) {
   if (pointer.len_obj < 0) {
     report_missing_length("_j2s_obj_to_json", pointer);
     return nullptr;
   }
-  if (template_mode) return member_to_json(ctx, pointed_to_array(pointer, 1), nullptr);
+  if (template_mode) {
+    return member_to_json(ctx, pointed_to_array(pointer, 1), nullptr, form);
+  }
   const int length = read_length(ctx, structure, pointer);
   if (length == 0) return JsonPtr(cJSON_CreateArray());
   const auto* target = read_pointer<const std::byte>(structure, pointer);
@@ -62,7 +69,7 @@ JsonPtr dynamic_array_to_json(const j2s_ctx& ctx, const Member& pointer,
     report_null_pointer("_j2s_obj_to_json", pointer);
     return nullptr;
   }
-  return member_to_json(ctx, pointed_to_array(pointer, length), target);
+  return member_to_json(ctx, pointed_to_array(pointer, length), target, form);
 }
 
 JsonPtr scalar_template(const j2s_ctx& ctx, const Member& member) {
@@ -94,7 +101,8 @@ bool add_description(const j2s_ctx& ctx, int obj_index, cJSON* object) {
   return true;
 }
 
-JsonPtr struct_to_json(const j2s_ctx& ctx, int struct_index, const std::byte* structure) {
+JsonPtr struct_to_json(const j2s_ctx& ctx, int struct_index, const std::byte* structure,
+                       ArrayForm form) {
   const MemberChain members(ctx, struct_index);
   if (members.empty()) return nullptr;
   JsonPtr root(cJSON_CreateObject());
@@ -103,7 +111,7 @@ JsonPtr struct_to_json(const j2s_ctx& ctx, int struct_index, const std::byte* st
     return nullptr;
   }
   for (const int index : members) {
-    JsonPtr item = member_to_json(ctx, Member(ctx, index), structure);
+    JsonPtr item = member_to_json(ctx, Member(ctx, index), structure, form);
     if (item == nullptr) continue;
     if (!add_description(ctx, index, root.get())) return nullptr;
     add_member(root.get(), ctx.obj_table[index].name, std::move(item));
@@ -126,12 +134,13 @@ JsonPtr enum_to_json(const j2s_ctx& ctx, const j2s_enum& enumeration) {
 
 }  // namespace
 
-JsonPtr member_to_json(const j2s_ctx& ctx, const Member& member, const std::byte* structure) {
+JsonPtr member_to_json(const j2s_ctx& ctx, const Member& member, const std::byte* structure,
+                       ArrayForm form) {
   if (member.is_char_array() || member.is_char_pointer()) return text_to_json(member, structure);
-  if (member.is_array()) return array_to_json(ctx, member, structure);
-  if (member.is_pointer()) return dynamic_array_to_json(ctx, member, structure);
+  if (member.is_array()) return array_to_json(ctx, member, structure, form);
+  if (member.is_pointer()) return dynamic_array_to_json(ctx, member, structure, form);
   if (member.is_struct()) {
-    return struct_to_json(ctx, member.record->struct_ref, address_of(structure, member));
+    return struct_to_json(ctx, member.record->struct_ref, address_of(structure, member), form);
   }
   return scalar_to_json(ctx, member, structure);
 }
@@ -145,15 +154,26 @@ void _j2s_set_template(bool on) {
 cJSON* _j2s_obj_to_json(j2s_ctx* ctx, int obj_index, const void* ptr) {
   if (j2s::find_obj(*ctx, obj_index) == nullptr) return nullptr;
   const j2s::Member member(*ctx, obj_index);
-  return j2s::member_to_json(*ctx, member, static_cast<const std::byte*>(ptr)).release();
+  return j2s::member_to_json(*ctx, member, static_cast<const std::byte*>(ptr),
+                             j2s::ArrayForm::kItems)
+      .release();
 }
 
 cJSON* _j2s_struct_to_json(j2s_ctx* ctx, int struct_index, const void* ptr) {
-  return j2s::struct_to_json(*ctx, struct_index, static_cast<const std::byte*>(ptr)).release();
+  return j2s::struct_to_json(*ctx, struct_index, static_cast<const std::byte*>(ptr),
+                             j2s::ArrayForm::kItems)
+      .release();
 }
 
 cJSON* j2s_struct_to_json(j2s_ctx* ctx, const char* name, const void* ptr) {
   return _j2s_struct_to_json(ctx, j2s::find_struct(*ctx, name), ptr);
+}
+
+cJSON* j2s_struct_to_printable(j2s_ctx* ctx, const char* name, const void* ptr, bool formatted) {
+  const auto form = formatted ? j2s::ArrayForm::kFormattedText : j2s::ArrayForm::kCompactText;
+  return j2s::struct_to_json(*ctx, j2s::find_struct(*ctx, name), static_cast<const std::byte*>(ptr),
+                             form)
+      .release();
 }
 
 cJSON* j2s_enums_to_json(j2s_ctx* ctx) {
@@ -171,7 +191,8 @@ cJSON* j2s_enums_to_json(j2s_ctx* ctx) {
 }
 
 char* j2s_dump_struct(j2s_ctx* ctx, const char* name, const void* ptr) {
-  const j2s::JsonPtr json(j2s_struct_to_json(ctx, name, ptr));
+  const bool formatted = ctx->pretty_print != 0;
+  const j2s::JsonPtr json(j2s_struct_to_printable(ctx, name, ptr, formatted));
   if (json == nullptr) {
     j2s::report_assertion("j2s_dump_struct", "json");
     return nullptr;
@@ -179,5 +200,5 @@ char* j2s_dump_struct(j2s_ctx* ctx, const char* name, const void* ptr) {
   if (ctx->emit_enums != 0) {
     j2s::add_member(json.get(), "@enum", j2s::JsonPtr(j2s_enums_to_json(ctx)));
   }
-  return ctx->pretty_print != 0 ? cJSON_Print(json.get()) : cJSON_PrintUnformatted(json.get());
+  return formatted ? cJSON_Print(json.get()) : cJSON_PrintUnformatted(json.get());
 }

@@ -2,7 +2,9 @@
 
 #include <cstring>
 #include <span>
+#include <type_traits>
 
+#include "j2s/number_types.h"
 #include "j2s/report.h"
 #include "j2s/saturate.h"
 #include "j2s/tables.h"
@@ -12,15 +14,22 @@ namespace {
 
 constexpr const char* kNoSuchConstant = "INVALID";
 
+// As numbers are stored: see j2s_json_to_struct.
 template <typename Number>
-double read_as(const std::byte* address) {
-  Number number = {};
-  std::memcpy(&number, address, sizeof number);
-  return static_cast<double>(number);
+Number convert(double value) {
+  if constexpr (std::is_floating_point_v<Number>) {
+    return static_cast<Number>(value);
+  } else if constexpr (sizeof(Number) < sizeof(int32_t)) {
+    // The narrow types keep the low bits of 32: tools see 300 come back as 44.
+    return static_cast<Number>(saturate<int32_t>(value));
+  } else {
+    return saturate<Number>(value);
+  }
 }
 
 template <typename Number>
-void store_as(std::byte* address, Number number) {
+void store_as(std::byte* address, double value) {
+  const auto number = convert<Number>(value);
   std::memcpy(address, &number, sizeof number);
 }
 
@@ -40,59 +49,30 @@ std::span<const j2s_enum_value> constants_of(const j2s_ctx& ctx, const j2s_enum&
 
 double read_number(const std::byte* structure, const Member& member) {
   const std::byte* address = address_of(structure, member);
-  if (address == nullptr) return 0;
-  switch (member.record->type) {
-    case J2S_TYPE_INT8:
-      return read_as<int8_t>(address);
-    case J2S_TYPE_UINT8:
-      return read_as<uint8_t>(address);
-    case J2S_TYPE_INT16:
-      return read_as<int16_t>(address);
-    case J2S_TYPE_UINT16:
-      return read_as<uint16_t>(address);
-    case J2S_TYPE_INT32:
-      return read_as<int32_t>(address);
-    case J2S_TYPE_UINT32:
-      return read_as<uint32_t>(address);
-    case J2S_TYPE_INT64:
-      return read_as<int64_t>(address);
-    case J2S_TYPE_UINT64:
-      return read_as<uint64_t>(address);
-    case J2S_TYPE_FLOAT:
-      return read_as<float>(address);
-    case J2S_TYPE_DOUBLE:
-      return read_as<double>(address);
-    default:
-      return 0;
-  }
+  double value = 0;
+  if (address == nullptr) return value;
+  with_number_type(member.record->type, [&]<typename Number>(Number) {
+    value = static_cast<double>(read_as<Number>(address));
+  });
+  return value;
 }
 
 void store_number(std::byte* structure, const Member& member, double value) {
   std::byte* address = address_of(structure, member);
   if (address == nullptr) return;
-  switch (member.record->type) {
-    // The narrow types keep the low bits of 32: tools see 300 come back as 44.
-    case J2S_TYPE_INT8:
-    case J2S_TYPE_UINT8:
-      return store_as(address, static_cast<uint8_t>(saturate<int32_t>(value)));
-    case J2S_TYPE_INT16:
-    case J2S_TYPE_UINT16:
-      return store_as(address, static_cast<uint16_t>(saturate<int32_t>(value)));
-    case J2S_TYPE_INT32:
-      return store_as(address, saturate<int32_t>(value));
-    case J2S_TYPE_UINT32:
-      return store_as(address, saturate<uint32_t>(value));
-    case J2S_TYPE_INT64:
-      return store_as(address, saturate<int64_t>(value));
-    case J2S_TYPE_UINT64:
-      return store_as(address, saturate<uint64_t>(value));
-    case J2S_TYPE_FLOAT:
-      return store_as(address, static_cast<float>(value));
-    case J2S_TYPE_DOUBLE:
-      return store_as(address, value);
-    default:
-      return;
-  }
+  with_number_type(member.record->type,
+                   [&]<typename Number>(Number) { store_as<Number>(address, value); });
+}
+
+void store_numbers(std::byte* structure, const Member& array, const cJSON* first) {
+  std::byte* address = address_of(structure, array);
+  if (address == nullptr) return;
+  with_number_type(array.record->type, [&]<typename Number>(Number) {
+    const cJSON* item = first;
+    for (size_t i = 0; i < array.elem_count && item != nullptr; ++i, item = item->next) {
+      store_as<Number>(address + i * array.elem_size, cJSON_GetNumberValue(item));
+    }
+  });
 }
 
 int read_length(const j2s_ctx& ctx, const std::byte* structure, const Member& array) {

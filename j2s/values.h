@@ -13,6 +13,10 @@ double read_number(const std::byte* structure, const Member& member);
 // Does nothing for a null structure and for types that are no numbers.
 void store_number(std::byte* structure, const Member& member, double value);
 
+// Stores a list of items, `first` and those after it, in the elements of an array of plain numbers,
+// as many as there are of both. An item that is no number is stored as NaN would be.
+void store_numbers(std::byte* structure, const Member& array, const cJSON* first);
+
 // Number of elements that the dynamic array's length member holds, as it stands there: it may be
 // negative, or more than memory can hold. 0 for a null structure.
 int read_length(const j2s_ctx& ctx, const std::byte* structure, const Member& array);

@@ -18,9 +18,13 @@ struct DeleteJson {
 };
 using JsonPtr = std::unique_ptr<cJSON, DeleteJson>;
 
+// What arrays of integers become: real arrays, or texts that print alike (array_text.h).
+enum class ArrayForm { kItems, kFormattedText, kCompactText };
+
 // Null when the member can't be converted, after a message if that is a fault.
 // `structure` is the start of what holds the member, as in all of these.
-JsonPtr member_to_json(const j2s_ctx& ctx, const Member& member, const std::byte* structure);
+JsonPtr member_to_json(const j2s_ctx& ctx, const Member& member, const std::byte* structure,
+                       ArrayForm form);
 
 // 0, or negative when the walk has to end. See _j2s_json_to_obj.
 int load_member(j2s_ctx& ctx, const Member& member, cJSON* item, cJSON* parent,
