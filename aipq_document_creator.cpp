@@ -82,6 +82,5 @@ int createDefaultAIPQJson(char* path) {
   }
   pq::J2sContext context;
   const pq::JsonPtr document = pq::make_tree(context.get(), "aipq_tuning_param", parameters.get());
-  const pq::TextPtr text = pq::print_json(document.get());
-  return pq::save_document(path, text.get());
+  return pq::save_document(path, pq::print_json(document.get()).get());
 }

@@ -10,7 +10,6 @@
 #include "daemon_log.h"
 #include "document_creators.h"
 #include "j2s/pq_schema.h"
-#include "qxaiq/document_file.h"
 #include "qxaiq/pq_parameters.h"
 
 namespace {
@@ -243,8 +242,7 @@ int getJsonFromBaseparameter(char* path) {
   const pq_tuning_param parameters = make_parameters(read_base_parameters());
   log_primary_display();
   pq::J2sContext context;
-  const pq::JsonPtr document = pq::make_pq_document(context.get(), parameters);
-  const pq::TextPtr text = pq::print_json(document.get());
-  kDaemonLog.debug()("j2s_save_file ret %d ", pq::save_document(path, text.get()));
+  const int saved = pq::save_pq_document(path, context.get(), parameters);
+  kDaemonLog.debug()("j2s_save_file ret %d ", saved);
   return 0;
 }

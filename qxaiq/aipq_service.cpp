@@ -1,4 +1,5 @@
 #include <mutex>
+#include <utility>
 
 #include "qxaiq/change_counter.h"
 #include "qxaiq/document_file.h"
@@ -20,19 +21,18 @@ const char* find_table(const PqRequest& request) {
 
 // Applies the patch to the stored document and saves what comes out. A patch that fails leaves the
 // document as it was; it is written anew all the same, which tools use to have it reformatted.
-void change_document(std::string_view patch_text) {
+void change_document(JsonPtr patch) {
   const std::lock_guard lock(document_mutex);
   const TextPtr stored = read_document_text(kAipqDocument);
   JsonPtr document = stored ? parse_json(stored.get()) : nullptr;
-  const int status = apply_patch(document, patch_text);
+  const int status = apply_patch(document, std::move(patch));
   kProtocolLog.debug()("updateAIPQ ApplyPatches ret %d ", status);
   if (!stored) return;
   if (status != 0) document = parse_json(stored.get());
 
-  const TextPtr text = print_json(document.get());
-  // A patch can make a tree that prints as nothing, or as nothing that can be read again.
-  const bool readable = text && parse_json(text.get());
-  const int saved = readable ? save_document(kAipqDocument, text.get()) : -1;
+  // A patch can make a tree that prints as nothing, which is not saved. What does print can be read
+  // again: no patched tree nests deeper than the parser goes.
+  const int saved = save_document(kAipqDocument, print_json(document.get()).get());
   kProtocolLog.debug()("updateAIPQ j2s_save_file ret %d ", saved);
 }
 
@@ -40,10 +40,9 @@ void change_document(std::string_view patch_text) {
 }  // namespace pq
 
 int updateAIPQ(char* body, uint32_t length) {
-  const std::string_view text(body, length);
-  const pq::PqRequest request(text);
+  pq::PqRequest request({body, length});
   request.check_platform();
-  pq::change_document(text);
+  pq::change_document(request.take_patch());
   if (const char* table = pq::find_table(request)) {
     pq::bump(table[0] == 'a' ? pq::kAcmCounter : pq::kDciCounter);
   }

@@ -93,9 +93,8 @@ void change_document(uint8_t flag) {
   PqParameters parameters;
   parameters.load(context.get(), cJSON_GetObjectItem(stored.get(), "pq_tuning_param"));
   change_dci_switch(flag, parameters.values);
-  const JsonPtr document = make_pq_document(context.get(), parameters.values);
-  const TextPtr text = print_json(document.get());
-  kProtocolLog.debug()("j2s_save_file ret %d", save_document(kPqDocument, text.get()));
+  const int saved = save_pq_document(kPqDocument, context.get(), parameters.values);
+  kProtocolLog.debug()("j2s_save_file ret %d", saved);
 }
 
 }  // namespace

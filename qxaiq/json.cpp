@@ -13,9 +13,10 @@ JsonPtr parse_json(std::string_view text) {
   return tree;
 }
 
-TextPtr print_json(const cJSON* tree) {
+TextPtr print_json(cJSON* tree) {
   if (tree == nullptr) return nullptr;
   const MemoryWatch memory;
+  j2s_make_printable(tree, true);
   TextPtr text(cJSON_Print(tree));
   if (!text) memory.check();
   return text;

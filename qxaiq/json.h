@@ -32,9 +32,10 @@ class MemoryWatch {
 // variable of the whole process, so two threads take turns. Throws std::bad_alloc.
 JsonPtr parse_json(std::string_view text);
 
-// A tree's indented text; null for a null tree and for one that can't be printed. Throws
-// std::bad_alloc.
-TextPtr print_json(const cJSON* tree);
+// A tree's indented text; null for a null tree and for one that can't be printed. The tree is good
+// for nothing else afterwards: its arrays of integers have become texts, which print much faster.
+// Throws std::bad_alloc.
+TextPtr print_json(cJSON* tree);
 
 // Adds `item` to `object` under `key`; frees it when there is no object. Throws std::bad_alloc.
 void add_to_object(cJSON* object, const char* key, JsonPtr item);

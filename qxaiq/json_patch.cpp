@@ -3,6 +3,7 @@
 #include <cjson/cJSON_Utils.h>
 
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 #include "qxaiq/json_place.h"
@@ -144,8 +145,7 @@ int apply_operation(cJSON* document, JsonPtr operation, size_t& steps_left) {
 
 }  // namespace
 
-int apply_patch(JsonPtr& document, std::string_view patch_text) {
-  const JsonPtr patch = parse_json(patch_text);
+int apply_patch(JsonPtr& document, JsonPtr patch) {
   if (!cJSON_IsArray(patch.get())) return kNoPatch;
   if (!document) return kNoDocument;
   if (cJSON_GetArraySize(patch.get()) > kMostOperations) return kTooLarge;

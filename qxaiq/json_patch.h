@@ -10,7 +10,8 @@
 
 namespace pq {
 
-// Applies a patch, the text of a JSON array of operations, to a document.
+// Applies a patch, a JSON array of operations, to a document.
+// patch: may be null or something else, then it fails; used up.
 // document: may be null, then the patch fails. On success it holds the changed document; it may
 // have become something else than an object, or nothing that can be printed (a removed root). On
 // failure it is left half-changed, for the caller to throw away.
@@ -19,7 +20,12 @@ namespace pq {
 // that has grown past 1,000,000 items or a depth of 256, or when the operations together take too
 // long, others as the library numbers them.
 // Throws std::bad_alloc.
-int apply_patch(JsonPtr& document, std::string_view patch_text);
+int apply_patch(JsonPtr& document, JsonPtr patch);
+
+// The same for a patch's text.
+inline int apply_patch(JsonPtr& document, std::string_view patch_text) {
+  return apply_patch(document, parse_json(patch_text));
+}
 
 }  // namespace pq
 

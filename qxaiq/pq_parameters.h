@@ -37,13 +37,13 @@ struct PqParameters {
 // Lives on a receive thread's stack, which has as little as 1,008 KiB on the board.
 static_assert(sizeof(PqParameters) < 65'536);
 
-// One structure as a tree with all its members, by its name in the schema. Throws std::bad_alloc:
-// with too little memory the mapping would leave members out.
+// One structure as a tree with all its members, by its name in the schema; for printing only.
+// Throws std::bad_alloc: with too little memory the mapping would leave members out.
 JsonPtr make_tree(j2s_ctx* context, const char* structure, const void* values);
 
-// The PQ document of these parameters: an object with the one member "pq_tuning_param". Throws
-// std::bad_alloc.
-JsonPtr make_pq_document(j2s_ctx* context, const pq_tuning_param& values);
+// Writes the PQ document of these parameters: an object with the one member "pq_tuning_param".
+// Results as save_document, which saves it.
+int save_pq_document(const char* path, j2s_ctx* context, const pq_tuning_param& values);
 
 }  // namespace pq
 

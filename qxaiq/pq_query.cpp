@@ -23,6 +23,9 @@ constexpr std::array<Section, 5> kSections = {{{"csc", offsetof(pq_tuning_param,
                                                {"acm", offsetof(pq_tuning_param, acm)},
                                                {"sharp", offsetof(pq_tuning_param, sharp)}}};
 
+// A log line is cut there anyway, but printf would go on to the text's end.
+constexpr int kLongestLogText = static_cast<int>(std::tuple_size_v<LogText>);
+
 const Section* find_section(const PqRequest& request) {
   for (const Section& section : kSections) {
     if (request.path_names(section.name)) return &section;
@@ -35,17 +38,18 @@ JsonPtr read_pq_document() {
   return read_document(kPqDocument);
 }
 
-// Zeros stand for what the document lacks, also when there is no document.
-JsonPtr read_section(const Section& section) {
+// The section in the schema's form, for printing only. Zeros stand for what the document lacks,
+// also when there is no document.
+JsonPtr make_section(const Section& section, const cJSON* document) {
+  const cJSON* stored = cJSON_GetObjectItem(document, "pq_tuning_param");
   J2sContext context;
-  const JsonPtr document = read_pq_document();
   PqParameters parameters;
-  parameters.load(context.get(), cJSON_GetObjectItem(document.get(), "pq_tuning_param"));
-
   auto* values = reinterpret_cast<char*>(&parameters.values) + section.offset;
+  j2s_json_to_struct(context.get(), cJSON_GetObjectItemCaseSensitive(stored, section.name),
+                     section.name, values);
   if (debug_enabled()) {
     const TextPtr text(j2s_dump_struct(context.get(), section.name, values));
-    kProtocolLog.debug()("getPQ %s %s", section.name, or_empty(text.get()));
+    kProtocolLog.debug()("getPQ %s %.*s", section.name, kLongestLogText, or_empty(text.get()));
   }
   return make_tree(context.get(), section.name, values);
 }
@@ -59,7 +63,8 @@ char* getPQ(char* body, uint32_t length) {
   request.put_platform();
   const pq::Section* section = pq::find_section(request);
   if (section == nullptr) return nullptr;
+  const pq::JsonPtr document = pq::read_pq_document();
   // Appended: a request that came with a "value" has two in its answer, ours last.
-  pq::add_to_object(request.operation(), "value", pq::read_section(*section));
+  pq::add_to_object(request.operation(), "value", pq::make_section(*section, document.get()));
   return pq::print_json(request.operation()).release();
 }

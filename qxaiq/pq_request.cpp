@@ -14,6 +14,10 @@ namespace {
 
 constexpr std::array<std::string_view, 3> kPlatforms = {"qxt100", "qxt200", "qxt300"};
 
+// What a board that is none of these counts as.
+constexpr int kUnknownPlatformInChange = 3;
+constexpr int kUnknownPlatformInQuery = 0;
+
 using PropertyText = std::array<char, PROPERTY_VALUE_MAX>;
 
 PropertyText read_platform() {
@@ -31,30 +35,38 @@ int number_of(std::string_view platform, int unknown) {
 
 }  // namespace
 
-int platform_number(int unknown) {
-  return number_of(read_platform().data(), unknown);
+// The operation is what stands between the text's first and last character. In a patch that is its
+// first element, or begins with it.
+PqRequest::PqRequest(std::string_view text) : patch_(parse_json(text)) {
+  if (cJSON_IsArray(patch_.get()) && text[0] == '[') {
+    operation_ = patch_->child;
+  } else {
+    // Without two brackets there is nothing to parse, and the length would wrap.
+    if (text.size() >= 2) lone_operation_ = parse_json(text.substr(1, text.size() - 2));
+    operation_ = lone_operation_.get();
+  }
+  path_ = or_empty(text_member("path"));
 }
 
-PqRequest::PqRequest(std::string_view text)
-    // Without its two brackets there is nothing to parse, and the length would wrap.
-    : operation_(text.size() < 2 ? nullptr : parse_json(text.substr(1, text.size() - 2))) {}
+JsonPtr PqRequest::take_patch() {
+  if (!lone_operation_) operation_ = nullptr;
+  return std::move(patch_);
+}
 
 const char* PqRequest::text_member(const char* name) const {
-  if (!cJSON_IsObject(operation_.get())) return nullptr;
-  return cJSON_GetStringValue(cJSON_GetObjectItem(operation_.get(), name));
+  if (!cJSON_IsObject(operation_)) return nullptr;
+  return cJSON_GetStringValue(cJSON_GetObjectItem(operation_, name));
 }
 
-bool PqRequest::path_names(const char* word) const {
-  const char* path = text_member("path");
-  return path != nullptr && std::strstr(path, word) != nullptr;
+bool PqRequest::path_names(std::string_view word) const {
+  return path_.find(word) != std::string::npos;
 }
 
 void PqRequest::check_platform() const {
-  const cJSON* item = cJSON_IsObject(operation_.get())
-                          ? cJSON_GetObjectItem(operation_.get(), "platform")
-                          : nullptr;
+  const cJSON* item =
+      cJSON_IsObject(operation_) ? cJSON_GetObjectItem(operation_, "platform") : nullptr;
   const int claimed = j2s::saturate<int32_t>(cJSON_GetNumberValue(item));
-  const int actual = platform_number(kUnknownPlatformInChange);
+  const int actual = number_of(read_platform().data(), kUnknownPlatformInChange);
   kProtocolLog.debug()("json platform %d soc platform %d", claimed, actual);
   if (claimed != actual) kProtocolLog.error()("platform error");
 }
@@ -62,10 +74,10 @@ void PqRequest::check_platform() const {
 void PqRequest::put_platform() {
   const PropertyText platform = read_platform();
   kProtocolLog.debug()("platform prop %s", platform.data());
-  if (!cJSON_IsObject(operation_.get())) return;
+  if (!cJSON_IsObject(operation_)) return;
   const MemoryWatch memory;
   JsonPtr number(cJSON_CreateNumber(number_of(platform.data(), kUnknownPlatformInQuery)));
-  if (number && cJSON_ReplaceItemInObject(operation_.get(), "platform", number.get())) {
+  if (number && cJSON_ReplaceItemInObject(operation_, "platform", number.get())) {
     (void)number.release();
   } else {
     memory.check();  // else the request names no platform, and the answer won't either

@@ -3,18 +3,12 @@
 #ifndef QXAIQ_PQ_REQUEST_H_
 #define QXAIQ_PQ_REQUEST_H_
 
-#include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "qxaiq/json.h"
 
 namespace pq {
-
-// The board's platform number, by "ro.board.platform". A board that is none of ours counts as
-// `unknown`: 3 in changes, 0 in queries. Tools rely on the two being different.
-int platform_number(int unknown);
-inline constexpr int kUnknownPlatformInChange = 3;
-inline constexpr int kUnknownPlatformInQuery = 0;
 
 class PqRequest {
  public:
@@ -23,13 +17,20 @@ class PqRequest {
   explicit PqRequest(std::string_view text);
 
   // Null when nothing could be parsed; else a JSON item, usually the operation object.
-  cJSON* operation() const { return operation_.get(); }
+  cJSON* operation() const { return operation_; }
+
+  // The whole text as a patch, null when it is no JSON. The operation goes with it, so this comes
+  // last; what the path names stays known.
+  JsonPtr take_patch();
 
   // The member as a text; null when the operation has none, or no text there.
   const char* text_member(const char* name) const;
 
   // Whether the path holds `word` anywhere. Sections are chosen so.
-  bool path_names(const char* word) const;
+  bool path_names(std::string_view word) const;
+
+  // Both compare the board's platform, "ro.board.platform", with the tool's. A board that is none
+  // of ours counts as 3 in changes and as 0 in queries: tools rely on the two being different.
 
   // For changes: logs the platform that the tool believes the board has, and a mismatch as an error
   // which stops nothing.
@@ -39,7 +40,10 @@ class PqRequest {
   void put_platform();
 
  private:
-  JsonPtr operation_;
+  JsonPtr patch_;
+  JsonPtr lone_operation_;  // of a text that is no patch
+  cJSON* operation_;        // in one of the two
+  std::string path_;
 };
 
 // What log lines print for a text that is missing.

@@ -1,4 +1,5 @@
 #include <mutex>
+#include <utility>
 
 #include "qxaiq/change_counter.h"
 #include "qxaiq/document_file.h"
@@ -27,10 +28,10 @@ JsonPtr take_stored_parameters() {
 // Patches the stored parameters, brings them into the schema's form, and saves what comes out.
 // Unknown keys are dropped, missing ones become zero. Returns 0, or what failed; then nothing has
 // been written.
-int change_document(std::string_view patch_text, PqParameters& parameters) {
+int change_document(JsonPtr patch, PqParameters& parameters) {
   const std::lock_guard lock(document_mutex);
   JsonPtr item = take_stored_parameters();
-  const int patched = apply_patch(item, patch_text);
+  const int patched = apply_patch(item, std::move(patch));
   kProtocolLog.debug()("ApplyPatches ret %d ", patched);
   if (patched != 0) return patched;
 
@@ -39,9 +40,7 @@ int change_document(std::string_view patch_text, PqParameters& parameters) {
   kProtocolLog.debug()("j2s_json_to_struct ret %d ", loaded);
   if (loaded != 0) return loaded;
 
-  const JsonPtr document = make_pq_document(context.get(), parameters.values);
-  const TextPtr text = print_json(document.get());
-  const int saved = save_document(kPqDocument, text.get());
+  const int saved = save_pq_document(kPqDocument, context.get(), parameters.values);
   return saved < 0 ? saved : 0;
 }
 
@@ -61,11 +60,10 @@ void show_change(const PqRequest& request, PqParameters& parameters) {
 }  // namespace pq
 
 int updatePQ(char* body, uint32_t length) {
-  const std::string_view text(body, length);
-  const pq::PqRequest request(text);
+  pq::PqRequest request({body, length});
   pq::log_request(request);
   pq::PqParameters parameters;
-  const int failed = pq::change_document(text, parameters);
+  const int failed = pq::change_document(request.take_patch(), parameters);
   if (failed != 0) return failed;
   pq::show_change(request, parameters);
   return 0;

@@ -46,7 +46,11 @@ std::string normalised(const std::string& text) {
   pq::J2sContext context;
   pq::PqParameters parameters;
   parameters.load(context.get(), cJSON_GetObjectItem(document.get(), "pq_tuning_param"));
-  const pq::JsonPtr again = pq::make_pq_document(context.get(), parameters.values);
+  // Item by item: what the daemon prints the fast way has to be the same.
+  const pq::JsonPtr again(cJSON_CreateObject());
+  pq::add_to_object(
+      again.get(), "pq_tuning_param",
+      pq::JsonPtr(j2s_struct_to_json(context.get(), "pq_tuning_param", &parameters.values)));
   const pq::TextPtr printed(cJSON_Print(again.get()));
   return printed.get();
 }
