@@ -95,6 +95,13 @@ void choose_counter(char** argv) {
   std::exit(1);
 }
 
+void profile(const std::function<void()>& run) {
+  run();  // the first one is not typical
+  CALLGRIND_START_INSTRUMENTATION;
+  run();
+  CALLGRIND_STOP_INSTRUMENTATION;
+}
+
 double count_instructions(const std::function<void()>& run) {
   // In a process of its own: what earlier runs left in the heap would count in.
   std::array<int, 2> ends{};

@@ -12,6 +12,10 @@ namespace bench {
 // with a message where neither way is open.
 void choose_counter(char** argv);
 
+// Lets valgrind note where the instructions of one run go, and write that down at the program's
+// end.
+void profile(const std::function<void()>& run);
+
 // Instructions of one run, without what it takes to get going: (5 runs - 2 runs) / 3. The runs take
 // place in a child process.
 double count_instructions(const std::function<void()>& run);

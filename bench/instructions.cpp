@@ -1,6 +1,7 @@
 // Prints instructions: a line an operation, "NAME <tab> ours <tab> floor", in instructions a run.
 //
 //   bench_instructions [--growth] [NAME]...   all operations, or those whose names begin so
+//   bench_instructions --profile NAME...      ours alone, for valgrind to look at
 //   --growth: "NAME <tab> at this size <tab> at four times the size", ours alone
 #include <algorithm>
 #include <cstdio>
@@ -19,6 +20,7 @@ using bench::Operation;
 
 struct Request {
   bool growth = false;
+  bool profile = false;
   std::vector<std::string_view> names;
 
   bool wants(const std::string& name) const {
@@ -35,6 +37,8 @@ Request parse_arguments(int argc, char** argv) {
     const std::string_view argument = argv[i];
     if (argument == "--growth") {
       request.growth = true;
+    } else if (argument == "--profile") {
+      request.profile = true;
     } else {
       request.names.push_back(argument);
     }
@@ -88,6 +92,13 @@ int main(int argc, char** argv) {
   const Request request = parse_arguments(argc, argv);
   const bench::Documents documents = bench::create_documents();
   const std::vector<Operation> operations = wanted_operations(request, documents);
+  if (request.profile) {
+    for (const Operation& operation : operations) {
+      check_results(operation);
+      bench::profile(operation.ours.run);
+    }
+    return 0;
+  }
   if (!request.growth) {
     std::ranges::for_each(operations, print_cost);
     return 0;

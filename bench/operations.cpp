@@ -22,6 +22,10 @@ std::string take_text(char* text) {
   return text != nullptr ? text : "";
 }
 
+pq::JsonPtr copy_of(const cJSON* tree) {
+  return pq::JsonPtr(cJSON_Duplicate(tree, true));
+}
+
 // A way whose result is a text, freed before the next run.
 template <typename MakeText>
 Way text_way(MakeText make_text) {
@@ -109,12 +113,12 @@ class OperationList {
     add(name, file_way(document, ours), text_way(floor));
   }
 
-  // The floor prints a tree that is there already.
+  // The floor copies a ready tree and prints the copy: a tree there has to be.
   void add_new_document(const std::string& name, int (*create)(char*),
                         const std::string& document) {
     const auto tree = std::make_shared<pq::JsonPtr>(pq::parse_json(document));
     add(name, file_way(kNewDocument, [create] { create(const_cast<char*>(kNewDocument)); }),
-        text_way([tree] { return cJSON_Print(tree->get()); }));
+        text_way([tree] { return cJSON_Print(copy_of(tree->get()).get()); }));
   }
 
   cJSON* parameters() const { return cJSON_GetObjectItem(tree_.get(), "pq_tuning_param"); }
@@ -139,13 +143,15 @@ class OperationList {
     return j2s_dump_struct(context, "pq_tuning_param", &values);
   }
 
-  // The floor prints a tree that is there already.
+  // The floor as for the new documents.
   void add_dump() {
     const auto record = std::make_shared<pq::PqParameters>();
     const auto context = std::make_shared<pq::J2sContext>();
     record->load(context->get(), parameters());
     add("j2s dump", text_way([record, context] { return dump(context->get(), record->values); }),
-        text_way([json = parameters(), tree = tree_] { return cJSON_PrintUnformatted(json); }));
+        text_way([json = parameters(), tree = tree_] {
+          return cJSON_PrintUnformatted(copy_of(json).get());
+        }));
   }
 
   static void spoil_cache() {
