@@ -16,6 +16,7 @@
 #include <system_error>
 
 #include "common/log.h"
+#include "netserver/receive_buffer.h"
 
 namespace {
 
@@ -172,7 +173,11 @@ int32_t TCPServer::Recvieve(int32_t client_socket, size_t index) {
   const bool can_end = set_timeout(client_socket, SO_RCVTIMEO, kReceiveTimeout) &&
                        set_timeout(client_socket, SO_SNDTIMEO, kSendTimeout);
   set_flag(client_socket, SO_KEEPALIVE);  // a client that lost its power is noticed one day
-  if (can_end) receive_until_gone(client_socket);
+  try {
+    if (can_end) receive_until_gone(client_socket);
+  } catch (const std::bad_alloc&) {
+    kLog.error()("no memory for the client on socket %d, closing it\n", client_socket);
+  }
   kLog.debug()("TCPServer::Recvieve exit %d\n", client_socket);
   close_client(client_socket);
   note_finished(index);
@@ -181,7 +186,7 @@ int32_t TCPServer::Recvieve(int32_t client_socket, size_t index) {
 
 void TCPServer::receive_until_gone(int client_socket) {
   // Zeroed once, not between receives: a short command packet is completed by what was there.
-  std::array<char, kReceiveSize> buffer{};
+  ReceiveBuffer buffer(kReceiveSize);
   while (!quit_) {
     const ssize_t length =
         recvfrom(client_socket, buffer.data(), buffer.size(), 0, nullptr, nullptr);
