@@ -1,0 +1,6 @@
+// What a C++ program costs that does nothing.
+#include <iostream>
+
+int main() {
+  return 0;
+}

@@ -1,0 +1,20 @@
+// Counts what the program asks of the heap. Only programs that hold heap.cpp can: it stands in for
+// the C library's own entry points.
+#ifndef BENCH_HEAP_H_
+#define BENCH_HEAP_H_
+
+#include <cstddef>
+#include <functional>
+
+namespace bench {
+
+struct HeapUse {
+  size_t allocations = 0;  // calls of malloc, calloc and realloc
+  size_t peak_growth = 0;  // bytes, above what was in use before
+};
+
+HeapUse measure_heap(const std::function<void()>& run);
+
+}  // namespace bench
+
+#endif  // BENCH_HEAP_H_
