@@ -41,9 +41,10 @@ void replace_file(const std::filesystem::path& path, std::string_view bytes) {
   const bool is_written = write_and_sync(descriptor, bytes);
   const bool is_closed = close(descriptor) == 0;
   if (is_written && is_closed && rename(side.c_str(), path.c_str()) == 0) return;
-  const pqclient::Error error = file_error("write", path);
+  const int reason = errno;
   unlink(side.c_str());
-  throw error;
+  errno = reason;
+  throw file_error("write", path);
 }
 
 std::string read_input(const std::string& path) {

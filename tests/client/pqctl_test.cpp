@@ -1,46 +1,15 @@
 // pqctl as a program: what it prints, and how it ends.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "client/fake_board.h"
 #include "client/storing_board.h"
-#include "support/temporary_folder.h"
+#include "support/run_pqctl.h"
 
 namespace {
-
-struct Outcome {
-  int status = -1;
-  std::string output;
-  std::string errors;
-};
-
-std::string take_file(const std::string& path) {
-  std::string text;
-  {
-    std::ifstream file(path);
-    text.assign(std::istreambuf_iterator<char>(file), {});
-  }
-  unlink(path.c_str());
-  return text;
-}
-
-// arguments: as for a shell.
-Outcome pqctl(const std::string& arguments, const std::string& input = "") {
-  const std::string base = testing::TempDir() + "pqctl_test." + std::to_string(getpid());
-  std::ofstream(base + ".in") << input;
-  const std::string command = std::string(PQCTL_PROGRAM) + " <" + base + ".in >" + base +
-                              ".out 2>" + base + ".err " + arguments;
-  const int status = std::system(command.c_str());
-  unlink((base + ".in").c_str());
-  return {WEXITSTATUS(status), take_file(base + ".out"), take_file(base + ".err")};
-}
 
 // A board with small documents.
 class Pqctl : public testing::Test {
@@ -54,7 +23,7 @@ class Pqctl : public testing::Test {
     std::ofstream(home_.path() / "pqctl/boards.ini") << text;
   }
   Outcome pqctl_on_board(const std::string& arguments, const std::string& input = "") {
-    return pqctl("--port " + std::to_string(board_.address().port) + " " + arguments, input);
+    return run_pqctl("--port " + std::to_string(board_.address().port) + " " + arguments, input);
   }
   std::string output_of(const std::string& arguments, const std::string& input = "") {
     const Outcome outcome = pqctl_on_board(arguments, input);
@@ -232,9 +201,9 @@ TEST_F(Pqctl, PatternModeIsEnteredOnceAndLeavingKeepsDciOn) {
 }
 
 TEST_F(Pqctl, DumpWritesAPngFile) {
-  const std::string file = testing::TempDir() + "pqctl_test.png";
+  const std::string file = (home_.path() / "screen.png").string();
   EXPECT_EQ(pqctl_on_board("dump out -o " + file).errors, "2x1 rgb\n");
-  EXPECT_EQ(take_file(file).substr(0, 8), "\x89PNG\r\n\x1A\n");
+  EXPECT_EQ(text_of(file).substr(0, 8), "\x89PNG\r\n\x1A\n");
   EXPECT_EQ(output_of("dump out -o -").substr(1, 3), "PNG");
   EXPECT_EQ(pqctl_on_board("dump in -o -").status, 6);  // this board has no dump of the input
   EXPECT_EQ(pqctl_on_board("dump out -o /no/such/folder/x.png").status, 7);
@@ -250,17 +219,17 @@ TEST_F(Pqctl, HostComesFromTheEnvironmentUnlessGiven) {
 TEST_F(Pqctl, BoardComesFromTheConfigurationFile) {
   const std::string address = board_.address().text();
   configure("default = lab\n[lab]\nhost = " + address + "\n[far]\nhost = host.invalid\n");
-  EXPECT_EQ(pqctl("get csc/cscHue").output, "300\n");
-  EXPECT_EQ(pqctl("--board far get csc").status, 2);
-  EXPECT_NE(pqctl("--board lap get csc").errors.find("nearest: lab"), std::string::npos);
-  EXPECT_EQ(pqctl("boards").output, "lab  " + address + "  default\nfar  host.invalid:5543\n");
+  EXPECT_EQ(run_pqctl("get csc/cscHue").output, "300\n");
+  EXPECT_EQ(run_pqctl("--board far get csc").status, 2);
+  EXPECT_NE(run_pqctl("--board lap get csc").errors.find("nearest: lab"), std::string::npos);
+  EXPECT_EQ(run_pqctl("boards").output, "lab  " + address + "  default\nfar  host.invalid:5543\n");
 }
 
 TEST_F(Pqctl, ReadOnlyBoardIsNeverChangedHoweverItIsNamed) {
   configure("[lab]\nread-only = yes\nhost = " + board_.address().text() + "\n");
   for (const char* change : {"set csc/cscHue 1", "patch -", "pattern 1 2 3", "pattern-mode on"}) {
     const std::string patch = R"({"op":"replace","path":"/csc/cscHue","value":1})";
-    EXPECT_EQ(pqctl(std::string("--board lab ") + change, patch).status, 1) << change;
+    EXPECT_EQ(run_pqctl(std::string("--board lab ") + change, patch).status, 1) << change;
     EXPECT_EQ(pqctl_on_board(change, patch).status, 1) << change;
   }
   EXPECT_EQ(output_of("get csc/cscHue"), "300\n");
@@ -276,20 +245,20 @@ TEST_F(Pqctl, MistakesInTheConfigurationFileAreExplained) {
            std::pair{"[lab]\ntimeout = -1\n", "give seconds"},
        }) {
     configure(text);
-    const Outcome outcome = pqctl("--board lab get csc");
+    const Outcome outcome = run_pqctl("--board lab get csc");
     EXPECT_EQ(outcome.status, 1) << text;
     EXPECT_NE(outcome.errors.find(help), std::string::npos) << outcome.errors;
   }
 }
 
 TEST_F(Pqctl, ExitStatusTellsTheTroubleApart) {
-  EXPECT_EQ(pqctl("--help").status, 0);
-  EXPECT_EQ(pqctl("").status, 1);
-  EXPECT_EQ(pqctl("get").status, 1);
-  EXPECT_EQ(pqctl("--port 0 get csc").status, 1);
-  EXPECT_EQ(pqctl("get csc/cscHeu").status, 1);
-  EXPECT_EQ(pqctl("pattern 0 0 256").status, 1);
-  EXPECT_EQ(pqctl("--port 1 get csc").status, 2);
+  EXPECT_EQ(run_pqctl("--help").status, 0);
+  EXPECT_EQ(run_pqctl("").status, 1);
+  EXPECT_EQ(run_pqctl("get").status, 1);
+  EXPECT_EQ(run_pqctl("--port 0 get csc").status, 1);
+  EXPECT_EQ(run_pqctl("get csc/cscHeu").status, 1);
+  EXPECT_EQ(run_pqctl("pattern 0 0 256").status, 1);
+  EXPECT_EQ(run_pqctl("--port 1 get csc").status, 2);
   EXPECT_EQ(pqctl_on_board("get gamma").status, 6);            // this board has none, and hangs up
   EXPECT_EQ(pqctl_on_board("get dci/dciIsActive").status, 5);  // the answer lacks it
   EXPECT_EQ(pqctl_on_board("get csc >/dev/full").status, 7);
@@ -298,7 +267,7 @@ TEST_F(Pqctl, ExitStatusTellsTheTroubleApart) {
 TEST(PqctlErrors, GoToStandardErrorWithAddressAndAdvice) {
   const FakeBoard silent([](Visitor& visitor) { visitor.stall(); });
   const Outcome outcome =
-      pqctl("get csc --timeout 0.1 --port " + std::to_string(silent.address().port));
+      run_pqctl("get csc --timeout 0.1 --port " + std::to_string(silent.address().port));
   EXPECT_EQ(outcome.status, 4);
   EXPECT_EQ(outcome.output, "");
   EXPECT_EQ(outcome.errors, "pqctl: no answer within 0.1 s from " + silent.address().text() +

@@ -1,0 +1,109 @@
+// What pqctl keeps of a board and brings back, on a board that stores and shows it.
+#include <random>
+#include <thread>
+
+#include "drm/display_state.h"
+#include "pqclient/target.h"
+#include "scenario/daemon_test.h"
+#include "support/run_pqctl.h"
+
+namespace scenario {
+namespace {
+
+class Pqctl : public DaemonTest {
+ protected:
+  Pqctl() {
+    setenv("XDG_CONFIG_HOME", home_.path().c_str(), 1);
+    setenv("XDG_STATE_HOME", home_.path().c_str(), 1);
+  }
+  Outcome run(const std::string& arguments) { return run_pqctl(arguments); }
+  void succeed(const std::string& arguments) {
+    const Outcome outcome = run(arguments);
+    ASSERT_EQ(outcome.status, 0) << arguments << '\n' << outcome.errors;
+  }
+  // Both documents without the layout of their text, which a change to AI scenes makes anew.
+  std::string stored() {
+    return pqclient::print_json(*pqclient::parse_json(board().read(kPqDocument))) +
+           pqclient::print_json(*pqclient::parse_json(board().read(kAipqDocument)));
+  }
+  // As the display has it, in red.
+  uint16_t shown_gamma(size_t index) {
+    return board::read_display_state(board().file("/board")).connectors.at(0).gamma.red.at(index);
+  }
+  std::string file(const char* name) { return (home_.path() / name).string(); }
+
+ private:
+  TemporaryFolder home_;
+};
+
+// A value somewhere in the section that is another one than before.
+std::string random_assignment(const pqclient::Target& section, std::mt19937& random) {
+  const auto below = [&](size_t n) { return static_cast<int>(random() % n); };
+  pqclient::Target target = section;
+  if (target.document == pqclient::Document::kAipq) target.scene = below(pqclient::kScenes.size());
+  do {
+    target.member = &section.section->members[random() % section.section->members.size()];
+  } while (target.member->type == pqclient::MemberType::kText);
+  if (target.member->is_table()) target.index = below(static_cast<size_t>(target.member->count));
+  const auto range = static_cast<uint64_t>(target.member->max - target.member->min);
+  const int64_t value = target.member->min + static_cast<int64_t>(random() % (range + 1));
+  return target.text() + "=" + std::to_string(value) + " ";
+}
+
+TEST_F(Pqctl, BringsBothDocumentsBackAlsoAfterAnInterruption) {
+  start_with_documents();
+  const std::string before = stored();
+  succeed("backup " + file("kept.json"));
+  EXPECT_EQ(run("backup " + file("kept.json")).status, 7);  // never over another one
+
+  std::mt19937 random(20261121);
+  std::string changes;
+  const auto sections = pqclient::sections_in_writing_order();
+  for (size_t i = 0; i < 10; ++i)
+    changes += random_assignment(sections[i % sections.size()], random);
+  succeed("set " + changes);
+  EXPECT_NE(stored(), before) << changes;
+  EXPECT_EQ(run("diff " + file("kept.json")).status, 8);
+
+  const Outcome interrupted =
+      run("restore " + file("kept.json") + " & sleep 1; kill -INT $!; wait $!");
+  EXPECT_EQ(interrupted.status, 130);
+  EXPECT_NE(interrupted.errors.find("written: gamma, "), std::string::npos) << interrupted.errors;
+  EXPECT_NE(interrupted.errors.find("sharp, csc, ai/dci, ai/acm. The same command"),
+            std::string::npos);
+  EXPECT_NE(stored(), before);
+
+  succeed("restore " + file("kept.json"));
+  EXPECT_EQ(stored(), before) << changes;
+  EXPECT_EQ(run("diff " + file("kept.json")).status, 0);
+}
+
+// The board loads changed tables without the gains of csc.
+TEST_F(Pqctl, ShowsNewGammaTablesWithTheGains) {
+  start_with_documents();
+  succeed("set csc/cscRGain 128");
+  succeed("set gamma/gammaTab_R/512 30000");
+  EXPECT_EQ(shown_gamma(512), 15000);
+}
+
+TEST_F(Pqctl, RestoresOnlyWhatIsSoundAndMeantForTheBoard) {
+  start_with_documents();
+  succeed("backup " + file("kept.json"));
+  succeed("set csc/cscHue 1 csc/cscContrast 2");
+  succeed("restore --only csc/cscHue " + file("kept.json"));
+  EXPECT_EQ(run("get csc/cscContrast").output, "2\n");
+
+  const std::string kept = text_of(file("kept.json"));
+  const auto restore_with = [&](const std::string& text, const std::string& other) {
+    std::string changed = kept;
+    changed.replace(changed.find(text), text.size(), other);
+    std::ofstream(file("changed.json")) << changed;
+    return run("restore --dry-run " + file("changed.json")).status;
+  };
+  EXPECT_EQ(restore_with("\"platform\":\t1", "\"platform\":\t0"), 1);
+  EXPECT_EQ(restore_with("\"cscEnable\":\t1", "\"cscEnable\":\t0"), 1);
+  EXPECT_EQ(restore_with("{", "{"), 0);
+}
+
+}  // namespace
+}  // namespace scenario
