@@ -2,9 +2,8 @@
 #ifndef PQCTL_INTERRUPT_H_
 #define PQCTL_INTERRUPT_H_
 
-#include <signal.h>
-
 #include <chrono>
+#include <csignal>
 #include <optional>
 
 // While one lives, SIGINT, SIGTERM and SIGHUP do not end the program: they stay pending, and

@@ -27,7 +27,7 @@ struct WriteOptions {
   bool is_dry_run = false;  // prints the operations, sends none
   bool reads_back = true;
   bool heeds_interrupt = true;           // false: Ctrl-C does not keep it from being finished
-  Filing filing = Filing::kAsChange;       // how the history has it
+  Filing filing = Filing::kAsChange;     // how the history has it
   std::optional<int>* number = nullptr;  // set to the number in the history before anything is sent
 };
 
