@@ -99,9 +99,10 @@ std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine&
   app.fallthrough();  // global options may stand behind the subcommand, too
   add_global_options(app, line.options);
   const Grammar grammar{.app = app, .chosen = line.command};
-  for (const auto add : {add_list, add_get, add_show, add_plot, add_watch, add_set, add_gamma,
-                         add_try, add_patch, add_backup, add_diff, add_restore, add_undo,
-                         add_history, add_pattern, add_pattern_mode, add_dump, add_boards}) {
+  for (const auto add :
+       {add_list, add_get, add_show, add_plot, add_watch, add_set, add_gamma, add_try, add_patch,
+        add_backup, add_diff, add_restore, add_undo, add_history, add_pattern, add_pattern_mode,
+        add_dump, add_boards, add_diagnose}) {
     add(grammar);
   }
   std::vector<std::string> words = words_of(argc, argv);

@@ -56,5 +56,6 @@ void add_pattern(const Grammar& grammar);
 void add_pattern_mode(const Grammar& grammar);
 void add_dump(const Grammar& grammar);
 void add_boards(const Grammar& grammar);
+void add_diagnose(const Grammar& grammar);
 
 #endif  // PQCTL_COMMANDS_H_
