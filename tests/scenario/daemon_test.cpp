@@ -103,11 +103,15 @@ void DaemonTest::change(const std::string& operation, uint32_t command) {
   const std::string text = "[" + operation + "]";
   send(connection, header(command, static_cast<uint32_t>(text.size())) + text + "0000");
   connection.wait_until_arrived(pqclient::Deadline(std::chrono::seconds(20)));
-  for (int i = 0; i < 2000 && board::holds_unread_bytes(board::kDaemonPort); ++i)
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  wait_until_taken();
   const std::string query = R"([{"path":"/csc"}])";
   send(connection, header(1, static_cast<uint32_t>(query.size())) + query + "0000");
   EXPECT_NE(receive(connection, 1, std::chrono::seconds(20)), "") << "no answer after " << text;
+}
+
+void DaemonTest::wait_until_taken() {
+  for (int i = 0; i < 2000 && board::holds_unread_bytes(board::kDaemonPort); ++i)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
 }
 
 std::string DaemonTest::header(uint32_t command, uint32_t data_length) {

@@ -53,6 +53,9 @@ class DaemonTest : public board::BoardTest {
   // The daemon answers a well-formed query.
   static bool serves();
 
+  // Until the daemon has taken off the stream whatever was sent.
+  static void wait_until_taken();
+
   // Where a document packet starts: magic, command, data length.
   static std::string header(uint32_t command, uint32_t data_length);
 
