@@ -1,0 +1,30 @@
+# What `cmake --install` and `cpack` bring beside what client/ installs itself.
+# The daemon is for a board; elsewhere it runs on the simulated one, out of the build folder.
+include(GNUInstallDirs)
+install(TARGETS qxaiq_tool_server RUNTIME COMPONENT daemon)
+
+# pqctl's page and completions, under the names where each shell looks for them.
+install(FILES client/man/pqctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT client OPTIONAL)
+install(FILES client/completions/pqctl.bash RENAME pqctl
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT client OPTIONAL)
+install(FILES client/completions/_pqctl
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT client OPTIONAL)
+install(FILES client/completions/pqctl.fish
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT client OPTIONAL)
+
+# `cpack` in the build folder makes pqctl_VERSION_ARCHITECTURE.deb: the client alone.
+set(CPACK_GENERATOR DEB)
+set(CPACK_COMPONENTS_ALL client)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGE_CONTACT "PQ team <team@pq.example>")
+set(CPACK_DEBIAN_CLIENT_PACKAGE_NAME pqctl)
+set(CPACK_DEBIAN_CLIENT_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_CLIENT_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_CLIENT_PACKAGE_SHLIBDEPS ON)
+set(CPACK_COMPONENT_CLIENT_DESCRIPTION "tuning client for the picture quality of a display board
+ pqctl reads and changes the picture-quality parameters of an Android
+ television or display board that runs the PQ tool server, checks every
+ change, shows test colours and fetches dumps of the picture.")
+include(CPack)
