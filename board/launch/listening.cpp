@@ -35,7 +35,8 @@ std::vector<Socket> sockets_on(uint16_t port) {
     std::istringstream words(line);
     std::string number, local, remote, state, queues;
     words >> number >> local >> remote >> state >> queues;
-    if (after_colon(local) == port) sockets.push_back({after_colon(remote), state, after_colon(queues)});
+    if (after_colon(local) == port)
+      sockets.push_back({after_colon(remote), state, after_colon(queues)});
   }
   return sockets;
 }
