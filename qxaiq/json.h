@@ -17,8 +17,8 @@ namespace pq {
 using JsonPtr = std::unique_ptr<cJSON, Call<cJSON_Delete>>;
 
 // Finds out whether memory ran out in calls of cJSON and j2s. They report that like any other
-// failure, or leave out what they have no memory for; what tells is the errno of the allocation.
-// The answer holds for calls that set no errno of their own.
+// failure, or leave out what they have no memory for; what tells is the errno that POSIX has a
+// failed allocation set. The answer holds for calls that set no errno of their own.
 class MemoryWatch {
  public:
   MemoryWatch() { errno = 0; }
