@@ -42,6 +42,14 @@ void* allocate(size_t size) {
   return denied() ? nullptr : counted(__real_malloc(size == 0 ? 1 : size));
 }
 
+char* copy_of(const char* text, size_t length) {
+  auto* copy = static_cast<char*>(allocate(length + 1));
+  if (copy == nullptr) return nullptr;
+  std::memcpy(copy, text, length);
+  copy[length] = '\0';
+  return copy;
+}
+
 }  // namespace
 
 extern "C" {
@@ -61,15 +69,10 @@ void __wrap_free(void* block) {
   release(block);
 }
 char* __wrap_strndup(const char* text, size_t most) {
-  const size_t length = strnlen(text, most);
-  auto* copy = static_cast<char*>(allocate(length + 1));
-  if (copy == nullptr) return nullptr;
-  std::memcpy(copy, text, length);
-  copy[length] = '\0';
-  return copy;
+  return copy_of(text, strnlen(text, most));
 }
 char* __wrap_strdup(const char* text) {
-  return __wrap_strndup(text, SIZE_MAX);
+  return copy_of(text, std::strlen(text));
 }
 int __wrap_vasprintf(char** text, const char* format, va_list arguments) {
   if (denied()) return -1;
