@@ -114,12 +114,16 @@ void TCPServer::Accepted() {
   const bool can_end = set_timeout(sock_, SO_RCVTIMEO, kAcceptTimeout);
   set_flag(sock_, SO_REUSEADDR);
 
+  bool waits = false;
   while (can_end && !quit_) {
     join_finished();
     if (descriptors_are_scarce()) {
+      if (!waits) kLog.error()("too few descriptors left, accepting nobody until some are free\n");
+      waits = true;
       std::this_thread::sleep_for(kScarcityPause);
       continue;
     }
+    waits = false;
     socklen_t length = sizeof(client_addr_);
     const int client_socket =
         accept4(sock_, reinterpret_cast<sockaddr*>(&client_addr_), &length, SOCK_CLOEXEC);
