@@ -10,7 +10,7 @@ namespace {
 
 constexpr size_t kQueryEvery = 100;
 constexpr size_t kWarmUp = 500;
-constexpr long kMostGrowth = 16 * 1024;  // KiB
+constexpr long kMostGrowth = 16'384;  // KiB
 
 // Each leaves its port taken for a minute; 28,000 ports times 200 addresses are enough.
 uint32_t source_address(size_t number) {

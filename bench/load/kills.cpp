@@ -98,7 +98,7 @@ class Changer {
 class Watched {
  public:
   Watched(LoadedBoard& board, const Place& place)
-      : board_(board.board()), place_(place), changer_(place), original_(without_number().text) {}
+      : board_(board.board()), place_(place), changer_(place), original_(without_number()) {}
 
   void start_changing() { changer_.run(last_); }
   void wait_for_the_end() { changer_.join(); }
@@ -109,9 +109,9 @@ class Watched {
   std::string check() {
     const Found found = without_number();
     if (found.text.empty()) return "cannot be parsed";
-    if (found.text != original_) return "differs in more than what was changed";
+    if (found.text != original_.text) return "differs in more than what was changed";
     for (int number = changer_.stored(); number <= changer_.sent(); ++number) {
-      if (number % kValues != found.number && number != first_number(found)) continue;
+      if (found.number != in_document(number)) continue;
       last_ = number;
       return "";
     }
@@ -135,12 +135,12 @@ class Watched {
   }
 
   // Before the first change the number is the board's own.
-  int first_number(const Found& found) const { return last_ == 0 && found.number != 0 ? 0 : -1; }
+  int in_document(int number) const { return number == 0 ? original_.number : number % kValues; }
 
   board::Board& board_;
   const Place& place_;
   Changer changer_;
-  std::string original_;
+  Found original_;
   int last_ = 0;
 };
 
