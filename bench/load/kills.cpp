@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -16,6 +17,7 @@
 namespace load {
 namespace {
 
+using Clock = std::chrono::steady_clock;
 using pqclient::DocumentCommand;
 
 constexpr unsigned kHurry = 1'000;  // the document is what counts, not the redraw
@@ -44,14 +46,13 @@ constexpr Place kAipqPlace = {kAipqDocument,
                               "/acm/0/lumGain",
                               "/acm"};
 
-cJSON* number_in(cJSON* document, const Place& place) {
+// The object that holds the number; null when the document lacks it.
+cJSON* owner_in(cJSON* document, const Place& place) {
   if (place.write == DocumentCommand::kWritePq) {
     cJSON* parameters = cJSON_GetObjectItemCaseSensitive(document, "pq_tuning_param");
-    return cJSON_GetObjectItemCaseSensitive(cJSON_GetObjectItemCaseSensitive(parameters, "csc"),
-                                            "cscHue");
+    return cJSON_GetObjectItemCaseSensitive(parameters, "csc");
   }
-  cJSON* table = cJSON_GetObjectItemCaseSensitive(document, "acm");
-  return cJSON_GetObjectItemCaseSensitive(cJSON_GetArrayItem(table, 0), "lumGain");
+  return cJSON_GetArrayItem(cJSON_GetObjectItemCaseSensitive(document, "acm"), 0);
 }
 
 // Changes one number until the daemon is gone. Another thread reads how far it got.
@@ -101,6 +102,8 @@ class Watched {
       : board_(board.board()), place_(place), changer_(place), original_(without_number()) {}
 
   void start_changing() { changer_.run(last_); }
+  bool has_changed() const { return changer_.stored() > last_; }
+  int changes() const { return last_; }
   void wait_for_the_end() { changer_.join(); }
 
   bool was_being_saved() const { return std::filesystem::exists(board_.file(place_.side_file)); }
@@ -109,7 +112,10 @@ class Watched {
   std::string check() {
     const Found found = without_number();
     if (found.text.empty()) return "cannot be parsed";
-    if (found.text != original_.text) return "differs in more than what was changed";
+    if (found.text != original_.text) {
+      original_.text = found.text;  // counts once
+      return "differs in more than what was changed";
+    }
     for (int number = changer_.stored(); number <= changer_.sent(); ++number) {
       if (found.number != in_document(number)) continue;
       last_ = number;
@@ -121,17 +127,18 @@ class Watched {
 
  private:
   struct Found {
-    std::string text;  // the document with 0 in the number's place; empty: no document
+    std::string text;  // the document without the number; empty: no document, or no number in it
     int number = 0;
   };
 
   Found without_number() const {
     const auto document = pqclient::parse_whole_json(board_.read(place_.file));
-    cJSON* number = document ? number_in(document.get(), place_) : nullptr;
-    if (!cJSON_IsNumber(number)) return {};
-    const int value = number->valueint;
-    cJSON_SetNumberValue(number, 0);
-    return {pqclient::print_json(*document), value};
+    const std::string name(place_.path.substr(place_.path.rfind('/') + 1));
+    // Taken out and not set to 0: a replaced member of the AIPQ document comes to stand last.
+    const pqclient::JsonPtr number(
+        cJSON_DetachItemFromObjectCaseSensitive(owner_in(document.get(), place_), name.c_str()));
+    if (!cJSON_IsNumber(number.get())) return {};
+    return {pqclient::print_json(*document), number->valueint};
   }
 
   // Before the first change the number is the board's own.
@@ -158,6 +165,11 @@ bool run_kills(size_t kills) {
   for (size_t i = 0; i < kills; ++i) {
     pq.start_changing();
     aipq.start_changing();
+    for (const auto end = Clock::now() + kPatience; !pq.has_changed() || !aipq.has_changed();) {
+      if (Clock::now() > end)
+        throw std::runtime_error("no change is stored:\n" + board.board().log());
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
     std::this_thread::sleep_for(std::chrono::microseconds(life(random)));
     (void)board.board().stop(SIGKILL);
     pq.wait_for_the_end();
@@ -177,8 +189,8 @@ bool run_kills(size_t kills) {
   for (size_t at = 0; (at = log.find("was cut short", at)) != std::string::npos; ++at)
     ++restored;
   report
-      .figure(kills, " kills during changes of both documents, ", while_saving,
-              " of them while one was saved")
+      .figure(kills, " kills during ", pq.changes(), " PQ and ", aipq.changes(), " AIPQ changes, ",
+              while_saving, " of them while a document was saved")
       .figure(restored, " documents restored at the next start")
       .figure(bad, " lost, unparsable or wrong");
   return report.finish();
