@@ -95,6 +95,10 @@ void choose_counter(char** argv) {
   std::exit(1);
 }
 
+const char* counter_name() {
+  return RUNNING_ON_VALGRIND ? "valgrind" : "the processor";
+}
+
 void profile(const std::function<void()>& run) {
   run();  // the first one is not typical
   CALLGRIND_START_INSTRUMENTATION;

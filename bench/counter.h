@@ -12,6 +12,9 @@ namespace bench {
 // with a message where neither way is open.
 void choose_counter(char** argv);
 
+// What counts: "the processor" or "valgrind".
+const char* counter_name();
+
 // Lets valgrind note where the instructions of one run go, and write that down at the program's
 // end.
 void profile(const std::function<void()>& run);

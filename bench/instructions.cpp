@@ -1,4 +1,5 @@
-// Prints instructions: a line an operation, "NAME <tab> ours <tab> floor", in instructions a run.
+// Prints instructions: a line an operation, "NAME <tab> ours <tab> floor", in instructions a run,
+// after a line "# WHAT COUNTED THEM".
 //
 //   bench_instructions [--growth] [NAME]...   all operations, or those whose names begin so
 //   bench_instructions --profile NAME...      ours alone, for valgrind to look at
@@ -92,6 +93,7 @@ int main(int argc, char** argv) {
   const Request request = parse_arguments(argc, argv);
   const bench::Documents documents = bench::create_documents();
   const std::vector<Operation> operations = wanted_operations(request, documents);
+  std::printf("# %s\n", bench::counter_name());
   if (request.profile) {
     for (const Operation& operation : operations) {
       check_results(operation);
