@@ -21,11 +21,11 @@ class ArrayText {
       : text_(static_cast<char*>(cJSON_malloc(most_numbers * (kMostDigits + 2) + sizeof "[]"))),
         end_(text_.get()),
         spaced_(form == ArrayForm::kFormattedText) {
-    if (text_ != nullptr) *end_++ = '[';
+    if (end_ != nullptr) *end_++ = '[';
   }
 
   // False: there was no memory for it.
-  bool valid() const { return text_ != nullptr; }
+  bool valid() const { return end_ != nullptr; }
 
   void add(Integer number) {
     if (end_[-1] != '[') {
@@ -49,7 +49,7 @@ class ArrayText {
       std::numeric_limits<Integer>::digits10 + (std::is_signed_v<Integer> ? 2 : 1);
 
   std::unique_ptr<char, FreeText> text_;
-  char* end_;
+  char* end_;  // where the next character goes, null without memory
   bool spaced_;
 };
 
