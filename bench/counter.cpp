@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -83,9 +84,8 @@ void choose_counter(char** argv) {
   std::vector<std::string> command = {"valgrind", "--tool=callgrind", "--quiet",
                                       "--instr-atstart=no",
                                       "--callgrind-out-file=/tmp/bench-profile.%p"};
-  std::vector<char*> arguments;
-  for (std::string& word : command)
-    arguments.push_back(word.data());
+  std::vector<char*> arguments(command.size());
+  std::ranges::transform(command, arguments.begin(), [](std::string& word) { return word.data(); });
   for (; *argv != nullptr; ++argv)
     arguments.push_back(*argv);
   arguments.push_back(nullptr);

@@ -28,7 +28,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr uint16_t kPort = 5543;
-constexpr int kStarts = 25;
+constexpr int kStarts = 100;
 
 pid_t start(const char* program) {
   posix_spawn_file_actions_t actions;
