@@ -68,7 +68,7 @@ Axis axis_around(const std::string& label, const std::vector<Curve>& curves) {
 }
 
 Axis index_axis(const std::string& label, int count, int step) {
-  Axis axis{label, 0, static_cast<double>(count - 1), {}};
+  Axis axis{label, 0, std::max(count - 1.0, 1.0), {}};
   for (int i = 0; i < count; i += step)
     axis.ticks.push_back(i);
   return axis;
@@ -76,11 +76,13 @@ Axis index_axis(const std::string& label, int count, int step) {
 
 // rows: of the table, one for each hue; they become columns of the map.
 Grid grid_of(const std::vector<double>& numbers, int steps) {
-  const int hues = static_cast<int>(numbers.size()) / steps;
-  Grid grid{.columns = hues, .rows = steps, .values = {}};
-  for (int step = 0; step < steps; ++step) {
-    for (int hue = 0; hue < hues; ++hue)
-      grid.values.push_back(numbers[static_cast<std::size_t>(hue * steps + step)]);
+  const auto row_length = static_cast<std::size_t>(steps);
+  const std::size_t hues = numbers.size() / row_length;
+  Grid grid{.columns = static_cast<int>(hues), .rows = steps, .values = {}};
+  if (hues == 0) return grid;  // not the table that it should be
+  for (std::size_t step = 0; step < row_length; ++step) {
+    for (std::size_t hue = 0; hue < hues; ++hue)
+      grid.values.push_back(numbers[hue * row_length + step]);
   }
   const auto [low, high] = std::ranges::minmax(numbers);
   grid.low = std::min(low, 0.0);

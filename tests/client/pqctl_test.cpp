@@ -200,6 +200,23 @@ TEST_F(Pqctl, PatternModeIsEnteredOnceAndLeavingKeepsDciOn) {
   EXPECT_EQ(board_.pattern(), "\xFF\x80" + std::string(1, '\0'));
 }
 
+TEST_F(Pqctl, PatternLeavesDciAsItWasAlsoOnCtrlC) {
+  output_of("pattern grey 50% --for 0");
+  EXPECT_EQ(output_of("get dci/dciEnable"), "1\n");
+  const std::string port = std::to_string(board_.address().port);
+  const std::string interrupted = "timeout --preserve-status -s INT 1 " PQCTL_PROGRAM " --port " +
+                                  port + " pattern sequence builtin --pause 60 2>/dev/null";
+  EXPECT_EQ(WEXITSTATUS(std::system(interrupted.c_str())), 130);
+  EXPECT_EQ(board_.pattern(), std::string(3, '\0')) << "black is the first";
+  EXPECT_EQ(output_of("get dci/dciEnable"), "1\n");
+  output_of("set dci/dciEnable off");
+  output_of("pattern sequence -", "# none of these stays\n#ff8000 0s\n255 0 0 0s\n");
+  EXPECT_EQ(board_.pattern(), "\xFF" + std::string(2, '\0'));
+  EXPECT_EQ(output_of("get dci/dciEnable"), "0\n");
+  EXPECT_EQ(pqctl_on_board("pattern red").status, 1) << "no key without a terminal";
+  EXPECT_EQ(pqctl_on_board("pattern purple --for 0").status, 1);
+}
+
 TEST_F(Pqctl, DumpWritesAPngFile) {
   const std::string file = (home_.path() / "screen.png").string();
   EXPECT_EQ(pqctl_on_board("dump out -o " + file).errors, "2x1 rgb\n");
