@@ -4,13 +4,11 @@ include(GNUInstallDirs)
 install(TARGETS qxaiq_tool_server RUNTIME COMPONENT daemon)
 
 # pqctl's page and completions, under the names where each shell looks for them.
-install(FILES client/man/pqctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT client OPTIONAL)
+install(FILES client/man/pqctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT client)
 install(FILES client/completions/pqctl.bash RENAME pqctl
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT client OPTIONAL)
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT client)
 install(FILES client/completions/_pqctl
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT client OPTIONAL)
-install(FILES client/completions/pqctl.fish
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT client OPTIONAL)
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions COMPONENT client)
 
 # `cpack` in the build folder makes pqctl_VERSION_ARCHITECTURE.deb: the client alone.
 set(CPACK_GENERATOR DEB)
