@@ -45,8 +45,10 @@ JsonPtr make_section(const Section& section, const cJSON* document) {
   J2sContext context;
   PqParameters parameters;
   auto* values = reinterpret_cast<char*>(&parameters.values) + section.offset;
+  const MemoryWatch memory;
   j2s_json_to_struct(context.get(), cJSON_GetObjectItemCaseSensitive(stored, section.name),
                      section.name, values);
+  memory.check();
   if (debug_enabled()) {
     const TextPtr text(j2s_dump_struct(context.get(), section.name, values));
     kProtocolLog.debug()("getPQ %s %.*s", section.name, kLongestLogText, or_empty(text.get()));
