@@ -82,7 +82,7 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
     begins_a_dump_that_nobody_reads();
     EXPECT_TRUE(board().wait_for_log("getPqDumpData"));
     reader_ = std::thread([this] {
-      while (receive(held_.back(), 20'000, 100ms) != "")
+      while (!receive(held_.back(), 20'000, 100ms).empty())
         std::this_thread::sleep_for(100ms);
     });
   }
