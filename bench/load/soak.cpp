@@ -13,7 +13,8 @@
 namespace load {
 namespace {
 
-constexpr size_t kClients = 8;
+constexpr size_t kClients =
+    1;  // several at once: the stress run. Here the allocator shall be at rest
 constexpr size_t kLargestStep = 5'000;
 constexpr long kMostGrowth = 1024;  // KiB
 
