@@ -207,7 +207,7 @@ Examples:
       ->check(CLI::IsMember({"in", "out", "both"}).description(""));
   command
       .add_option("-o,--output", arguments->file,
-                  "File to write; - is standard output. Of both, \"-in\" and \"-out\" are added")
+                  R"(File to write; - is standard output. Of both, "-in" and "-out" are added)")
       ->option_text("FILE");
   command.add_flag("--raw", arguments->raw, "The bytes as the board has sent them");
   command.add_flag("--compare", arguments->compare, "Both: how far they are apart");
