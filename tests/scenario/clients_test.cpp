@@ -52,9 +52,8 @@ TEST_F(Clients, TwoThatQueryAtTheSameTimeGetWholeAnswers) {
       EXPECT_EQ(cJSON_GetArraySize(tool.query_aipq(ai_table).value), 12);
     }
   };
-  std::thread other([&] { query("/gamma", "/dci"); });
+  std::jthread other([&] { query("/gamma", "/dci"); });
   query("/acm", "/acm");
-  other.join();
 }
 
 }  // namespace
