@@ -1,6 +1,5 @@
 #include "assignments.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "pqclient/error.h"
@@ -52,12 +51,6 @@ Examples:
   pqctl set gamma/gammaTab_R/512 -16
   pqctl set ai/dci/nature-sky/dciEnable off
 )";
-
-void add_assignment_words(CLI::App& command, std::vector<std::string>& words) {
-  command.add_option("assignment", words, "What to change, and to what")
-      ->option_text("PLACE VALUE ...")
-      ->required();
-}
 
 std::vector<Assignment> parse_assignments(const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;

@@ -5,16 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "command_syntax.h"
 #include "pqclient/check.h"
 #include "write_plan.h"
 
-namespace CLI {
-class App;
-}
+inline constexpr Shown kAssignmentShown = {"PLACE VALUE ...", "What to change, and to what"};
 
 extern const char* const kAssignmentHelp;
-
-void add_assignment_words(CLI::App& command, std::vector<std::string>& words);
 
 // words: "PLACE VALUE" or "PLACE=VALUE", as many as the user likes. Everything that can be checked
 // without the board is. Throws Error kInput.

@@ -1,10 +1,10 @@
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "backup_file.h"
+#include "command_syntax.h"
 #include "commands.h"
 #include "files.h"
 #include "pqclient/error.h"
@@ -38,20 +38,20 @@ void backup(Session& session, const Arguments& arguments) {
 
 void add_backup(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "backup",
-       .group = kKeep,
-       .about = "Save both documents in a file",
-       .more =
-           R"(The file is JSON, with the board's platform, the time, the version of pqctl and a checksum.
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "backup",
+           .group = kKeep,
+           .about = "Save both documents in a file",
+           .more =
+               R"(The file is JSON, with the board's platform, the time, the version of pqctl and a checksum.
 
 Example:
   pqctl backup before-tuning.json
 )"},
-      [arguments](Session& session) { backup(session, *arguments); });
-  command.add_option("file", arguments->file, "File to write; - is standard output")
-      ->option_text("FILE")
-      ->required();
-  command.add_flag("--force", arguments->overwrites, "Also over a file that is there already");
+          [arguments](Session& session) { backup(session, *arguments); }))
+      .word("file", {"FILE", "File to write; - is standard output"}, arguments->file,
+            Need::kRequired)
+      .flag("--force", "Also over a file that is there already", arguments->overwrites);
 }

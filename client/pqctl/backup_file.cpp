@@ -49,7 +49,8 @@ Backup backup_of(const std::string& path, const cJSON& file) {
   backup.tool = text_in(file, "tool");
   backup.board = text_in(file, "board");
   if (cJSON_IsNumber(platform) != 0) backup.platform = platform->valueint;
-  backup.is_intact = text_in(file, "checksum") == checksum(*documents);
+  backup.has_checksum = true;
+  backup.is_as_written = text_in(file, "checksum") == checksum(*documents);
   backup.documents = SectionTree(pqclient::copy_json(*documents));
   return backup;
 }

@@ -20,7 +20,8 @@ struct Backup {
   std::string board;
   std::optional<int> platform;  // the board's number
   SectionTree documents;
-  bool is_intact = true;  // the checksum fits
+  bool has_checksum = false;
+  bool is_as_written = false;  // the checksum fits
 };
 
 // All seven sections, with the time of now.

@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "pqclient/schema.h"
+
 namespace {
 
 constexpr const char* kFooter = R"(Places in the two documents:
@@ -80,6 +82,28 @@ std::vector<std::string> words_of(int argc, char** argv) {
   return words;
 }
 
+// Without a known command the parser only says that it wants one.
+std::string explained(const CLI::ParseError& error, const CLI::App& app,
+                      std::span<const std::string> words) {
+  std::vector<std::string> commands;
+  for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+    commands.push_back(command->get_name());
+  const std::vector<std::string_view> known(commands.begin(), commands.end());
+  const bool lacks_command =
+      dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && app.get_subcommands().empty();
+  if (!lacks_command) return error.what();
+  auto typed = words.begin();
+  while (typed != words.end() && typed->starts_with('-')) {
+    const CLI::Option* option = app.get_option_no_throw(*typed);
+    const bool has_value = option != nullptr && option->get_items_expected_min() > 0;
+    typed += has_value && typed + 1 != words.end() ? 2 : 1;
+  }
+  if (typed == words.end()) return "a command is needed, such as: pqctl get csc";
+  const auto near = pqclient::nearest_names(*typed, known);
+  return "there is no command \"" + *typed + "\"" +
+         (near.empty() ? "" : ", nearest: " + std::string(near.front()));
+}
+
 }  // namespace
 
 CLI::App& add_command(const Grammar& grammar, const CommandHelp& help, Command run) {
@@ -108,13 +132,12 @@ std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine&
   std::vector<std::string> words = words_of(argc, argv);
   for (const std::string& word : words)
     line.text.append(line.text.empty() ? "" : " ").append(word);
-  std::ranges::reverse(words);  // the parser takes them from the end
   try {
-    app.parse(words);
+    app.parse(std::vector(words.rbegin(), words.rend()));  // the parser takes them from the end
   } catch (const CLI::ParseError& error) {
     // Help and version, too, come by way of this exception.
     if (error.get_exit_code() == 0) return static_cast<ExitStatus>(app.exit(error));
-    std::cerr << "pqctl: " << error.what() << ". See pqctl --help\n";
+    std::cerr << "pqctl: " << explained(error, app, words) << ". See pqctl --help\n";
     return ExitStatus::kUsage;
   }
   return std::nullopt;

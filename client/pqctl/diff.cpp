@@ -1,10 +1,10 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "backup_file.h"
+#include "command_syntax.h"
 #include "commands.h"
 #include "difference_text.h"
 #include "pqclient/change.h"
@@ -79,13 +79,14 @@ void diff(Session& session, const Arguments& arguments) {
 
 void add_diff(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "diff",
-       .group = kKeep,
-       .about = "Compare a backup with the board, or two backups",
-       .more =
-           R"(Value by value, from the first to the second; tables in one line each. --json has every entry.
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "diff",
+           .group = kKeep,
+           .about = "Compare a backup with the board, or two backups",
+           .more =
+               R"(Value by value, from the first to the second; tables in one line each. --json has every entry.
 Takes also the documents as they are on the board: pq_config.json, aipq_config.json. Exit status 8
 when there are differences.
 
@@ -93,8 +94,8 @@ Examples:
   pqctl diff before-tuning.json
   pqctl diff monday.json tuesday.json
 )"},
-      [arguments](Session& session) { diff(session, *arguments); });
-  command.add_option("file", arguments->left, "A backup")->option_text("FILE")->required();
-  command.add_option("other", arguments->right, "Another one, instead of the board")
-      ->option_text("FILE");
+          [arguments](Session& session) { diff(session, *arguments); }))
+      .word("file", {"FILE", "A backup"}, arguments->left, Need::kRequired)
+      .word("other", {"FILE", "Another one, instead of the board"}, arguments->right,
+            Need::kOptional);
 }

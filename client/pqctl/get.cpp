@@ -1,9 +1,9 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "pqclient/error.h"
 #include "pqclient/target.h"
@@ -59,13 +59,14 @@ void get(Session& session, const Arguments& arguments) {
 
 void add_get(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "get",
-       .group = kSee,
-       .about = "Show what the board has stored",
-       .more =
-           R"(A section is shown as a table, a single value bare. --json prints it exactly; of several places
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "get",
+           .group = kSee,
+           .about = "Show what the board has stored",
+           .more =
+               R"(A section is shown as a table, a single value bare. --json prints it exactly; of several places
 an object with the places as names.
 
 Examples:
@@ -74,8 +75,7 @@ Examples:
   pqctl get gamma/gammaTab_R --json
   pqctl get ai/dci/nature-sky
 )"},
-      [arguments](Session& session) { get(session, *arguments); });
-  command.add_option("place", arguments->places, "SECTION[/MEMBER[/INDEX]], see pqctl --help")
-      ->option_text("PLACE...")
-      ->required();
+          [arguments](Session& session) { get(session, *arguments); }))
+      .words("place", {"PLACE...", "SECTION[/MEMBER[/INDEX]], see pqctl --help"},
+             arguments->places);
 }

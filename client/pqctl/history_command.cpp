@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
@@ -6,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "difference_text.h"
 #include "history.h"
@@ -87,12 +87,13 @@ void show_history(Session& session, const Arguments& arguments) {
 
 void add_history(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "history",
-       .group = kKeep,
-       .about = "List the changes made from this machine, oldest first",
-       .more = R"(Before each change pqctl keeps what was there, for each board by itself, in
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "history",
+           .group = kKeep,
+           .about = "List the changes made from this machine, oldest first",
+           .more = R"(Before each change pqctl keeps what was there, for each board by itself, in
 $XDG_STATE_HOME/pqctl/history, usually in ~/.local/state. The newest 300 changes of a board are kept.
 With a number, the values of that change.
 
@@ -100,7 +101,6 @@ Examples:
   pqctl history
   pqctl history 17
 )"},
-      [arguments](Session& session) { show_history(session, *arguments); });
-  command.add_option("number", arguments->number, "Only this change, with its values")
-      ->option_text("NUMBER");
+          [arguments](Session& session) { show_history(session, *arguments); }))
+      .word("number", {"NUMBER", "Only this change, with its values"}, arguments->number);
 }

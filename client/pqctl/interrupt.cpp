@@ -68,7 +68,9 @@ InterruptGuard::InterruptGuard() {
   sigemptyset(&ending_);
   for (const int signal : {SIGINT, SIGTERM, SIGHUP})
     sigaddset(&ending_, signal);
-  (void)pthread_sigmask(SIG_BLOCK, &ending_, &previous_);
+  sigset_t blocked = ending_;
+  sigaddset(&blocked, SIGPIPE);
+  (void)pthread_sigmask(SIG_BLOCK, &blocked, &previous_);
 }
 
 // What is still pending is taken here, so that the program can end in its own way.

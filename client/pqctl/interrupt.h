@@ -8,6 +8,7 @@
 
 // While one lives, SIGINT, SIGTERM and SIGHUP do not end the program: they stay pending, and
 // whoever holds the guard asks for them where it is safe to stop. No send or receive is cut short.
+// SIGPIPE waits, too, until the guard has gone.
 // When the guard goes, the program goes on; throw Interrupted to end it as the user expects.
 // On the main thread only.
 class InterruptGuard {

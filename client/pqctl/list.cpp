@@ -1,9 +1,10 @@
-#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <string>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "pqclient/check.h"
 #include "pqclient/target.h"
@@ -11,7 +12,6 @@
 namespace {
 
 using pqclient::Member;
-using pqclient::Section;
 using pqclient::Target;
 
 struct Arguments {
@@ -49,17 +49,16 @@ void list(const Arguments& arguments) {
 
 void add_list(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(grammar,
-                                  {.name = "list",
-                                   .group = kSee,
-                                   .about = "Show the names of all settings, and what they can be",
-                                   .more = R"(Needs no board.
+  CommandSyntax(add_command(grammar,
+                            {.name = "list",
+                             .group = kSee,
+                             .about = "Show the names of all settings, and what they can be",
+                             .more = R"(Needs no board.
 
 Examples:
   pqctl list
   pqctl list csc
 )"},
-                                  [arguments](Session&) { list(*arguments); });
-  command.add_option("place", arguments->place, "Only this section or member")
-      ->option_text("PLACE");
+                            [arguments](Session&) { list(*arguments); }))
+      .word("place", {"PLACE", "Only this section or member"}, arguments->place, Need::kOptional);
 }

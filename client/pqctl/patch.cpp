@@ -1,11 +1,12 @@
 #include <cjson/cJSON_Utils.h>
 
-#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "files.h"
 #include "pqclient/check.h"
@@ -132,13 +133,14 @@ void patch(Session& session, const Arguments& arguments) {
 
 void add_patch(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "patch",
-       .group = kChange,
-       .about = "Apply a JSON Patch file to both documents",
-       .more =
-           R"(All six operations of RFC 6902. A path is a place with a slash in front: "/csc/cscHue",
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "patch",
+           .group = kChange,
+           .about = "Apply a JSON Patch file to both documents",
+           .more =
+               R"(All six operations of RFC 6902. A path is a place with a slash in front: "/csc/cscHue",
 "/ai/dci/nature-sky/dciEnable". The operations are applied here, one after the other, and checked;
 then each section that differs is sent once. When one of them is wrong, nothing is sent.
 
@@ -146,9 +148,8 @@ Example:
   echo '[{"op":"replace","path":"/csc/cscHue","value":256},
          {"op":"copy","from":"/gamma/gammaTab_R","path":"/gamma/gammaTab_B"}]' | pqctl patch -
 )"},
-      [arguments](Session& session) { patch(session, *arguments); });
-  command.add_option("file", arguments->file, "The operations; - is standard input")
-      ->option_text("FILE")
-      ->required();
-  command.add_flag("-n,--dry-run", arguments->is_dry_run, "Print what would be sent, send nothing");
+          [arguments](Session& session) { patch(session, *arguments); }))
+      .word("file", {"FILE", "The operations; - is standard input"}, arguments->file,
+            Need::kRequired)
+      .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run);
 }

@@ -3,6 +3,7 @@
 #define PQCTL_REPORT_CHANGE_H_
 
 #include <iosfwd>
+#include <string>
 #include <vector>
 
 #include "palette.h"
@@ -30,6 +31,7 @@ class ChangeReport {
     pqclient::JsonPtr before;
     pqclient::JsonPtr asked;
     pqclient::JsonPtr stored;
+    std::string place;
     std::vector<pqclient::ChangedValue> values;  // point into the three
   };
 

@@ -1,9 +1,12 @@
-#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "backup_file.h"
+#include "command_syntax.h"
 #include "commands.h"
 #include "pqclient/check.h"
 #include "pqclient/error.h"
@@ -25,24 +28,23 @@ struct Arguments {
   bool is_forced = false;
 };
 
-// The names are the board's, the values those of the backup where it has them: a backup of an older
-// or newer version may lack some, or have more.
+// The backup's values for the names that the board has, in the backup's order, and the board's own
+// for names that the backup lacks: it may come from an older or newer version.
 JsonPtr merged(const Target& place, const cJSON& board, const cJSON& kept, Session& session) {
   JsonPtr section(cJSON_CreateObject());
-  for (const cJSON* item = board.child; item != nullptr; item = item->next) {
-    const cJSON* value = pqclient::last_member(kept, item->string);
-    if (value == nullptr) {
-      session.note("the backup has no " + place.text() + "/" + item->string +
-                   ", which stays as it is");
-    }
-    pqclient::add_member(*section, item->string,
-                         pqclient::copy_json(value != nullptr ? *value : *item));
-  }
   for (const cJSON* item = kept.child; item != nullptr; item = item->next) {
-    if (pqclient::last_member(board, item->string) == nullptr) {
+    if (pqclient::last_member(board, item->string) != nullptr) {
+      pqclient::add_member(*section, item->string, pqclient::copy_json(*item));
+    } else {
       session.note("the board has no " + place.text() + "/" + item->string +
                    ", which is passed over");
     }
+  }
+  for (const cJSON* item = board.child; item != nullptr; item = item->next) {
+    if (pqclient::last_member(kept, item->string) != nullptr) continue;
+    session.note("the backup has no " + place.text() + "/" + item->string +
+                 ", which stays as it is");
+    pqclient::add_member(*section, item->string, pqclient::copy_json(*item));
   }
   return section;
 }
@@ -98,7 +100,8 @@ std::optional<PlannedWrite> plan_section(Session& session, const Target& section
     const cJSON* value = place.find_in(*all);
     if (value != nullptr) place.replace_in(asked, pqclient::copy_json(*value));
   }
-  check_section(section, *asked, *before);
+  // What a board had stored, a board can store, however odd it is.
+  if (!backup.is_as_written) check_section(section, *asked, *before);
   auto write = plan_difference(section, pqclient::copy_json(*before), pqclient::copy_json(*asked));
   // Also when nothing differs: a restore that was interrupted may have written gamma, and its
   // tables show without gains until csc is written.
@@ -110,7 +113,7 @@ std::optional<PlannedWrite> plan_section(Session& session, const Target& section
 
 void check_backup(Session& session, const Backup& backup, const Arguments& arguments) {
   if (arguments.is_forced) return;
-  if (!backup.is_intact) {
+  if (backup.has_checksum && !backup.is_as_written) {
     throw Error(ErrorKind::kInput, arguments.file +
                                        " has been changed since it was written, or is damaged: its "
                                        "checksum does not fit. --force takes it all the same");
@@ -146,13 +149,14 @@ void restore(Session& session, const Arguments& arguments) {
 
 void add_restore(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "restore",
-       .group = kKeep,
-       .about = "Write a backup back to the board",
-       .more =
-           R"(Sends what differs, a section at a time: gamma, dci, acm, sharp and then always csc, because
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "restore",
+           .group = kKeep,
+           .about = "Write a backup back to the board",
+           .more =
+               R"(Sends what differs, a section at a time: gamma, dci, acm, sharp and then always csc, because
 gamma tables get their gains only with it; the AI scenes after that. When it is interrupted it says
 how far it came; the same command again goes on from there.
 Takes also the documents as they are on the board: pq_config.json, aipq_config.json.
@@ -163,14 +167,10 @@ Examples:
   pqctl restore before-tuning.json --only gamma,csc
   pqctl restore before-tuning.json --only csc/cscRGain
 )"},
-      [arguments](Session& session) { restore(session, *arguments); });
-  command.add_option("file", arguments->file, "A backup; - is standard input")
-      ->option_text("FILE")
-      ->required();
-  command.add_option("--only", arguments->only, "Only these sections, members or scenes")
-      ->option_text("PLACE,...")
-      ->delimiter(',');
-  command.add_flag("-n,--dry-run", arguments->is_dry_run, "Print what would be sent, send nothing");
-  command.add_flag("--force", arguments->is_forced,
-                   "Also when the checksum does not fit, or the backup is of another platform");
+          [arguments](Session& session) { restore(session, *arguments); }))
+      .word("file", {"FILE", "A backup; - is standard input"}, arguments->file, Need::kRequired)
+      .list("--only", {"PLACE,...", "Only these sections, members or scenes"}, arguments->only)
+      .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run)
+      .flag("--force", "Also when the checksum does not fit, or the platform is another one",
+            arguments->is_forced);
 }

@@ -68,9 +68,9 @@ bool Session::is_interactive() const {
 }
 
 Palette Session::palette() const {
-  return Palette(options_.color, STDOUT_FILENO);
+  return {options_.color, STDOUT_FILENO};
 }
 
 Palette Session::error_palette() const {
-  return Palette(options_.color, STDERR_FILENO);
+  return {options_.color, STDERR_FILENO};
 }

@@ -1,9 +1,9 @@
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "assignments.h"
+#include "command_syntax.h"
 #include "commands.h"
 #include "write_plan.h"
 
@@ -26,14 +26,14 @@ void set(Session& session, const Arguments& arguments) {
 
 void add_set(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command =
+  CommandSyntax(
       add_command(grammar,
                   {.name = "set",
                    .group = kChange,
                    .about = "Change values, read them back, and show what was and what is stored",
                    .more = kAssignmentHelp},
-                  [arguments](Session& session) { set(session, *arguments); });
-  add_assignment_words(command, arguments->words);
-  command.add_flag("-n,--dry-run", arguments->is_dry_run, "Print what would be sent, send nothing");
-  command.add_flag("--no-verify", arguments->skips_reading_back, "Do not read back");
+                  [arguments](Session& session) { set(session, *arguments); }))
+      .words("assignment", kAssignmentShown, arguments->words)
+      .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run)
+      .flag("--no-verify", "Do not read back", arguments->skips_reading_back);
 }

@@ -8,7 +8,6 @@
 namespace {
 
 using pqclient::JsonPtr;
-using pqclient::Target;
 
 // `current` with the values of `before` wherever `before` and `after` differ. Counts the values
 // that were neither.

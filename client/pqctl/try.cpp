@@ -1,11 +1,14 @@
-#include <CLI/CLI.hpp>
+#include <unistd.h>
+
 #include <chrono>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "assignments.h"
+#include "command_syntax.h"
 #include "commands.h"
 #include "history.h"
 #include "interrupt.h"
@@ -24,6 +27,7 @@ struct Arguments {
 // The same places, from what was asked back to what was there.
 std::vector<PlannedWrite> reversed(const std::vector<PlannedWrite>& writes) {
   std::vector<PlannedWrite> back;
+  back.reserve(writes.size());
   for (const PlannedWrite& write : writes)
     back.push_back(
         {write.place, pqclient::copy_json(*write.asked), pqclient::copy_json(*write.before)});
@@ -34,7 +38,7 @@ enum class Decision { kTakeBack, kKeep };
 
 Decision wait_for_decision(const Session& session, InterruptGuard& guard,
                            std::optional<milliseconds> time) {
-  if (!session.options().quiet) {
+  if (session.is_interactive() && isatty(STDIN_FILENO) != 0) {
     std::cerr << "k keeps it, any other key" << (time ? ", or waiting," : "") << " takes it back\n";
   }
   char key = '\0';
@@ -87,22 +91,22 @@ void try_out(Session& session, const Arguments& arguments) {
 
 void add_try(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "try",
-       .group = kChange,
-       .about = "Show a change for a while, then take it back",
-       .more =
-           R"(Waits for a key or the time, then writes back what was there before; on Ctrl-C, too.
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "try",
+           .group = kChange,
+           .about = "Show a change for a while, then take it back",
+           .more =
+               R"(Waits for a key or the time, then writes back what was there before; on Ctrl-C, too.
 PLACE and VALUE are as for pqctl set.
 
 Examples:
   pqctl try csc/cscBrightness 300
   pqctl try --for 5 csc/cscRGain +20 csc/cscBGain -20
 )"},
-      [arguments](Session& session) { try_out(session, *arguments); });
-  add_assignment_words(command, arguments->words);
-  command.add_option("--for", arguments->seconds, "How long, instead of until a key is pressed")
-      ->option_text("SECONDS")
-      ->check(CLI::Range(0.0, 86400.0));
+          [arguments](Session& session) { try_out(session, *arguments); }))
+      .words("assignment", kAssignmentShown, arguments->words)
+      .seconds("--for", {"SECONDS", "How long, instead of until a key is pressed"},
+               arguments->seconds);
 }

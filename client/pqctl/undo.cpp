@@ -1,9 +1,9 @@
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "history.h"
 #include "pqclient/error.h"
@@ -47,13 +47,14 @@ void undo(Session& session, const Arguments& arguments) {
 
 void add_undo(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
-      grammar,
-      {.name = "undo",
-       .group = kKeep,
-       .about = "Take back the last change made from this machine",
-       .more =
-           R"(Only the values that the change had touched get back what they were; again, and the change
+  CommandSyntax(
+      add_command(
+          grammar,
+          {.name = "undo",
+           .group = kKeep,
+           .about = "Take back the last change made from this machine",
+           .more =
+               R"(Only the values that the change had touched get back what they were; again, and the change
 before that one is taken back. With a number from pqctl history, that change; the number of an undo
 makes the change again.
 
@@ -61,8 +62,7 @@ Examples:
   pqctl undo
   pqctl undo 17
 )"},
-      [arguments](Session& session) { undo(session, *arguments); });
-  command.add_option("number", arguments->number, "Which change, see pqctl history")
-      ->option_text("NUMBER");
-  command.add_flag("-n,--dry-run", arguments->is_dry_run, "Print what would be sent, send nothing");
+          [arguments](Session& session) { undo(session, *arguments); }))
+      .word("number", {"NUMBER", "Which change, see pqctl history"}, arguments->number)
+      .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run);
 }

@@ -113,6 +113,7 @@ void print_report(const Session& session, const ChangeReport& report) {
   } else {
     report.print(std::cout, session.palette());
   }
+  std::cout.flush();  // somebody may be waiting for it while a trial goes on
 }
 
 std::string names_of(std::span<const PlannedWrite> writes) {
@@ -156,7 +157,7 @@ void write_each(Session& session, const std::vector<PlannedWrite>& writes,
 }  // namespace
 
 std::optional<PlannedWrite> plan_difference(const Target& section, JsonPtr before, JsonPtr asked) {
-  if (cJSON_Compare(before.get(), asked.get(), 1) != 0) return std::nullopt;
+  if (pqclient::is_identical(*before, *asked)) return std::nullopt;
   const Target place = narrowest_difference(section, *before, *asked);
   return PlannedWrite{place, std::move(before), std::move(asked)};
 }

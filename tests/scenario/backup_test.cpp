@@ -57,7 +57,7 @@ TEST_F(Pqctl, BringsBothDocumentsBackAlsoAfterAnInterruption) {
   EXPECT_EQ(run("backup " + file("kept.json")).status, 7);  // never over another one
 
   std::mt19937 random(20261121);
-  std::string changes;
+  std::string changes = "ai/dci/nature-sky/dciEnable=0 ";  // the board moves it to the end
   const auto sections = pqclient::sections_in_writing_order();
   for (size_t i = 0; i < 10; ++i)
     changes += random_assignment(sections[i % sections.size()], random);
