@@ -85,7 +85,7 @@ const cJSON* only_difference(const cJSON& before, const cJSON& asked, int& index
   for (int i = 0; old != nullptr && item != nullptr; old = old->next, item = item->next, ++i) {
     const bool is_object = cJSON_IsObject(&asked) != 0;
     if (is_object && std::string_view(old->string) != item->string) return nullptr;
-    if (is_same(old, item)) continue;
+    if (is_identical(*old, *item)) continue;
     if (found != nullptr) return nullptr;
     found = item;
     index = i;

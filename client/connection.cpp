@@ -149,6 +149,11 @@ Connection::~Connection() {
   if (socket_ >= 0) close(socket_);
 }
 
+bool Connection::is_idle() const {
+  std::uint8_t byte = 0;
+  return recv(socket_, &byte, 1, MSG_PEEK | MSG_DONTWAIT) < 0 && errno == EAGAIN;
+}
+
 std::string Connection::busy_text(const Deadline& deadline) const {
   return address_ + " has taken no more bytes for " + seconds(deadline.budget()) +
          ": the server is busy or has stopped";

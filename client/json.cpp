@@ -55,6 +55,10 @@ const cJSON* element(const cJSON& array, int index) {
   return item;
 }
 
+bool is_identical(const cJSON& one, const cJSON& other) {
+  return print_json(one) == print_json(other);
+}
+
 JsonPtr copy_json(const cJSON& tree) {
   JsonPtr copy(cJSON_Duplicate(&tree, 1));
   if (!copy) throw std::bad_alloc();

@@ -175,19 +175,23 @@ std::string lower_case(std::string_view name) {
   return lower;
 }
 
-// Levenshtein's: the fewest letters to insert, remove or replace.
+// The fewest letters to insert, remove, replace, or swap with their neighbour.
 std::size_t edit_distance(std::string_view from, std::string_view to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < from.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < to.size(); ++j) {
-      const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+  std::vector<std::size_t> above_last;
+  std::vector<std::size_t> last(to.size() + 1);
+  std::iota(last.begin(), last.end(), std::size_t{0});
+  for (std::size_t i = 1; i <= from.size(); ++i) {
+    std::vector<std::size_t> row(to.size() + 1, i);
+    for (std::size_t j = 1; j <= to.size(); ++j) {
+      const bool is_same = from[i - 1] == to[j - 1];
+      row[j] = std::min({last[j - 1] + (is_same ? 0 : 1), last[j] + 1, row[j - 1] + 1});
+      const bool is_swapped =
+          i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1];
+      if (is_swapped) row[j] = std::min(row[j], above_last[j - 2] + 1);
     }
+    above_last = std::exchange(last, std::move(row));
   }
-  return row.back();
+  return last.back();
 }
 
 // Smaller is nearer. Part of a name ("brightness") is nearer than any misspelling.

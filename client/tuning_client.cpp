@@ -123,7 +123,8 @@ Dump TuningClient::request_dump(DumpSide side) {
 // Moved out, so that an exception on the way drops it; put back after a complete exchange.
 Connection TuningClient::take_connection() {
   std::this_thread::sleep_until(quiet_until_);
-  if (connection_) return *std::exchange(connection_, std::nullopt);
+  std::optional<Connection> kept = std::exchange(connection_, std::nullopt);
+  if (kept && kept->is_idle()) return std::move(*kept);
   return {address_, Deadline(timing_.connect)};
 }
 

@@ -12,7 +12,7 @@ namespace pqclient {
 
 // The smallest place that holds all that differs between two states of a section: an entry, a
 // member, a scene, or the section itself; that also when nothing differs. One write to it changes
-// all of it.
+// all of it. The order of members counts: the AIPQ document keeps it.
 Target narrowest_difference(const Target& section, const cJSON& before, const cJSON& asked);
 
 // Puts `value` (checked before, see check.h) in the place of `target` and reads the section back.

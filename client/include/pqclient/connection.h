@@ -72,6 +72,9 @@ class Connection {
   // Fills all of `into`. Throws kTimeout, or kConnectionLost when the board closes before that.
   void receive_exactly(std::span<std::uint8_t> into, Deadline deadline);
 
+  // Open, and nothing has come that nobody asked for. False once the board has hung up.
+  [[nodiscard]] bool is_idle() const;
+
   // The address as the user gave it, for messages.
   [[nodiscard]] const std::string& address() const { return address_; }
 

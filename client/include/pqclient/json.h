@@ -33,6 +33,9 @@ const cJSON* last_member(const cJSON& object, std::string_view name);
 // Element of an array, or null.
 const cJSON* element(const cJSON& array, int index);
 
+// The same text: unlike cJSON_Compare(), the order of members counts.
+bool is_identical(const cJSON& one, const cJSON& other);
+
 JsonPtr copy_json(const cJSON& tree);
 
 JsonPtr make_string(std::string_view text);
