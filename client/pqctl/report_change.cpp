@@ -66,9 +66,12 @@ JsonPtr copy_or_null(const cJSON* tree) {
 }  // namespace
 
 void ChangeReport::add(const pqclient::Target& place, const cJSON* before, const cJSON& asked,
-                       const cJSON* stored) {
-  Write write{
-      copy_or_null(before), pqclient::copy_json(asked), copy_or_null(stored), place.text(), {}};
+                       const cJSON* stored, bool is_silent) {
+  Write write{copy_or_null(before),
+              pqclient::copy_json(asked),
+              copy_or_null(stored),
+              is_silent ? "" : place.text(),
+              {}};
   const cJSON* compared = write.stored ? write.stored.get() : write.asked.get();
   write.values = compare_change(place, write.before.get(), write.asked.get(), compared);
   if (write.values.empty() && write.asked->child == nullptr) {  // a single value that was so before
@@ -88,7 +91,9 @@ void ChangeReport::add(const pqclient::Target& place, const cJSON* before, const
 
 void ChangeReport::print(std::ostream& out, const Palette& palette) const {
   for (const Write& write : writes_) {
-    if (write.values.empty()) out << write.place << ": nothing differs, written again\n";
+    if (write.values.empty() && !write.place.empty()) {
+      out << write.place << ": nothing differs, written again\n";
+    }
     for (const ChangedValues line : lines_of(write.values))
       print_line(out, line, palette);
   }

@@ -13,8 +13,9 @@
 class ChangeReport {
  public:
   // before, asked, stored: what is at `place`; stored is null when it was not read back.
+  // is_silent: worth no line as long as nothing differs.
   void add(const pqclient::Target& place, const cJSON* before, const cJSON& asked,
-           const cJSON* stored);
+           const cJSON* stored, bool is_silent);
 
   // For a person: "csc/cscHue: was 256, now 300, stored 300", the entries of a table together.
   // That it is stored does not say that it can be seen: the board only logs what a display refuses.
@@ -31,7 +32,7 @@ class ChangeReport {
     pqclient::JsonPtr before;
     pqclient::JsonPtr asked;
     pqclient::JsonPtr stored;
-    std::string place;
+    std::string place;                           // empty: silent when nothing differs
     std::vector<pqclient::ChangedValue> values;  // point into the three
   };
 

@@ -106,7 +106,7 @@ std::optional<PlannedWrite> plan_section(Session& session, const Target& section
   // Also when nothing differs: a restore that was interrupted may have written gamma, and its
   // tables show without gains until csc is written.
   if (!write && section.document == Document::kPq && section.section->name == "csc") {
-    return PlannedWrite{section, std::move(before), std::move(asked)};
+    return PlannedWrite{section, std::move(before), std::move(asked), true};
   }
   return write;
 }

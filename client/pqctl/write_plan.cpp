@@ -41,7 +41,8 @@ void add_gains(Session& session, std::vector<PlannedWrite>& writes) {
   if (!writes_to(writes, pqclient::parse_target("gamma")) || writes_to(writes, csc)) return;
   JsonPtr value = session.read_section(csc);
   if (!has_gains(*value)) return;
-  writes.push_back({csc, pqclient::copy_json(*value), std::move(value)});
+  JsonPtr same = pqclient::copy_json(*value);
+  writes.push_back({csc, std::move(value), std::move(same), true});
 }
 
 JsonPtr operation_of(const PlannedWrite& write) {
@@ -96,14 +97,15 @@ void write_one(Session& session, const PlannedWrite& write, bool reads_back, Cha
   const cJSON& asked = *write.place.find_in(*write.asked);
   if (!reads_back) {
     session.client().write(write.place.document, *operation_of(write));
-    report.add(write.place, before, asked, nullptr);
+    report.add(write.place, before, asked, nullptr, write.is_refresh);
     note_effects(session, write, *write.asked);
     return;
   }
   const pqclient::Answer answer = pqclient::store(session.client(), write.place, asked);
   const JsonPtr nothing(cJSON_CreateNull());
   const cJSON* stored = answer.value != nullptr ? write.place.find_in(*answer.value) : nullptr;
-  report.add(write.place, before, asked, stored != nullptr ? stored : nothing.get());
+  report.add(write.place, before, asked, stored != nullptr ? stored : nothing.get(),
+             write.is_refresh);
   note_effects(session, write, answer.value != nullptr ? *answer.value : *write.asked);
 }
 

@@ -15,6 +15,7 @@ struct PlannedWrite {
   pqclient::Target place;    // what is sent: all of a section, or only a part of it
   pqclient::JsonPtr before;  // the whole section as the board has it
   pqclient::JsonPtr asked;   // the whole section as it shall be, checked
+  bool is_refresh = false;   // nobody asked for it: the same once more, for the sake of the screen
 };
 
 // Only the part that differs is sent. Nothing when there is no difference.
