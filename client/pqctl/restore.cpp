@@ -111,6 +111,27 @@ std::optional<PlannedWrite> plan_section(Session& session, const Target& section
   return write;
 }
 
+// The board moves a section of AI scenes that is replaced behind the other one. Replacing both
+// leaves them in their order; so a document that differs anywhere ends as it was.
+void write_scenes_whole(Session& session, std::vector<PlannedWrite>& writes) {
+  const auto is_of_scenes = [](const PlannedWrite& write) {
+    return write.place.document == Document::kAipq;
+  };
+  if (std::ranges::none_of(writes, is_of_scenes)) return;
+  for (const Target& section : pqclient::sections_in_writing_order()) {
+    if (section.document != Document::kAipq) continue;
+    const auto planned = std::ranges::find_if(
+        writes, [&](const PlannedWrite& write) { return is_in(write.place, section); });
+    if (planned != writes.end()) {
+      planned->place = section;
+    } else {
+      JsonPtr stored = session.read_section(section);
+      JsonPtr copy = pqclient::copy_json(*stored);
+      writes.push_back({section, std::move(stored), std::move(copy), true});
+    }
+  }
+}
+
 void check_backup(Session& session, const Backup& backup, const Arguments& arguments) {
   if (arguments.is_forced) return;
   if (backup.has_checksum && !backup.is_as_written) {
@@ -138,6 +159,7 @@ void restore(Session& session, const Arguments& arguments) {
       writes.push_back(std::move(*write));
     }
   }
+  if (arguments.only.empty()) write_scenes_whole(session, writes);
   check_backup(session, backup, arguments);
   if (!backup.time.empty()) {
     session.note("restoring what board " + backup.board + " had on " + local_text(backup.time));
