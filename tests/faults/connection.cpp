@@ -31,7 +31,7 @@ sockaddr_in server_address() {
 std::string ask() {
   const Exempt exempt;
   const pq::UniqueFd socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  const timeval patience{1, 0};
+  const timeval patience{5, 0};
   setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
   const sockaddr_in address = server_address();
   if (connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0) {
@@ -39,6 +39,7 @@ std::string ask() {
   }
   constexpr char kQuestion[] = "QXISP-AK\0\0\x03";  // a test colour, short and without waits
   send(socket.get(), kQuestion, sizeof(kQuestion), MSG_NOSIGNAL);
+  shutdown(socket.get(), SHUT_WR);  // so that the server closes when it has no answer
   char answer[72];
   const ssize_t length = recv(socket.get(), answer, sizeof(answer), MSG_WAITALL);
   return {answer, length < 0 ? 0 : static_cast<size_t>(length)};
@@ -95,9 +96,10 @@ Subject connection(const Stored& first) {
   subject.serves_afterwards = [=] {
     served->ensure();
     const std::string answer = ask();
-    served->stop();  // it keeps an empty thread object for each client it ever had
     return std::string(answer.size() == 72 ? "" : "the next client got no answer");
   };
+  // It keeps an empty thread object for each client that it ever had.
+  subject.finish = [=] { served->stop(); };
   return subject;
 }
 

@@ -17,7 +17,8 @@ std::atomic<size_t> calls = 0;
 std::atomic<long> blocks = 0;
 
 std::atomic<bool> recording = false;
-std::vector<uint64_t> places;  // used by one thread at a time: the one that handles the request
+std::mutex places_mutex;
+std::vector<uint64_t> places;
 
 thread_local int exemptions = 0;
 
@@ -41,19 +42,20 @@ void arm(const Fault& fault, size_t nth, bool lasting) {
   armed_call = fault.call;
 }
 
-size_t disarm() {
+void disarm() {
   armed_call = Call::kNone;
   recording = false;
-  return calls;
 }
 
 void record(const Fault& fault) {
+  const std::lock_guard lock(places_mutex);
   places.clear();
   recording = true;
   arm(fault, SIZE_MAX, false);
 }
 
 std::vector<uint64_t> recorded() {
+  const std::lock_guard lock(places_mutex);
   return places;
 }
 
@@ -61,7 +63,9 @@ int strike(Call call) {
   if (call == Call::kNone || call != armed_call || exemptions > 0) return 0;
   if (recording) {
     const Exempt exempt;
-    places.push_back(place_of_call());
+    const uint64_t place = place_of_call();
+    const std::lock_guard lock(places_mutex);
+    places.push_back(place);
   }
   const size_t number = ++calls;
   return number >= first_failing && number <= last_failing ? armed_error.load() : 0;
@@ -72,6 +76,10 @@ Exempt::Exempt() {
 }
 Exempt::~Exempt() {
   --exemptions;
+}
+
+bool is_exempt() {
+  return exemptions > 0;
 }
 
 long live_blocks() {

@@ -50,8 +50,7 @@ struct Fault {
 // when it is lasting, that one and all that follow.
 void arm(const Fault& fault, size_t nth, bool lasting);
 
-// Disarms. Returns how many calls were made since, the failed one included.
-size_t disarm();
+void disarm();
 
 // Counts too, but none fails. Notes for each call where in the code it was made: equal
 // numbers are equal places, the callers' included.
@@ -70,6 +69,8 @@ class Exempt {
   Exempt(const Exempt&) = delete;
   Exempt& operator=(const Exempt&) = delete;
 };
+
+bool is_exempt();
 
 // Blocks of memory that have been allocated and not freed.
 long live_blocks();

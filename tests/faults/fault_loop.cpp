@@ -1,7 +1,7 @@
 // fault_loop SUBJECT [every] [whole]: lets each call that the subject makes fail, one in a run, and
 // sees that nothing but the one request suffers. Runs on a simulated board, in the daemon's place.
 //
-// A place in the code that makes a call often fails at its first few and its last ones: nothing
+// A place in the code that makes a call often fails at its first and its last one: nothing
 // distinguishes those between. With "every", at each of them. With "whole" the documents are as
 // the daemon creates them, instead of small ones.
 #include <dirent.h>
@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdio>
 #include <map>
+#include <set>
 #include <string_view>
 
 #include "common/log.h"
@@ -86,33 +87,36 @@ class Loop {
 
  private:
   void run(const Fault& fault) {
-    const std::vector<size_t> calls = learn(fault);
-    if (calls.empty()) return;
+    const std::vector<uint64_t> places = learn(fault);
+    if (places.empty()) return;
+    size_t failed = 0;
     int harmful = 0;
     for (const bool lasting : {false, true}) {
       if (lasting && !can_last(fault)) continue;
-      for (const size_t call : calls) {
+      for (const size_t call : choose(places, lasting)) {
+        ++failed;
         const std::string harm = strike_once(fault, call, lasting);
         if (harm.empty() || ++harmful > 5) continue;
         std::printf("%s, %s %s call %zu: %s\n", subject_.name.c_str(), fault.name,
                     lasting ? "from" : "at", call, harm.c_str());
       }
     }
-    std::printf("%-24s %-22s failed %6zu of %6zu calls, harmful %d\n", subject_.name.c_str(),
-                fault.name, calls.size(), made_, harmful);
+    std::printf("%-24s %-22s %6zu calls, %6zu faults, %d harmful\n", subject_.name.c_str(),
+                fault.name, places.size(), failed, harmful);
     std::fflush(stdout);
     harmful_ += harmful;
   }
 
-  // Runs without a fault. Returns which calls are to fail.
-  std::vector<size_t> learn(const Fault& fault) {
+  // Runs without a fault. Returns where in the code each call was made.
+  std::vector<uint64_t> learn(const Fault& fault) {
     subject_.prepare();
     expected_.before = stored();
     record(fault);
     expected_.reply = subject_.run();
-    made_ = disarm();
+    disarm();
     expected_.after = stored();
-    return choose(recorded());
+    subject_.finish();
+    return recorded();
   }
 
   // What is made once and kept is there afterwards.
@@ -124,21 +128,22 @@ class Loop {
     }
     subject_.prepare();
     (void)subject_.run();
+    subject_.finish();
   }
 
-  std::vector<size_t> choose(const std::vector<uint64_t>& places) const {
-    constexpr size_t kFirst = 2;
-    constexpr size_t kLast = 1;
-    std::map<uint64_t, std::vector<size_t>> calls_of_place;
+  // The calls that are to fail, counted from 1. A lasting fault of the first one at a place has the
+  // last one fail as well.
+  std::vector<size_t> choose(const std::vector<uint64_t>& places, bool lasting) const {
+    std::map<uint64_t, size_t> last_at_place;
     for (size_t i = 0; i < places.size(); ++i)
-      calls_of_place[places[i]].push_back(i + 1);
+      last_at_place[places[i]] = i;
+    std::set<uint64_t> seen;
     std::vector<size_t> chosen;
-    for (const auto& [place, calls] : calls_of_place) {
-      for (size_t i = 0; i < calls.size(); ++i) {
-        if (every_ || i < kFirst || i + kLast >= calls.size()) chosen.push_back(calls[i]);
-      }
+    for (size_t i = 0; i < places.size(); ++i) {
+      const bool first = seen.insert(places[i]).second;
+      const bool last = !lasting && last_at_place[places[i]] == i;
+      if (every_ || first || last) chosen.push_back(i + 1);
     }
-    std::sort(chosen.begin(), chosen.end());
     return chosen;
   }
 
@@ -176,6 +181,7 @@ class Loop {
     subject_.prepare();
     if (subject_.run() != expected_.reply) harm += " without the fault, another reply";
     if (stored() != expected_.after) harm += " without the fault, other documents";
+    subject_.finish();
     return harm;
   }
 
@@ -188,7 +194,6 @@ class Loop {
   const Subject& subject_;
   bool every_;
   Expected expected_;
-  size_t made_ = 0;
   int harmful_ = 0;
 };
 

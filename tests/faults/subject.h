@@ -22,6 +22,9 @@ struct Subject {
   // Whether the daemon does its work afterwards; what is wrong, empty when nothing is.
   std::function<std::string()> serves_afterwards;
 
+  // Ends what goes on, before what is left is counted.
+  std::function<void()> finish = [] {};
+
   // The reply may be another one, of the same size: a short read fills a dump up with zeros.
   bool any_bytes = false;
 };

@@ -161,7 +161,7 @@ int __real_setsockopt(int socket, int level, int option, const void* value, sock
 int __wrap_setsockopt(int socket, int level, int option, const void* value, socklen_t length) {
   if (fails(Call::kSocketOption)) return -1;
   const timeval brief{0, 20'000};
-  if (level == SOL_SOCKET && option == SO_RCVTIMEO) value = &brief;
+  if (option == SO_RCVTIMEO && !faults::is_exempt()) value = &brief;
   return __real_setsockopt(socket, level, option, value, length);
 }
 
