@@ -27,7 +27,7 @@ constexpr std::chrono::milliseconds kAcceptTimeout{1000};   // how long a shutdo
 constexpr std::chrono::milliseconds kReceiveTimeout{3000};  // how often an idle client is looked at
 // So that a blocked send sees the quit flag: with the 4.2 seconds of a dump that is to be sent, the
 // end still comes within 5.
-constexpr std::chrono::milliseconds kSendTimeout{500};
+constexpr std::chrono::milliseconds kSendTimeout{300};
 
 // An accept that fails for want of descriptors ends the server for good. So we stop accepting while
 // there are still enough left for what a request opens.

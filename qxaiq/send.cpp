@@ -21,7 +21,7 @@ bool worth_waiting_for(Clock::time_point last_progress) {
 
 ssize_t send_all(int socket, std::span<const char> bytes) {
   // Usually one call sends everything; the loop is for a full socket buffer. The socket's send
-  // time-out (half a second) brings a blocked call back here, also from a client that reads little
+  // time-out (0.3 seconds) brings a blocked call back here, also from a client that reads little
   // by little: such a one must not hold up the end of the process either.
   Clock::time_point last_progress = Clock::now();
   std::span<const char> rest = bytes;

@@ -57,9 +57,12 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
     EXPECT_TRUE(board().wait_for_log("4 HandlerTCPMessage flag 129"));
   }
   void begins_a_dump_that_nobody_reads() {
-    start_with_documents("uhd");
-    send_and_hold(command_packet(2, {0x81}));
-    EXPECT_TRUE(board().wait_for_log("3 HandlerTCPMessage dat[0] 129"));
+    start_with_documents();
+    const std::string file = "/data/vendor/qxalgo/pq_dump_in_2000x2000.rgba";
+    board().write(file, std::string(16'000'000, 'x'));
+    board().set_property("vendor.tvinput.qxpq.dump.path", file);
+    send_and_hold(command_packet(2, {0}));  // asks for no new one
+    EXPECT_TRUE(board().wait_for_log("3 HandlerTCPMessage dat[0] 0"));
   }
   void has_half_a_document() {
     start_with_documents();
