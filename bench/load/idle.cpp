@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr size_t kActive = 8;
-constexpr size_t kQueriesEach = 50;
+constexpr size_t kQueriesEach = 25;
 constexpr size_t kKibibytesEach = 64;  // bound for an idle client; its stack has most of them
 constexpr std::chrono::milliseconds kSlowestEnd{3'200};
 

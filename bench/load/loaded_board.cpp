@@ -26,6 +26,7 @@ board::Description description() {
 board::BoardOptions board_options(const LoadedBoard::Options& options) {
   board::BoardOptions result;
   result.hurry = options.hurry;
+  result.environment = options.environment;
   if (!options.shell_setup.empty()) {
     result.daemon = "/bin/sh";
     result.arguments = {"-c", options.shell_setup + "; exec \"$0\"",
