@@ -59,7 +59,9 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
   void begins_a_dump_that_nobody_reads() {
     start_with_documents();
     const std::string file = "/data/vendor/qxalgo/pq_dump_in_2000x2000.rgba";
-    board().write(file, std::string(16'000'000, 'x'));
+    std::string picture;
+    picture.resize(16'000'000);
+    board().write(file, picture);
     board().set_property("vendor.tvinput.qxpq.dump.path", file);
     send_and_hold(command_packet(2, {0}));  // asks for no new one
     EXPECT_TRUE(board().wait_for_log("3 HandlerTCPMessage dat[0] 0"));
