@@ -92,9 +92,9 @@ void serve() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  block_ending_signals();  // before the first line: whoever sees it may send one at once
   open_standard_descriptors();
   kDaemonLog.error()("#### PQ tool server version: %s ####\n", kVersion);
-  block_ending_signals();
   install_signal_handlers();
   pq::log_level = read_hexadecimal("persist.vendor.aiqtool.log", "5");
   // Boards set it; the program that it once ended is no longer there.
