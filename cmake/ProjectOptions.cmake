@@ -24,6 +24,11 @@ if(PQ_COVERAGE)
   target_compile_options(project_hardening INTERFACE
                          $<${counted}:-fprofile-instr-generate> $<${counted}:-fcoverage-mapping>)
   target_link_options(project_hardening INTERFACE $<${counted}:-fprofile-instr-generate>)
+  if(NOT PQ_FUZZ)
+    # Counters that can be a mapped file, so that a daemon which gets killed counts too.
+    target_compile_options(project_hardening INTERFACE
+                           "$<${counted}:SHELL:-mllvm -runtime-counter-relocation>")
+  endif()
 endif()
 if(PQ_FUZZ)
   # Without the tracing of comparisons, which takes half of the time: inputs are mutated by what

@@ -35,6 +35,8 @@ bool wait_until(Board::Milliseconds timeout, const std::function<bool()>& condit
   return true;
 }
 
+constexpr const char* kProfileVariable = "LLVM_PROFILE_FILE";
+
 std::string joined(const std::vector<fs::path>& paths, char separator) {
   std::string text;
   for (const auto& path : paths)
@@ -190,7 +192,13 @@ std::vector<std::string> Board::command() const {
   visible.insert(visible.end(), options_.libraries.begin(), options_.libraries.end());
   const auto beside = companions();
   visible.insert(visible.end(), beside.begin(), beside.end());
-  auto command = private_root_command(state_.mounts(), visible);
+  auto mounts = state_.mounts();
+  // Where a build that counts executed lines (tools/coverage) leaves its counts.
+  if (const char* profile = std::getenv(kProfileVariable)) {
+    const auto folder = fs::path(profile).parent_path();
+    mounts.push_back({folder, folder, true});
+  }
+  auto command = private_root_command(mounts, visible);
   command.push_back(init);
   return command;
 }
@@ -211,7 +219,8 @@ std::vector<std::string> Board::init_arguments() const {
 
 std::map<std::string, std::string> Board::daemon_environment() const {
   std::map<std::string, std::string> environment;
-  for (const char* name : {"TZ", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS"}) {
+  for (const char* name :
+       {"TZ", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS", kProfileVariable}) {
     keep_from_caller(environment, name);
   }
   // The sanitizer's runtime comes after what the board preloads, and need not mind.

@@ -69,12 +69,12 @@ std::vector<std::string> private_root_command(const std::vector<Mount>& mounts,
                                               const std::vector<fs::path>& extra) {
   auto command = kBubblewrap;
   add_system_folders(command);
+  for (const auto& path : extra) {
+    command.insert(command.end(), {"--ro-bind", path, path});
+  }
   for (const auto& mount : mounts) {
     command.insert(command.end(),
                    {mount.writable ? "--bind" : "--ro-bind", mount.on_host, mount.on_board});
-  }
-  for (const auto& path : extra) {
-    command.insert(command.end(), {"--ro-bind", path, path});
   }
   command.insert(command.end(), {"--chdir", "/"});
   return command;
