@@ -141,7 +141,7 @@ TEST_F(ProtocolDocument, ShowsPacketsThatTheBoardTakesAndSends) {
   EXPECT_EQ(board().property("vendor.tvinput.qxpq.update_aisd_dci_tab"), "1");
 
   send_command("dump", Command::kDump, {pqclient::kFlagSecond});
-  constexpr size_t kPicture = 1920 * 1080 * 3;
+  constexpr size_t kPicture = size_t{1920} * 1080 * 3;
   shown("dump-reply-start", reply(sizeof(pqclient::DumpHeader) + kPicture).substr(0, 5));
 
   send_command("pattern", Command::kPattern, {255, 128, 0});
