@@ -4,6 +4,9 @@ set(not_emulated
   DisplayDevice.OtherDescriptorsAreLeftAlone
   # Frames of 17 milliseconds are over before an emulated test has asked twice.
   Picture.APacedDriverTakesOneNonblockingCommitAFrame
+  # Two hundred clients, counted in seconds; some two hundred changes, one after the other.
+  Clients.TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd
+  Update.AnyPatchLeavesADocumentThatCanBeRead
   # A shell stands in for the daemon here: this machine's, which loads no library for Arm.
   Launch.GivesTheDaemonTheBoardsFilesAndPrograms/WithMappedPaths
   Launch.LeavesNothingBehindHoweverItEnds/WithMappedPaths)

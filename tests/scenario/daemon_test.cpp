@@ -110,8 +110,11 @@ void DaemonTest::change(const std::string& operation, uint32_t command) {
 }
 
 void DaemonTest::wait_until_taken() {
-  for (int i = 0; i < 2000 && board::holds_unread_bytes(board::kDaemonPort); ++i)
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (board::holds_unread_bytes(board::kDaemonPort)) {
+    ASSERT_LT(std::chrono::steady_clock::now(), end) << "the daemon reads no more";
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
 }
 
 std::string DaemonTest::header(uint32_t command, uint32_t data_length) {
