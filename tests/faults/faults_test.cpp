@@ -18,7 +18,7 @@ TEST_P(Faults, HarmNothingElse) {
   options.arguments = {GetParam()};
   board::Board& board = power_on("tv", options);
   board.start();
-  EXPECT_EQ(board.wait(std::chrono::seconds(250)), 0);
+  EXPECT_EQ(board.wait(std::chrono::seconds(280)), 0);
 }
 
 std::vector<std::string> subjects() {
