@@ -75,6 +75,7 @@ bool run_few_descriptors(size_t clients) {
   ask(late, pqclient::DocumentCommand::kReadPq, "/csc");
   const auto time = Clock::now() - gone;
   early = Wire();
+  ask(early, pqclient::DocumentCommand::kReadPq, "/csc");  // so it is accepted, not only queued
   const size_t threads = before.threads + 2;
   const ProcessFigures after = board.settled(threads);
   board.stop();

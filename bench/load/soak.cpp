@@ -22,6 +22,9 @@ constexpr size_t kClients = 1;
 const std::map<std::string, std::string> kOneArena = {{"MALLOC_ARENA_MAX", "1"}};
 constexpr size_t kLargestStep = 5'000;
 constexpr long kMostGrowth = 1024;  // KiB
+// Before so many requests the largest coincidences have not all happened; a short run shows that
+// neither descriptors nor threads are left over, not how memory goes.
+constexpr size_t kWarm = 1'000;
 
 // One step: so many requests, then quiet.
 TrafficResult run_step(size_t requests, unsigned seed) {
@@ -79,7 +82,7 @@ bool run_soak(size_t requests) {
       .figure("threads ", warm.threads, " and ", now.threads);
   for (const auto& failure : all.failures)
     report.require(false, failure);
-  report.require(!memory_is_comparable() || growth <= kMostGrowth,
+  report.require(!memory_is_comparable() || step < kWarm || growth <= kMostGrowth,
                  "memory grew by more than 1 MiB after warm-up");
   report.require(now.descriptors == warm.descriptors, "descriptors were lost");
   report.require(now.threads == warm.threads, "threads stayed");
