@@ -41,6 +41,14 @@ sockaddr_in address(uint32_t host, uint16_t port) {
   return result;
 }
 
+// A connection that was reset keeps what it could not send.
+bool is_closed(int socket) {
+  tcp_info info{};
+  socklen_t size = sizeof(info);
+  if (getsockopt(socket, IPPROTO_TCP, TCP_INFO, &info, &size) != 0) fail("getsockopt");
+  return info.tcpi_state == TCP_CLOSE;
+}
+
 uint16_t local_port(int socket) {
   sockaddr_in own{};
   socklen_t size = sizeof(own);
@@ -95,6 +103,7 @@ void Wire::wait_until_taken() const {
   int on_the_way = 0;
   while ((ioctl(socket_, SIOCOUTQ, &on_the_way) == 0 && on_the_way > 0) ||
          board::holds_unread_bytes(pqclient::kDefaultPort, port)) {
+    if (is_closed(socket_)) throw std::runtime_error("the daemon closed the connection");
     if (Clock::now() > end) throw std::runtime_error("the daemon takes no more bytes");
     std::this_thread::sleep_for(kPause);
   }
