@@ -53,9 +53,10 @@ bool holds_json(const char* path) {
   return text && parse_json(text.get());
 }
 
-bool exists(const char* path) {
+// With AT_SYMLINK_NOFOLLOW a link counts even when it leads nowhere.
+bool exists(const char* path, int flags = 0) {
   struct stat status {};
-  if (lstat(path, &status) == 0) return true;
+  if (fstatat(AT_FDCWD, path, &status, flags) == 0) return true;
   if (!speaks_of_file(errno)) throw_read_fault(errno, path);
   return false;
 }
@@ -128,7 +129,7 @@ int save_document(const char* path, const char* text) {
 
 bool restore_document(const char* path) {
   const std::string side = side_file(path);
-  if (!exists(side.c_str())) return true;
+  if (!exists(side.c_str(), AT_SYMLINK_NOFOLLOW)) return true;
   if (exists(path) && !holds_json(path)) {
     const TextPtr text = read_text(side.c_str());
     if (text && parse_json(text.get())) {
