@@ -14,6 +14,7 @@
 
 #include <cutils/properties.h>
 
+#include "common/memory.h"
 #include "common/pq_tuning_utils.h"
 #include "common/quit.h"
 #include "common/wait.h"
@@ -92,6 +93,7 @@ void serve() {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+  pq::share_one_heap();
   block_ending_signals();  // before the first line: whoever sees it may send one at once
   open_standard_descriptors();
   kDaemonLog.error()("#### PQ tool server version: %s ####\n", kVersion);

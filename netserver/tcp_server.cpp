@@ -16,6 +16,7 @@
 #include <system_error>
 
 #include "common/log.h"
+#include "common/memory.h"
 #include "netserver/receive_buffer.h"
 
 namespace {
@@ -129,7 +130,9 @@ void TCPServer::Accepted() {
         accept4(sock_, reinterpret_cast<sockaddr*>(&client_addr_), &length, SOCK_CLOEXEC);
     if (client_socket >= 0) {
       start_receiving(client_socket);
-    } else if (errno != EINTR && errno != EAGAIN) {
+    } else if (errno == EAGAIN) {
+      release_memory_of_the_last_session();
+    } else if (errno != EINTR) {
       kLog.error()("Error socket accept failed %d %d\n", client_socket, errno);
       break;
     }
@@ -269,6 +272,18 @@ void TCPServer::join_finished() {
     recv_threads_[index]->join();
     recv_threads_[index].reset();
   }
+}
+
+// A tuning session is over when nobody has been connected for a moment; a second later the daemon
+// is as small again as before it.
+void TCPServer::release_memory_of_the_last_session() {
+  if (released_for_ == recv_threads_.size()) return;
+  {
+    const std::lock_guard lock(open_mutex_);
+    if (!open_sockets_.empty()) return;
+  }
+  pq::release_unused_memory();
+  released_for_ = recv_threads_.size();
 }
 
 int32_t TCPServer::SaveExit() {

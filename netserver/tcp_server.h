@@ -65,6 +65,7 @@ class TCPServer {
   void end_receiving();
   void note_finished(size_t index);
   void join_finished();
+  void release_memory_of_the_last_session();
   bool descriptors_are_scarce() const;
 
   int32_t sock_ = -1;
@@ -79,6 +80,7 @@ class TCPServer {
   // leaves 16 bytes behind, in two lists. The accept thread adds to it and joins finished threads
   // in place; SaveExit reads it after joining the accept thread.
   std::vector<std::unique_ptr<std::thread>> recv_threads_;
+  size_t released_for_ = 0;  // how many had been accepted when memory was last released
 
   std::mutex open_mutex_;
   std::vector<int> open_sockets_;  // of the clients, guarded by open_mutex_

@@ -2,7 +2,6 @@
 #ifndef BENCH_LOAD_LOADED_BOARD_H_
 #define BENCH_LOAD_LOADED_BOARD_H_
 
-#include <map>
 #include <string>
 
 #include "launch/board.h"
@@ -18,7 +17,6 @@ class LoadedBoard {
   struct Options {
     unsigned hurry = 50;        // see BoardOptions::hurry
     std::string shell_setup{};  // run before the daemon, in its process: "ulimit -n 64"
-    std::map<std::string, std::string> environment{};  // see BoardOptions::environment
   };
 
   // Powers the board on and starts the daemon; both documents are there then. Its dumps are small
