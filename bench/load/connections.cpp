@@ -36,13 +36,13 @@ bool run_connections(size_t connections) {
   const size_t idle_threads = board.figures().threads;
   for (size_t i = 0; i < kWarmUp; ++i)
     connect_once(i);
-  const ProcessFigures before = board.settled(idle_threads);
+  const ProcessFigures before = board.at_rest(idle_threads);
 
   const auto start = std::chrono::steady_clock::now();
   for (size_t i = 0; i < connections; ++i)
     connect_once(i);
   const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-  const ProcessFigures after = board.settled(idle_threads);
+  const ProcessFigures after = board.at_rest(idle_threads);
   board.stop();
 
   const long growth = after.resident_kib - before.resident_kib;

@@ -26,7 +26,6 @@ board::Description description() {
 board::BoardOptions board_options(const LoadedBoard::Options& options) {
   board::BoardOptions result;
   result.hurry = options.hurry;
-  result.environment = options.environment;
   if (!options.shell_setup.empty()) {
     result.daemon = "/bin/sh";
     result.arguments = {"-c", options.shell_setup + "; exec \"$0\"",
@@ -63,6 +62,12 @@ ProcessFigures LoadedBoard::settled(size_t threads) const {
     now = figures();
   }
   return now;
+}
+
+ProcessFigures LoadedBoard::at_rest(size_t threads) const {
+  settled(threads);
+  std::this_thread::sleep_for(2500ms);
+  return figures();
 }
 
 void LoadedBoard::remove_lut_files() {

@@ -39,6 +39,8 @@ class LoadedBoard {
   // The figures as soon as there are at most so many threads, or after ten seconds: a client's
   // thread ends a moment after its client, and is joined within a second.
   ProcessFigures settled(size_t threads) const;
+  // And once the daemon has given back what its clients needed: a second after the last one left.
+  ProcessFigures at_rest(size_t threads) const;
 
   // The engine writes a file of 130 KB for each table it computes.
   void remove_lut_files();

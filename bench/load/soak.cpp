@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <atomic>
 #include <iostream>
-#include <map>
 #include <string>
 #include <string_view>
 
@@ -14,19 +13,10 @@
 namespace load {
 namespace {
 
-// Several at once are the stress run's: what eight happen to hold at the same time goes on rising
-// for hours, and hides what the daemon keeps.
+// Several at once are the stress run's.
 constexpr size_t kClients = 1;
-// For the same reason: the C library has up to 8 arenas a core, and each keeps its own high-water
-// mark from the first time that a large document is handled in it.
-const std::map<std::string, std::string> kOneArena = {{"MALLOC_ARENA_MAX", "1"}};
 constexpr size_t kLargestStep = 5'000;
 constexpr long kMostGrowth = 1024;  // KiB
-// What an allocator keeps at rest goes up and down by megabytes with the last requests' order of
-// events, so it is compared with the highest of several rests. A short run sees too few of them: it
-// shows that neither descriptors nor threads are left over, not how memory goes.
-constexpr size_t kWarmingRests = 10;
-constexpr size_t kWarm = 1'000;
 
 // One step: so many requests, then quiet.
 TrafficResult run_step(size_t requests, unsigned seed) {
@@ -55,27 +45,22 @@ void fill_collection() {
 
 bool run_soak(size_t requests) {
   Report report("soak");
-  LoadedBoard board({.environment = kOneArena});
+  LoadedBoard board;
   const size_t step = std::min(requests, kLargestStep);
   const size_t idle_threads = board.figures().threads;
   fill_collection();
-  unsigned seed = 0;
-  TrafficResult all;
-  const auto figures_after = [&](size_t some_requests) {
-    const TrafficResult more = run_step(some_requests, seed += kClients);
-    board.remove_lut_files();
-    all.tally += more.tally;
-    all.failures.insert(all.failures.end(), more.failures.begin(), more.failures.end());
-    return board.settled(idle_threads);
-  };
-  ProcessFigures warm;
-  for (size_t rest = 0; rest < kWarmingRests && all.failures.empty(); ++rest) {
-    const ProcessFigures now = figures_after(step / kWarmingRests);
-    if (now.resident_kib > warm.resident_kib) warm = now;
-  }
+  unsigned seed = 1;
+  TrafficResult all = run_step(step, seed);
+  board.remove_lut_files();
+  const ProcessFigures warm = board.at_rest(idle_threads);
   ProcessFigures now = warm;
   for (size_t done = 0; done < requests && all.failures.empty(); done += step) {
-    now = figures_after(std::min(step, requests - done));
+    seed += kClients;
+    const TrafficResult more = run_step(std::min(step, requests - done), seed);
+    board.remove_lut_files();
+    all.tally += more.tally;
+    all.failures = more.failures;
+    now = board.at_rest(idle_threads);
     std::cerr << "soak: " << warm.resident_kib << " KiB after warm-up, " << done + step
               << " requests later " << now.resident_kib << " KiB\n";
   }
@@ -83,14 +68,13 @@ bool run_soak(size_t requests) {
 
   const long growth = now.resident_kib - warm.resident_kib;
   report.figure(all.text())
-      .figure("memory ", mebibytes(warm.resident_kib), " at most in ", step,
-              " requests of warm-up, ", mebibytes(now.resident_kib), " at the end, growth ", growth,
-              " KiB")
+      .figure("memory ", mebibytes(warm.resident_kib), " after ", step, " requests, ",
+              mebibytes(now.resident_kib), " at the end, growth ", growth, " KiB")
       .figure("descriptors ", warm.descriptors, " and ", now.descriptors)
       .figure("threads ", warm.threads, " and ", now.threads);
   for (const auto& failure : all.failures)
     report.require(false, failure);
-  report.require(!memory_is_comparable() || step < kWarm || growth <= kMostGrowth,
+  report.require(!memory_is_comparable() || growth <= kMostGrowth,
                  "memory grew by more than 1 MiB after warm-up");
   report.require(now.descriptors == warm.descriptors, "descriptors were lost");
   report.require(now.threads == warm.threads, "threads stayed");
