@@ -1,6 +1,5 @@
 // What is wrong between here and a board: each step with what it found, and with cause and remedy
 // where it failed.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -11,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "plausibility.h"
 #include "pqclient/error.h"
@@ -138,7 +138,7 @@ void diagnose(Session& session, const Arguments& arguments) {
 
 void add_diagnose(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
+  CommandSyntax command(add_command(
       grammar,
       {.name = "diagnose",
        .group = kBoards,
@@ -151,6 +151,6 @@ Examples:
   pqctl diagnose
   pqctl diagnose --quick --host 192.0.2.7
 )"},
-      [arguments](Session& session) { diagnose(session, *arguments); });
-  command.add_flag("--quick", arguments->quick, "Without the pictures, which take 9 seconds");
+      [arguments](Session& session) { diagnose(session, *arguments); }));
+  command.flag("--quick", "Without the pictures, which take 9 seconds", arguments->quick);
 }

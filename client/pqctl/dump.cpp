@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <future>
 #include <iomanip>
@@ -8,6 +7,7 @@
 #include <sstream>
 #include <string>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "files.h"
 #include "pqclient/dump.h"
@@ -25,13 +25,31 @@ using pqclient::Error;
 using pqclient::ErrorKind;
 using pqclient::Picture;
 
+const std::map<std::string, ColourCoding::Matrix> kMatrices = {
+    {"bt601", ColourCoding::Matrix::kBt601},
+    {"bt709", ColourCoding::Matrix::kBt709},
+    {"bt2020", ColourCoding::Matrix::kBt2020}};
+const std::map<std::string, ColourCoding::Range> kRanges = {
+    {"limited", ColourCoding::Range::kLimited}, {"full", ColourCoding::Range::kFull}};
+
+template <typename Value>
+std::vector<std::string> names_of(const std::map<std::string, Value>& values) {
+  std::vector<std::string> names;
+  for (const auto& [name, value] : values)
+    names.push_back(name);
+  return names;
+}
+
 struct Arguments {
   std::string side;
   std::string file;
   bool raw = false;
   bool compare = false;
   double gain = 4;
-  ColourCoding coding;
+  std::string matrix = "bt709";
+  std::string range = "limited";
+
+  ColourCoding coding() const { return {kMatrices.at(matrix), kRanges.at(range)}; }
 };
 
 // The picture is fetched on a thread of its own, for the bar to move meanwhile.
@@ -60,9 +78,10 @@ std::string_view text_of(const pqclient::Bytes& bytes) {
 }
 
 void save(const Dump& dump, const std::string& file, const Arguments& arguments) {
-  write_output(file, text_of(arguments.raw
-                                 ? dump.data
-                                 : pqclient::encode_png(pqclient::decode(dump, arguments.coding))));
+  write_output(
+      file,
+      text_of(arguments.raw ? dump.data
+                            : pqclient::encode_png(pqclient::decode(dump, arguments.coding()))));
 }
 
 void save_one(Session& session, const Arguments& arguments) {
@@ -125,7 +144,7 @@ void print_json(std::ostream& out, const pqclient::PictureDifference& difference
 void compare(Session& session, const Arguments& arguments) {
   std::vector<Picture> pictures;
   for (const DumpSide side : {DumpSide::kInput, DumpSide::kOutput})
-    pictures.push_back(pqclient::decode(fetch(session, side), arguments.coding));
+    pictures.push_back(pqclient::decode(fetch(session, side), arguments.coding()));
   const auto difference = pqclient::compare_pictures(pictures[0], pictures[1]);
   if (!arguments.file.empty()) {
     pictures.push_back(pqclient::difference_picture(pictures[0], pictures[1], arguments.gain));
@@ -162,27 +181,11 @@ void dump(Session& session, const Arguments& arguments) {
   }
 }
 
-void add_coding(CLI::App& command, ColourCoding& coding) {
-  static const std::map<std::string, ColourCoding::Matrix> kMatrices = {
-      {"bt601", ColourCoding::Matrix::kBt601},
-      {"bt709", ColourCoding::Matrix::kBt709},
-      {"bt2020", ColourCoding::Matrix::kBt2020}};
-  static const std::map<std::string, ColourCoding::Range> kRanges = {
-      {"limited", ColourCoding::Range::kLimited}, {"full", ColourCoding::Range::kFull}};
-  command
-      .add_option("--matrix", coding.matrix, "Of luma and chroma: bt601, bt709 (default), bt2020")
-      ->transform(CLI::CheckedTransformer(kMatrices).description(""))
-      ->option_text("M");
-  command.add_option("--range", coding.range, "Of luma and chroma: limited (default), full")
-      ->transform(CLI::CheckedTransformer(kRanges).description(""))
-      ->option_text("R");
-}
-
 }  // namespace
 
 void add_dump(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
+  CommandSyntax command(add_command(
       grammar,
       {.name = "dump",
        .group = kLook,
@@ -201,18 +204,18 @@ Examples:
   pqctl dump in --raw -o - > in.nv12
   pqctl dump both --compare -o compare.png
 )"},
-      [arguments](Session& session) { dump(session, *arguments); });
-  command.add_option("side", arguments->side, "in, out or both")
-      ->required()
-      ->check(CLI::IsMember({"in", "out", "both"}).description(""));
+      [arguments](Session& session) { dump(session, *arguments); }));
   command
-      .add_option("-o,--output", arguments->file,
-                  R"(File to write; - is standard output. Of both, "-in" and "-out" are added)")
-      ->option_text("FILE");
-  command.add_flag("--raw", arguments->raw, "The bytes as the board has sent them");
-  command.add_flag("--compare", arguments->compare, "Both: how far they are apart");
-  command.add_option("--gain", arguments->gain, "Of the drawn difference (4)")
-      ->check(CLI::Range(0.1, 255.0))
-      ->option_text("N");
-  add_coding(command, arguments->coding);
+      .choice("side", {"SIDE", "in, out or both"}, {"in", "out", "both"}, arguments->side,
+              Need::kRequired)
+      .word("-o,--output",
+            {"FILE", R"(File to write; - is standard output. Of both, "-in" and "-out" are added)"},
+            arguments->file)
+      .flag("--raw", "The bytes as the board has sent them", arguments->raw)
+      .flag("--compare", "Both: how far they are apart", arguments->compare)
+      .number("--gain", {"N", "Of the drawn difference (4)"}, arguments->gain, {0.1, 255})
+      .choice("--matrix", {"M", "Of luma and chroma: bt601, bt709 (default), bt2020"},
+              names_of(kMatrices), arguments->matrix)
+      .choice("--range", {"R", "Of luma and chroma: limited (default), full"}, names_of(kRanges),
+              arguments->range);
 }

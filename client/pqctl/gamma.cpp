@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <iostream>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "charts.h"
+#include "command_syntax.h"
 #include "commands.h"
 #include "files.h"
 #include "plot/terminal.h"
@@ -148,7 +148,7 @@ void set_gamma(Session& session, const Arguments& arguments) {
 
 void add_gamma(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
+  CommandSyntax command(add_command(
       grammar,
       {.name = "gamma",
        .group = kChange,
@@ -169,32 +169,27 @@ Examples:
   pqctl gamma --from panel.csv --full-scale 1023
   pqctl gamma --reset
 )"},
-      [arguments](Session& session) { set_gamma(session, *arguments); });
+      [arguments](Session& session) { set_gamma(session, *arguments); }));
   constexpr const char* kCurve = "The curve, one of these (without: as the board has it)";
-  const std::array curves = {
-      command.add_option("--power", arguments->power, "input ^ P: 1 is straight, above 1 darker")
-          ->option_text("P"),
-      command.add_flag("--srgb", arguments->srgb, "sRGB's curve from code to light"),
-      command
-          .add_option("--points", arguments->points,
-                      "Control points in 0 to 1, with a smooth curve through them")
-          ->option_text("IN:OUT,..."),
-      command.add_option("--from", arguments->file, "A .csv or .cube file; - is standard input")
-          ->option_text("FILE"),
-      command.add_flag("--reset", arguments->reset, "Straight lines"),
-  };
-  for (CLI::Option* curve : curves)
-    curve->group(kCurve);
-  command.add_option("--gain", arguments->gains, "Multiply the tables; 1 leaves them as they are")
-      ->expected(3)
-      ->check(CLI::Range(0.0, 100.0))
-      ->option_text("R G B");
-  command.add_option("--full-scale", arguments->full_scale, "Of a .csv file: the value for 65535")
-      ->check(CLI::PositiveNumber)
-      ->option_text("N");
-  command.add_flag("--as-given", arguments->as_given,
-                   "Keep entries that fall, refuse what would be clipped");
-  command.add_flag(
-      "-n,--dry-run", arguments->dry_run,
-      "Send nothing, plot what would be stored; with --json, print what would be sent");
+  command.number("--power", {"P", "input ^ P: 1 is straight, above 1 darker"}, arguments->power)
+      .under(kCurve)
+      .flag("--srgb", "sRGB's curve from code to light", arguments->srgb)
+      .under(kCurve)
+      .word("--points",
+            {"IN:OUT,...", "Control points in 0 to 1, with a smooth curve through them"},
+            arguments->points)
+      .under(kCurve)
+      .word("--from", {"FILE", "A .csv or .cube file; - is standard input"}, arguments->file)
+      .under(kCurve)
+      .flag("--reset", "Straight lines", arguments->reset)
+      .under(kCurve)
+      .numbers("--gain", {"R G B", "Multiply the tables; 1 leaves them as they are"},
+               arguments->gains, 3, {0, 100})
+      .number("--full-scale", {"N", "Of a .csv file: the value for 65535"}, arguments->full_scale,
+              Bounds{0.001, 100'000})
+      .flag("--as-given", "Keep entries that fall, refuse what would be clipped",
+            arguments->as_given)
+      .flag("-n,--dry-run",
+            "Send nothing, plot what would be stored; with --json, print what would be sent",
+            arguments->dry_run);
 }

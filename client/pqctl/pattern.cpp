@@ -1,10 +1,10 @@
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "files.h"
 #include "interrupt.h"
@@ -125,32 +125,11 @@ void switch_pattern_mode(Session& session, const Mode& mode) {
   }
 }
 
-void add_sequence(CLI::App& pattern, const std::shared_ptr<Arguments>& arguments) {
-  CLI::App* sequence = pattern.add_subcommand("sequence", "Show one colour after the other");
-  sequence->footer(
-      R"(A file has a line for each step, a colour and maybe how long it stays: grey 50% 3s
-What follows a # with a blank behind it is a comment.
-
-Examples:
-  pqctl pattern sequence builtin --pause 1
-  pqctl pattern sequence steps.txt --key
-)");
-  sequence
-      ->add_option("file", arguments->sequence,
-                   "File, - for standard input, or builtin: greys, primaries and their mixtures")
-      ->option_text("FILE|builtin")
-      ->required();
-  sequence->add_option("--pause", arguments->pause_seconds, "Seconds that each colour stays (2)")
-      ->check(CLI::Range(0.0, 86'400.0))
-      ->option_text("S");
-  sequence->add_flag("--key", arguments->key, "Go on when a key is pressed");
-}
-
 }  // namespace
 
 void add_pattern(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
+  CommandSyntax command(add_command(
       grammar,
       {.name = "pattern",
        .group = kLook,
@@ -172,21 +151,34 @@ Examples:
         } else {
           show_colour(session, *arguments);
         }
-      });
+      }));
   command
-      .add_option("colour", arguments->colour,
-                  "A name (red, grey 50%), #rrggbb, or three numbers of 0 to 255")
-      ->option_text("COLOUR");
-  command.add_option("--for", arguments->seconds, "Seconds to show it, without waiting for a key")
-      ->check(CLI::Range(0.0, 86'400.0))
-      ->option_text("S");
-  command.add_flag("--keep", arguments->keep, "Do not wait, leave it to pqctl pattern-mode off");
-  add_sequence(command, arguments);
+      .words("colour", {"COLOUR", "A name (red, grey 50%), #rrggbb, or three numbers of 0 to 255"},
+             arguments->colour, Need::kOptional)
+      .number("--for", {"S", "Seconds to show it, without waiting for a key"}, arguments->seconds,
+              kSecondsOfADay)
+      .flag("--keep", "Do not wait, leave it to pqctl pattern-mode off", arguments->keep);
+  command
+      .command("sequence", "Show one colour after the other",
+               R"(A file has a line for each step, a colour and maybe how long it stays: grey 50% 3s
+What follows a # with a blank behind it is a comment.
+
+Examples:
+  pqctl pattern sequence builtin --pause 1
+  pqctl pattern sequence steps.txt --key
+)")
+      .word("file",
+            {"FILE|builtin",
+             "File, - for standard input, or builtin: greys, primaries and their mixtures"},
+            arguments->sequence, Need::kRequired)
+      .number("--pause", {"S", "Seconds that each colour stays (2)"}, arguments->pause_seconds,
+              kSecondsOfADay)
+      .flag("--key", "Go on when a key is pressed", arguments->key);
 }
 
 void add_pattern_mode(const Grammar& grammar) {
   const auto mode = std::make_shared<Mode>();
-  CLI::App& command = add_command(
+  CommandSyntax command(add_command(
       grammar,
       {.name = "pattern-mode",
        .group = kLook,
@@ -194,9 +186,7 @@ void add_pattern_mode(const Grammar& grammar) {
        .more =
            R"(pqctl pattern does both by itself; this is for scripts, and for a colour that was kept.
 )"},
-      [mode](Session& session) { switch_pattern_mode(session, *mode); });
-  command.add_option("mode", mode->name, "on or off")
-      ->required()
-      ->check(CLI::IsMember({"on", "off"}));
-  command.add_flag("--force", mode->force, "Enter also when DCI is off already");
+      [mode](Session& session) { switch_pattern_mode(session, *mode); }));
+  command.choice("mode", {"MODE", "on or off"}, {"on", "off"}, mode->name, Need::kRequired)
+      .flag("--force", "Enter also when DCI is off already", mode->force);
 }

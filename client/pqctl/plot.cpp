@@ -1,9 +1,9 @@
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "charts.h"
+#include "command_syntax.h"
 #include "commands.h"
 #include "files.h"
 #include "plot/drawing.h"
@@ -108,7 +108,7 @@ void plot_chart(Session& session, const Arguments& arguments) {
 
 void add_plot(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
+  CommandSyntax command(add_command(
       grammar,
       {.name = "plot",
        .group = kSee,
@@ -123,20 +123,13 @@ Examples:
   pqctl plot ai/dci/nature-sky -o sky.svg
   adb pull /data/lut_0.cube; pqctl plot lut lut_0.cube
 )"},
-      [arguments](Session& session) { plot_chart(session, *arguments); });
+      [arguments](Session& session) { plot_chart(session, *arguments); }));
   command
-      .add_option("what", arguments->what,
-                  "gamma, dci, acm, one of their tables, a scene (ai/dci/SCENE), or lut")
-      ->option_text("WHAT")
-      ->required();
-  command.add_option("file", arguments->cube_file, "With lut: the .cube file; - is standard input")
-      ->option_text("FILE");
-  command.add_option("-o,--output", arguments->output, "File to draw, by its ending .png or .svg")
-      ->option_text("FILE");
-  command.add_option("--width", arguments->width, "Pixels of the file")
-      ->check(CLI::Range(200, 10000))
-      ->option_text("N");
-  command.add_option("--height", arguments->height, "Pixels of the file")
-      ->check(CLI::Range(150, 10000))
-      ->option_text("N");
+      .word("what",
+            {"WHAT", "gamma, dci, acm, one of their tables, a scene (ai/dci/SCENE), or lut"},
+            arguments->what, Need::kRequired)
+      .word("file", {"FILE", "With lut: the .cube file; - is standard input"}, arguments->cube_file)
+      .word("-o,--output", {"FILE", "File to draw, by its ending .png or .svg"}, arguments->output)
+      .number("--width", {"N", "Pixels of the file"}, arguments->width, {200, 10'000})
+      .number("--height", {"N", "Pixels of the file"}, arguments->height, {150, 10'000});
 }

@@ -1,5 +1,4 @@
 // One page about a board: what is on, how strong, and what the curves look like.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <iomanip>

@@ -107,6 +107,6 @@ Examples:
 )"},
           [arguments](Session& session) { try_out(session, *arguments); }))
       .words("assignment", kAssignmentShown, arguments->words)
-      .seconds("--for", {"SECONDS", "How long, instead of until a key is pressed"},
-               arguments->seconds);
+      .number("--for", {"SECONDS", "How long, instead of until a key is pressed"},
+              arguments->seconds, kSecondsOfADay);
 }

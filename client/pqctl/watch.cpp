@@ -1,4 +1,3 @@
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -8,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "command_syntax.h"
 #include "commands.h"
 #include "difference_text.h"
 #include "interrupt.h"
@@ -113,7 +113,7 @@ void watch(Session& session, const Arguments& arguments) {
 
 void add_watch(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
-  CLI::App& command = add_command(
+  CommandSyntax command(add_command(
       grammar,
       {.name = "watch",
        .group = kSee,
@@ -126,11 +126,8 @@ Examples:
   pqctl watch csc
   pqctl watch csc/cscMode dci/dciEnable --interval 0.5
 )"},
-      [arguments](Session& session) { watch(session, *arguments); });
-  command.add_option("places", arguments->places, "Sections or members")
-      ->option_text("PLACE...")
-      ->required();
-  command.add_option("--interval", arguments->interval_seconds, "Seconds between looks (2)")
-      ->check(CLI::Range(0.1, 3600.0))
-      ->option_text("S");
+      [arguments](Session& session) { watch(session, *arguments); }));
+  command.words("places", {"PLACE...", "Sections or members"}, arguments->places)
+      .number("--interval", {"S", "Seconds between looks (2)"}, arguments->interval_seconds,
+              {0.1, 3600});
 }
