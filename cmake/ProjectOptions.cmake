@@ -47,3 +47,9 @@ target_compile_features(project_options INTERFACE cxx_std_20)
 target_compile_options(project_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                        -Wno-sign-conversion -Wformat=2 -Wnon-virtual-dtor -Werror)
 target_link_libraries(project_options INTERFACE project_hardening)
+
+# For what surrounds the daemon: under sanitizers it builds in half the time and runs fast enough.
+add_library(project_quick_build INTERFACE)
+if(PQ_SANITIZE)
+  target_compile_options(project_quick_build INTERFACE -O0)
+endif()
