@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "document_creators.h"
+#include "in_process/platform.h"
 #include "qxaiq/document_file.h"
 
 namespace bench {
@@ -33,6 +34,8 @@ void multiply_arrays(cJSON* item) {
 }  // namespace
 
 Documents create_documents() {
+  in_process::platform.properties["ro.board.platform"] = "qxt200";
+  in_process::platform.parameters = board::panel_defaults(2, 0);
   std::filesystem::create_directories(std::filesystem::path(pq::kPqDocument).parent_path());
   getJsonFromBaseparameter(const_cast<char*>(pq::kPqDocument));
   createDefaultAIPQJson(const_cast<char*>(pq::kAipqDocument));

@@ -10,7 +10,8 @@ struct Documents {
   std::string pq, aipq;
 };
 
-// Has the daemon create both where it keeps them, and returns their texts.
+// Has the daemon create both where it keeps them, on the board in process of a typical panel, and
+// returns their texts.
 Documents create_documents();
 
 // The same document with four times the values: each of its outermost arrays holds its elements

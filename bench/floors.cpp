@@ -2,10 +2,10 @@
 
 #include <cjson/cJSON_Utils.h>
 
-#include "bench/board_platform.h"
-
 namespace bench {
 namespace {
+
+constexpr int kPlatformNumber = 1;  // of qxt200, see documents.cpp
 
 pq::JsonPtr read(const char* document) {
   const pq::TextPtr text(j2s_read_file(document, nullptr));

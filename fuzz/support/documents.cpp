@@ -12,7 +12,7 @@
 
 #include "common/owner.h"
 #include "document_creators.h"
-#include "fuzz/platform/platform.h"
+#include "fuzz/support/board.h"
 #include "fuzz/support/check.h"
 #include "qxaiq/document_file.h"
 #include "qxaiq/pq_parameters.h"
@@ -32,11 +32,10 @@ Documents create() {
   std::string records(sizeof(pq_tuning_info), '\0');
   for (size_t i = 0; i < records.size(); ++i)
     records[i] = static_cast<char>(i / 2);
-  platform = {};
-  platform.records = records;
+  power_on();
+  fill_parameters(records);
   getJsonFromBaseparameter(const_cast<char*>(pq::kPqDocument));
   createDefaultAIPQJson(const_cast<char*>(pq::kAipqDocument));
-  platform = {};
   return {read_file(pq::kPqDocument), read_file(pq::kAipqDocument)};
 }
 

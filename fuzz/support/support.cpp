@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "common/log.h"
-#include "fuzz/platform/platform.h"
+#include "fuzz/support/board.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
 #include "fuzz/support/input.h"
@@ -41,13 +41,13 @@ void start_board(Input& input) {
   use_full_tables(hash(input.rest()) % 4096 == 0);
   const std::string_view settings = input.line();
   const int flags = settings.empty() ? 0 : settings[0] % 32;
-  platform = {};
+  power_on();
   pq::log_level = (flags & 1) != 0 ? -1 : 5;
-  platform.programs_start = (flags & 2) == 0;
-  platform.properties_can_be_set = (flags & 4) == 0;
-  platform.properties["ro.board.platform"] = (flags & 8) != 0 ? "none" : "qxt200";
-  platform.sends_are_cut = (flags & 16) != 0;
-  platform.failing_display_call = settings.size() < 2 ? 0 : settings[1] % 32;
+  board.programs_start = (flags & 2) == 0;
+  board.properties_can_be_set = (flags & 4) == 0;
+  in_process::platform.properties["ro.board.platform"] = (flags & 8) != 0 ? "none" : "qxt200";
+  board.sends_are_cut = (flags & 16) != 0;
+  board.failing_display_call = settings.size() < 2 ? 0 : settings[1] % 32;
 }
 
 }  // namespace fuzz

@@ -14,7 +14,7 @@
 #include <cstring>
 #include <string>
 
-#include "fuzz/platform/platform.h"
+#include "fuzz/support/board.h"
 #include "fuzz/support/body.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
@@ -151,7 +151,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
       send_packet(clients[number], static_cast<int>(number), line[0], line.substr(2));
     }
   }
-  for (const auto& [socket, sent] : fuzz::platform.sent)
+  for (const auto& [socket, sent] : fuzz::board.sent)
     require_whole_replies(sent);
   fuzz::require_sound_documents();
   return 0;

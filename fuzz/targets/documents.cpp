@@ -13,7 +13,7 @@
 
 #include "common/owner.h"
 #include "document_creators.h"
-#include "fuzz/platform/platform.h"
+#include "fuzz/support/board.h"
 #include "fuzz/support/body.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
@@ -108,7 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                             pq::kAipqDocument};
   for (size_t i = 0; i < paths.size(); ++i)
     put(paths[i], i < kinds.size() ? kinds[i] : ' ', input.line());
-  fuzz::platform.records = input.rest();
+  fuzz::fill_parameters(input.rest());
   {
     const fuzz::NoDescriptorLeft check;
     restore();

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <string>
 
-#include "fuzz/platform/platform.h"
+#include "fuzz/support/board.h"
 #include "fuzz/support/body.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
@@ -79,12 +79,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   make_traps();
   const bool made =
       can_be_made(path) && make(path.c_str(), kind.empty() ? ' ' : kind[0], content) == 0;
-  fuzz::platform.properties[kPathProperty] = path;
+  in_process::platform.properties[kPathProperty] = path;
   {
     const fuzz::NoDescriptorLeft check;
     ask_for_dump(kind.size() < 2 ? '\x80' : kind[1]);
   }
-  const std::string& sent = fuzz::platform.sent[kClient];
+  const std::string& sent = fuzz::board.sent[kClient];
   fuzz::require(fuzz::read_file(kSecret) == "secret", "no other file is touched");
   fuzz::require(sent.empty() || std::string_view(sent).substr(sizeof(DumpReplyHeader)) == content,
                 "what is sent is the dump");

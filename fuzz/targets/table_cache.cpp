@@ -11,7 +11,7 @@
 #include <span>
 #include <string>
 
-#include "fuzz/platform/platform.h"
+#include "fuzz/support/board.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
 #include "j2s/generated_tables.h"

@@ -20,6 +20,7 @@
 #include "common/log.h"
 #include "faults/fault.h"
 #include "faults/subject.h"
+#include "in_process/platform.h"
 
 namespace faults {
 namespace {
@@ -203,6 +204,10 @@ class Loop {
 int main(int argc, char** argv) {
   using namespace faults;
   if (argc < 2) return 2;
+  in_process::platform.parameters.version[0] = 2;
+  in_process::platform.fails = [](in_process::Call call) {
+    return call == in_process::Call::kParameters && strike(Call::kParameters) != 0;
+  };
   const std::string_view name = argv[1];
   const auto wanted = [&](std::string_view word) {
     return std::find(argv + 2, argv + argc, word) != argv + argc;

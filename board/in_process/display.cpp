@@ -1,6 +1,5 @@
-// libdrm with one panel behind it, and the base-parameter store. Every call can be the one that
-// fails; what is handed out lives on the heap, so that the leak checker sees what is not freed.
-#include <baseparameter_api.h>
+// libdrm with one panel behind it. What is handed out lives on the heap, so that a leak checker
+// sees what is not freed.
 #include <drm_mode.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -10,21 +9,19 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <string_view>
 
-#include "fuzz/platform/platform.h"
-#include "fuzz/support/check.h"
+#include "in_process/platform.h"
 
 namespace {
 
-using fuzz::platform;
+using in_process::require;
 
 constexpr uint32_t kConnector = 40, kEncoder = 50, kCrtc = 60, kBlob = 90;
 // A property's id is its place here; the CRTC has the first, the connector the others.
 constexpr std::array kPropertyNames = {"GAMMA_LUT", "brightness", "contrast", "saturation", "hue"};
 
 bool fails() {
-  return ++platform.display_calls == platform.failing_display_call;
+  return in_process::platform.fails(in_process::Call::kDisplay);
 }
 
 uint32_t* new_list(std::initializer_list<uint32_t> ids) {
@@ -34,14 +31,7 @@ uint32_t* new_list(std::initializer_list<uint32_t> ids) {
 }
 
 void require_open(int fd) {
-  fuzz::require(fcntl(fd, F_GETFD) >= 0, "the display device is open while it is used");
-}
-
-template <typename Record>
-int read_record(Record* record) {
-  if (platform.records.empty()) return -1;
-  std::memcpy(record, platform.records.data(), std::min(sizeof(*record), platform.records.size()));
-  return 0;
+  require(fcntl(fd, F_GETFD) >= 0);
 }
 
 }  // namespace
@@ -141,7 +131,7 @@ int drmModeDestroyPropertyBlob(int fd, uint32_t /*id*/) {
 int drmModeObjectSetProperty(int fd, uint32_t /*object*/, uint32_t /*type*/, uint32_t property,
                              uint64_t value) {
   require_open(fd);
-  fuzz::require(property == 1 && value == kBlob, "the gamma table goes to its own property");
+  require(property == 1 && value == kBlob);
   return fails() ? -1 : 0;
 }
 
@@ -155,44 +145,11 @@ void drmModeAtomicFree(drmModeAtomicReqPtr request) {
 
 int drmModeAtomicAddProperty(drmModeAtomicReqPtr request, uint32_t object, uint32_t property,
                              uint64_t /*value*/) {
-  fuzz::require(object == kConnector && property >= 2, "controls are the connector's");
+  require(object == kConnector && property >= 2);
   return request == nullptr || fails() ? -1 : 1;
 }
 
 int drmModeAtomicCommit(int fd, drmModeAtomicReqPtr request, uint32_t /*flags*/, void* /*user*/) {
   require_open(fd);
   return request == nullptr || fails() ? -1 : 0;
-}
-
-baseparameter_api::baseparameter_api() : library_members_() {}
-baseparameter_api::~baseparameter_api() = default;
-int baseparameter_api::get_version(unsigned short* first, unsigned short* second) {
-  *first = platform.records.empty() ? 0 : platform.records.front() % 4;
-  *second = 0;
-  return 0;
-}
-int baseparameter_api::get_pq_tuning_info(pq_tuning_info* info) {
-  return read_record(info);
-}
-int baseparameter_api::get_pq_sharp_info(pq_sharp_info* info) {
-  return read_record(info);
-}
-int baseparameter_api::get_aipq_info(aipq_info* info) {
-  return read_record(info);
-}
-int baseparameter_api::set_brightness(unsigned /*type*/, unsigned /*index*/, unsigned short) {
-  return 0;
-}
-int baseparameter_api::set_contrast(unsigned /*type*/, unsigned /*index*/, unsigned short) {
-  return 0;
-}
-int baseparameter_api::set_saturation(unsigned /*type*/, unsigned /*index*/, unsigned short) {
-  return 0;
-}
-int baseparameter_api::set_hue(unsigned /*type*/, unsigned /*index*/, unsigned short) {
-  return 0;
-}
-int baseparameter_api::set_cubic_lut_data(unsigned /*type*/, unsigned /*index*/,
-                                          cubic_lut_data* data) {
-  return data->size == 0 ? -1 : 0;
 }

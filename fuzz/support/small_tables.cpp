@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "fuzz/platform/platform.h"
+#include "fuzz/support/board.h"
 #include "j2s/generated_tables.h"
 
 // The generated tables, and what the linker puts in their place (see CMakeLists.txt).
