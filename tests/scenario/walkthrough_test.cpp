@@ -75,7 +75,11 @@ class Walkthrough : public DaemonTest {};
 TEST_F(Walkthrough, ShowsWhatHappens) {
   const auto steps = steps_of(PQCTL_WALKTHROUGH);
   ASSERT_GT(steps.size(), 40U);
-  start_with_documents();
+  board::BoardOptions options;
+  options.hurry = 10;  // it would take a minute and a half
+  power_on("tv", options);
+  put_documents("tv");
+  start_daemon();
   const TemporaryFolder folder;
   const std::string home = folder.path().string();
   setenv("XDG_CONFIG_HOME", (home + "/config").c_str(), 1);
