@@ -13,17 +13,17 @@
 class BoardFilesTest : public testing::Test {
  protected:
   BoardFilesTest() {
-    ::setenv("BOARD_DIR", folder().c_str(), 1);
-    for (const char* name : {"properties", "baseparameter", "screen"}) {
-      std::filesystem::remove_all(folder() / name);
-      std::filesystem::create_directories(folder() / name);
+    ::setenv("BOARD_DIR", folder().path().c_str(), 1);
+    for (const char* name : {"properties", "baseparameter"}) {
+      std::filesystem::remove_all(folder().path() / name);
+      std::filesystem::create_directories(folder().path() / name);
     }
   }
 
   // One for the whole program: a library may look its folder up only once.
-  static const std::filesystem::path& folder() {
+  static const TemporaryFolder& folder() {
     static const TemporaryFolder temporary;
-    return temporary.path();
+    return temporary;
   }
 };
 

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <fstream>
 #include <stdexcept>
 
 #include "support/temporary_folder.h"
@@ -15,9 +14,8 @@ namespace {
 class BoardDescription : public testing::Test {
  protected:
   Description read(const std::string& text) const {
-    const auto file = folder_.path() / "test.json";
-    std::ofstream(file) << text;
-    return read_description(file);
+    folder_.write("test.json", text);
+    return read_description(folder_.path() / "test.json");
   }
 
   TemporaryFolder folder_;

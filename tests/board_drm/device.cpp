@@ -21,23 +21,15 @@ uint32_t Device::crtc_id(int index) const {
   return encoder != nullptr ? encoder->crtc_id : 0;
 }
 
-uint32_t Device::property_id(uint32_t object_id, uint32_t type, const std::string& name) const {
+Device::Property Device::find_property(uint32_t object_id, uint32_t type,
+                                       const std::string& name) const {
   const PropertiesPtr list(drmModeObjectGetProperties(descriptor, object_id, type));
   for (uint32_t i = 0; list != nullptr && i < list->count_props; ++i) {
     if (PropertyPtr(drmModeGetProperty(descriptor, list->props[i]))->name == name) {
-      return list->props[i];
+      return {list->props[i], list->prop_values[i]};
     }
   }
-  return 0;
-}
-
-uint64_t Device::property(uint32_t object_id, uint32_t type, const std::string& name) const {
-  const uint32_t id = property_id(object_id, type, name);
-  const PropertiesPtr list(drmModeObjectGetProperties(descriptor, object_id, type));
-  for (uint32_t i = 0; list != nullptr && i < list->count_props; ++i) {
-    if (list->props[i] == id) return list->prop_values[i];
-  }
-  return UINT64_MAX;
+  return {};
 }
 
 uint32_t Device::gamma_blob(uint32_t entries, uint16_t value) const {
@@ -61,10 +53,6 @@ int Device::load_gamma(uint32_t crtc, uint32_t entries, uint16_t value) const {
   const int result = set_gamma(crtc, blob);
   drmModeDestroyPropertyBlob(descriptor, blob);
   return result;
-}
-
-bool Device::has_blob(uint32_t id) const {
-  return BlobPtr(drmModeGetPropertyBlob(descriptor, id)) != nullptr;
 }
 
 int Device::commit(uint32_t connector_id, const std::vector<Item>& items, uint32_t flags) const {

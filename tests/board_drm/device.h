@@ -41,16 +41,22 @@ class Device {
   // The CRTC of the connector's first encoder; 0 when it has none.
   uint32_t crtc_id(int index) const;
 
-  // 0 when the object has no property of that name.
-  uint32_t property_id(uint32_t object_id, uint32_t type, const std::string& name) const;
-  uint64_t property(uint32_t object_id, uint32_t type, const std::string& name) const;
+  struct Property {
+    uint32_t id = 0;  // 0: the object has none of that name
+    uint64_t value = UINT64_MAX;
+  };
+  uint32_t property_id(uint32_t object_id, uint32_t type, const std::string& name) const {
+    return find_property(object_id, type, name).id;
+  }
+  uint64_t property(uint32_t object_id, uint32_t type, const std::string& name) const {
+    return find_property(object_id, type, name).value;
+  }
 
   // A blob of so many table entries, entry i holding value + i in each channel. 0 on failure.
   uint32_t gamma_blob(uint32_t entries, uint16_t value = 0) const;
   int set_gamma(uint32_t crtc, uint64_t blob) const;
   // Loads a whole table as a client does: create, set, destroy.
   int load_gamma(uint32_t crtc, uint32_t entries, uint16_t value = 0) const;
-  bool has_blob(uint32_t id) const;
 
   struct Item {
     const char* property;
@@ -60,6 +66,9 @@ class Device {
              uint32_t flags = DRM_MODE_ATOMIC_NONBLOCK) const;
 
   int descriptor;
+
+ private:
+  Property find_property(uint32_t object_id, uint32_t type, const std::string& name) const;
 };
 
 // A board that boots, by default with one eDP panel.

@@ -1,6 +1,5 @@
 // What hardware a client sees, and how opening goes.
 #include <fcntl.h>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -48,11 +47,6 @@ TEST_F(DisplayDevice, ACrtcOfNoIdHasNoProperties) {
   EXPECT_EQ(ENOENT, errno);
 }
 
-TEST_F(DisplayDevice, OpensByDriverNameOnly) {
-  EXPECT_GE(Device().descriptor, 0);
-  EXPECT_EQ(-1, drmOpen("another", nullptr));
-}
-
 TEST_F(DisplayDevice, FailingOpenAnswersItsErrno) {
   boot([](auto& board) { board.faults.open_errno = EACCES; });
   EXPECT_EQ(-1, Device().descriptor);
@@ -65,21 +59,6 @@ TEST_F(DisplayDevice, OpeningByNamePassesOverADeviceWithABusId) {
   EXPECT_EQ(-1, Device().descriptor);
   const Device by_path(::open("/dev/dri/card0", O_RDWR | O_CLOEXEC));
   EXPECT_NE(0U, by_path.crtc_id(0));
-}
-
-TEST_F(DisplayDevice, OtherDescriptorsAreLeftAlone) {
-  int pipe[2];
-  ASSERT_EQ(0, ::pipe(pipe));
-  ASSERT_EQ(3, ::write(pipe[1], "abc", 3));
-  int readable = 0;
-  EXPECT_EQ(0, ::ioctl(pipe[0], FIONREAD, &readable));
-  EXPECT_EQ(3, readable);
-  EXPECT_EQ(nullptr, drmModeGetResources(pipe[0]));
-  EXPECT_EQ(ENOTTY, errno);
-  ::close(pipe[0]);
-  ::close(pipe[1]);
-  EXPECT_EQ(nullptr, drmModeGetResources(pipe[0]));
-  EXPECT_EQ(EBADF, errno);
 }
 
 }  // namespace

@@ -33,17 +33,6 @@ TEST_F(Picture, ATableIsShownAfterItsBlobWasDestroyed) {
   EXPECT_EQ(1024 * sizeof(drm_color_lut), blob->length);
 }
 
-TEST_F(Picture, ATableThatIsReplacedIsFreed) {
-  const Client client;
-  const size_t before = state().blobs;
-  for (uint16_t value = 0; value < 5; ++value)
-    client.load_gamma(client.crtc, 1024, value);
-  EXPECT_EQ(before + 1, state().blobs);
-  EXPECT_EQ(0, client.set_gamma(client.crtc, 0));
-  EXPECT_EQ(before, state().blobs);
-  EXPECT_TRUE(shown().gamma.red.empty());
-}
-
 TEST_F(Picture, ARefusedPropertyLeavesTheDisplayAsItWas) {
   const Client client;
   const int fd = client.descriptor;
@@ -101,19 +90,6 @@ TEST_F(Picture, WithAnotherMasterReadingWorksAndWritingDoesNot) {
   EXPECT_EQ(-EACCES, client.load_gamma(client.crtc, 1024));
   EXPECT_EQ(-EACCES, client.commit(client.panel, {{"hue", 10}}));
   EXPECT_EQ(0U, state().commits + state().property_writes);
-}
-
-TEST_F(Picture, FaultSwitchesAnswerTheirErrnoAndChangeNothing) {
-  boot([](auto& board) {
-    board.faults.gamma_errno = EIO;
-    board.faults.commit_errno = EBUSY;
-  });
-  const Client client;
-  const std::string before = description();
-  EXPECT_EQ(-EIO, client.load_gamma(client.crtc, 1024));
-  EXPECT_EQ(-EBUSY, client.commit(client.panel, {{"hue", 10}}));
-  EXPECT_EQ(-EINVAL, client.commit(client.panel, {{"hue", 101}})) << "checked before the fault";
-  EXPECT_EQ(before, description());
 }
 
 TEST_F(Picture, APacedDriverTakesOneNonblockingCommitAFrame) {

@@ -1,10 +1,9 @@
-// Several open files, threads and processes at one device.
+// Several open files and processes at one device.
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <thread>
 
 #include "board_drm/device.h"
 #include "drm/state_file.h"
@@ -12,36 +11,6 @@
 namespace {
 
 class Sharing : public DisplayDevice {};
-
-TEST_F(Sharing, WhoeverOpensWhileNobodyIsMasterBecomesIt) {
-  Device first;
-  const Device second;
-  EXPECT_EQ(-EACCES, second.load_gamma(second.crtc_id(0), 1024));
-  EXPECT_EQ(0, first.load_gamma(first.crtc_id(0), 1024));
-  first.close();
-  EXPECT_EQ(-EACCES, second.load_gamma(second.crtc_id(0), 1024)) << "not by itself";
-  const Device third;
-  EXPECT_EQ(0, third.load_gamma(third.crtc_id(0), 1024));
-}
-
-TEST_F(Sharing, ThreadsDontDisturbEachOther) {
-  constexpr int kRounds = 20;
-  const Device master;
-  const uint32_t crtc = master.crtc_id(0);
-  std::vector<std::thread> threads;
-  for (uint16_t t = 0; t < 4; ++t) {
-    threads.emplace_back([&, t] {
-      for (int i = 0; i < kRounds; ++i) {
-        EXPECT_EQ(0, master.load_gamma(crtc, 1024, static_cast<uint16_t>(1000 * t)));
-        EXPECT_GE(Device().descriptor, 0);
-      }
-    });
-  }
-  for (std::thread& thread : threads)
-    thread.join();
-  EXPECT_EQ(4U * kRounds, state().property_writes);
-  EXPECT_EQ(2U, state().blobs) << "the mode and the last table";
-}
 
 // Killed in the middle of whatever it does: what it held is given back, and what it wrote is whole.
 TEST_F(Sharing, AKilledClientLeavesAWorkingDevice) {

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "screen/pipeline.h"
-#include "screen/test_picture.h"
 
 using board::Lut3d;
 using board::Rgb16;
@@ -30,19 +29,6 @@ void expect_near(Rgb16 actual, Rgb16 expected, int tolerance) {
   EXPECT_NEAR(actual.red, expected.red, tolerance);
   EXPECT_NEAR(actual.green, expected.green, tolerance);
   EXPECT_NEAR(actual.blue, expected.blue, tolerance);
-}
-
-TEST(Pipeline, ShowsThePictureAsItIsUntilSomethingIsSet) {
-  DisplayState identity_tables;
-  identity_tables.lut = Lut3d::identity();
-  std::vector<uint16_t> ramp(1024);
-  for (size_t i = 0; i < ramp.size(); ++i)
-    ramp[i] = static_cast<uint16_t>(i * kTop / 1023);
-  identity_tables.gamma = same_for_all(ramp);
-  for (const Rgb16 colour : {Rgb16{}, Rgb16{kTop, kTop, kTop}, Rgb16{1, 2, 3}, kSkin}) {
-    EXPECT_EQ(Pipeline(DisplayState{}).apply(colour), colour);
-    expect_near(Pipeline(identity_tables).apply(colour), colour, 1);
-  }
 }
 
 TEST(Pipeline, ControlsMoveThePictureAsTheyAreNamed) {
@@ -88,22 +74,6 @@ TEST(Pipeline, AppliesControlsThenTableThenGamma) {
   state.lut->points[Lut3d::index(8, 8, 8)] = {kTop, 0, 0};
   state.gamma = same_for_all({kTop, 0});  // inverted
   expect_near(Pipeline(state).apply(kSkin), {0, kTop, kTop}, 10);
-}
-
-TEST(TestPicture, HasItsBarsAndRampsWhereItSays) {
-  const board::screen::Picture picture = board::screen::draw_test_picture({480, 320});
-  EXPECT_EQ(picture.row(10)[0], (Rgb16{kTop, kTop, kTop}));
-  EXPECT_EQ(picture.row(10)[90], (Rgb16{kTop, kTop, 0}));
-  EXPECT_EQ(picture.row(10)[479], (Rgb16{}));
-  EXPECT_EQ(picture.row(70)[310], (Rgb16{49151, 0, 0}));
-  EXPECT_EQ(picture.row(105)[0], (Rgb16{}));
-  EXPECT_EQ(picture.row(105)[479], (Rgb16{kTop, kTop, kTop}));
-  EXPECT_EQ(picture.row(125)[159], (Rgb16{kTop, 0, 0}));
-  EXPECT_EQ(picture.row(125)[160], (Rgb16{}));
-  EXPECT_EQ(picture.row(125)[479], (Rgb16{0, 0, kTop}));
-  for (const board::screen::Size odd : {board::screen::Size{1, 1}, {7, 3}, {3, 130}}) {
-    EXPECT_EQ(board::screen::draw_test_picture(odd).pixels.size(), size_t{odd.width} * odd.height);
-  }
 }
 
 }  // namespace

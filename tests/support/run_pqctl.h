@@ -5,8 +5,6 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "support/temporary_folder.h"
@@ -17,20 +15,14 @@ struct Outcome {
   std::string errors;
 };
 
-inline std::string text_of(const std::filesystem::path& file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // arguments: as for a shell. The program is the build's, PQCTL_PROGRAM.
 inline Outcome run_pqctl(const std::string& arguments, const std::string& input = "") {
   const TemporaryFolder folder;
-  const auto file = [&](const char* name) { return (folder.path() / name).string(); };
-  std::ofstream(file("in")) << input;
-  const std::string command = std::string(PQCTL_PROGRAM) + " <" + file("in") + " >" + file("out") +
-                              " 2>" + file("err") + " " + arguments;
-  const int status = std::system(command.c_str());
-  return {WEXITSTATUS(status), text_of(file("out")), text_of(file("err"))};
+  const std::string in = folder.path() / "";
+  folder.write("in", input);
+  const std::string command = PQCTL_PROGRAM " <" + in + "in >" + in + "out 2>" + in + "err ";
+  const int status = std::system((command + arguments).c_str());
+  return {WEXITSTATUS(status), folder.read("out"), folder.read("err")};
 }
 
 #endif  // TESTS_SUPPORT_RUN_PQCTL_H_

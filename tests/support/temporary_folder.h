@@ -4,8 +4,16 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
+
+// Empty when there is no such file.
+inline std::string text_of(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 class TemporaryFolder {
  public:
@@ -22,6 +30,13 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
+
+  // By their paths in the folder; what leads to a file is made.
+  std::string read(const std::filesystem::path& file) const { return text_of(path_ / file); }
+  void write(const std::filesystem::path& file, const std::string& text) const {
+    std::filesystem::create_directories((path_ / file).parent_path());
+    std::ofstream(path_ / file, std::ios::binary) << text;
+  }
 
  private:
   std::filesystem::path path_;
