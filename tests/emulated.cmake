@@ -1,12 +1,9 @@
 # Tests that say nothing about the daemon where its processor is emulated.
 set(not_emulated
-  # The emulator answers requests to devices that it does not know in its own way.
-  DisplayDevice.OtherDescriptorsAreLeftAlone
   # Frames of 17 milliseconds are over before an emulated test has asked twice.
   Picture.APacedDriverTakesOneNonblockingCommitAFrame
-  # Two hundred clients, counted in seconds; some two hundred changes, one after the other.
+  # Two hundred clients, counted in seconds.
   Clients.TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd
-  Update.AnyPatchLeavesADocumentThatCanBeRead
   # A shell stands in for the daemon here: this machine's, which loads no library for Arm.
   Launch.GivesTheDaemonTheBoardsFilesAndPrograms/WithMappedPaths
   Launch.LeavesNothingBehindHoweverItEnds/WithMappedPaths)

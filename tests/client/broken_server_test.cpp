@@ -1,7 +1,6 @@
 // Servers that close, stall or answer garbage, at every byte of every kind of answer: an error
 // comes in time, and pqctl ends with the status that it documents.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <array>
@@ -14,6 +13,7 @@
 #include "client/fake_board.h"
 #include "pqclient/error.h"
 #include "pqclient/tuning_client.h"
+#include "support/run_pqctl.h"
 
 namespace pqclient {
 namespace {
@@ -27,17 +27,6 @@ struct Exchange {
   Bytes answer;
 };
 
-Bytes framed(std::string_view text) {
-  const auto length = static_cast<std::uint32_t>(text.size() + 2);
-  DocumentHeader header{kDocumentMagic, 0, {}, length};
-  const ByteView head = bytes_of(header);
-  Bytes bytes(head.begin(), head.end());
-  bytes.push_back('[');
-  bytes.insert(bytes.end(), text.begin(), text.end());
-  bytes.resize(bytes.size() + 1 + kDocumentTrailerSize);
-  return bytes;
-}
-
 Bytes acknowledgement(Command command) {
   Bytes bytes = make_command_packet(command, std::array{std::uint8_t{1}});
   std::ranges::copy(kAcknowledgementMagic, bytes.begin());
@@ -46,7 +35,7 @@ Bytes acknowledgement(Command command) {
 
 const Exchange kExchanges[] = {
     {"Query", [](TuningClient& client) { client.query_pq("/csc"); },
-     framed(R"({"path":"/csc","platform":1,"value":{"cscHue":256}})")},
+     document_reply(R"({"path":"/csc","platform":1,"value":{"cscHue":256}})")},
     {"Acknowledgement", [](TuningClient& client) { client.show_pattern(1, 2, 3); },
      acknowledgement(Command::kPattern)},
     {"Dump",
@@ -110,6 +99,11 @@ TEST_P(BrokenServer, DoesNoHarmWithAWrongByteAnywhere) {
 INSTANTIATE_TEST_SUITE_P(, BrokenServer, testing::ValuesIn(kExchanges),
                          [](const auto& exchange) { return exchange.param.name; });
 
+constexpr std::string_view kCsc =
+    R"({"path":"/csc","platform":1,"value":{"name":"","cscEnable":1,"cscMode":"LOW_LATENCY_MODE",)"
+    R"("cscBrightness":256,"cscHue":300,"cscContrast":256,"cscSaturation":256,"cscRGain":256,)"
+    R"("cscGGain":256,"cscBGain":256}})";
+
 // Every command that talks to a board, with what it needs.
 const char* const kCommands[] = {
     "get csc",
@@ -128,12 +122,9 @@ const char* const kCommands[] = {
 
 void expect_status(const std::function<void(Visitor&)>& script, int status) {
   const FakeBoard board(script);
-  for (const char* command : kCommands) {
-    const std::string line = "timeout 20 " PQCTL_PROGRAM " --timeout 0.2 --port " +
-                             std::to_string(board.address().port) + " " + command +
-                             " >/dev/null 2>&1 </dev/null";
-    EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), status) << command;
-  }
+  const std::string port = std::to_string(board.address().port);
+  for (const std::string command : kCommands)
+    EXPECT_EQ(run_pqctl("--timeout 0.2 --port " + port + " " + command).status, status) << command;
 }
 
 TEST(PqctlWithABrokenServer, EndsWithTheDocumentedStatus) {
@@ -148,6 +139,26 @@ TEST(PqctlWithABrokenServer, EndsWithTheDocumentedStatus) {
       },
       5);
   unsetenv("XDG_STATE_HOME");
+}
+
+TEST(PqctlWithABrokenServer, SaysWhatIsStoredInsteadAndWhoDoesNotAnswer) {
+  const FakeBoard stubborn([](Visitor& visitor) {
+    for (std::string text; !(text = visitor.receive_request()).empty();) {
+      if (text.find("\"value\"") == std::string::npos) visitor.reply(kCsc);
+    }
+  });
+  const std::string port = " --port " + std::to_string(stubborn.address().port);
+  const Outcome stored = run_pqctl("set csc/cscHue 256" + port);
+  EXPECT_EQ(stored.status, 3);
+  EXPECT_EQ(stored.output, "csc/cscHue: was 300, now 256, stored 300\n");
+  EXPECT_NE(stored.errors.find("csc/cscHue should be 256, is 300"), std::string::npos);
+
+  const FakeBoard silent([](Visitor& visitor) { visitor.stall(); });
+  const Outcome unanswered =
+      run_pqctl("get csc --timeout 0.1 --port " + std::to_string(silent.address().port));
+  EXPECT_EQ(unanswered.output, "");
+  EXPECT_EQ(unanswered.errors, "pqctl: no answer within 0.1 s from " + silent.address().text() +
+                                   ": is the server running? try: adb forward tcp:5543 tcp:5543\n");
 }
 
 }  // namespace

@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 #include <png.h>
 
+#include <algorithm>
 #include <string>
 
 #include "pqclient/error.h"
+#include "pqclient/picture_difference.h"
 #include "pqclient/png.h"
 
 namespace pqclient {
@@ -55,6 +57,37 @@ TEST(DumpFormats, BecomeRedGreenBlue) {
     EXPECT_EQ(colours_of(decode({width, height, format, data}).rgb), colours)
         << format_name(format);
   }
+}
+
+// Red by each matrix, in 8 bits; white and black by each range.
+TEST(ColourCoding, ChangesMatrixAndRange) {
+  using Coding = ColourCoding;
+  const auto colour = [](Bytes data, const Coding& coding) {
+    return decode({1, 1, DumpFormat::kNv24, std::move(data)}, coding).rgb;
+  };
+  const auto is_near = [](const Bytes& rgb, const Bytes& wanted) {
+    return std::ranges::equal(rgb, wanted, [](int a, int b) { return std::abs(a - b) <= 2; });
+  };
+  const Bytes red = {255, 0, 0};
+  EXPECT_TRUE(is_near(colour({63, 102, 240}, {}), red));
+  EXPECT_TRUE(is_near(colour({81, 90, 240}, {.matrix = Coding::Matrix::kBt601}), red));
+  EXPECT_TRUE(is_near(colour({74, 97, 240}, {.matrix = Coding::Matrix::kBt2020}), red));
+  EXPECT_EQ(colour({255, 128, 128}, {.range = Coding::Range::kFull}), Bytes(3, 255));
+  EXPECT_EQ(colour({16, 128, 128}, {.range = Coding::Range::kFull}), Bytes(3, 16));
+}
+
+TEST(PictureDifference, IsCountedAndDrawn) {
+  const Picture first{2, 1, {10, 20, 30, 0, 0, 0}};
+  const Picture second{2, 1, {10, 20, 30, 4, 0, 100}};
+  const PictureDifference difference = compare_pictures(first, second);
+  EXPECT_EQ(difference.channels[0].mean, 2);
+  EXPECT_EQ(difference.channels[2].largest, 100);
+  EXPECT_EQ(difference.equal_part, 0.5);
+  EXPECT_EQ(compare_pictures(first, first).psnr, std::nullopt);
+  EXPECT_EQ(difference_picture(first, second, 4).rgb, (Bytes{128, 128, 128, 144, 128, 255}));
+  const Picture tall{1, 2, {1, 2, 3, 4, 5, 6}};
+  EXPECT_EQ(side_by_side(std::array{first, tall}).rgb,
+            (Bytes{10, 20, 30, 0, 0, 0, 1, 2, 3, 0, 0, 0, 0, 0, 0, 4, 5, 6}));
 }
 
 TEST(DumpHeader, IsRefusedWhenItCannotBe) {

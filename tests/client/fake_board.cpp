@@ -6,7 +6,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -14,54 +13,32 @@ using pqclient::Bytes;
 using pqclient::ByteView;
 
 // Exactly n bytes; fewer when the client closes first.
-Bytes Visitor::receive(std::size_t n, int flags) {
+Bytes Visitor::receive(std::size_t n) {
   Bytes bytes(n);
-  const ssize_t received = recv(socket_, bytes.data(), n, MSG_WAITALL | flags);
+  const ssize_t received = recv(socket_, bytes.data(), n, MSG_WAITALL);
   bytes.resize(received > 0 ? static_cast<std::size_t>(received) : 0);
   return bytes;
 }
 
-Request Visitor::receive_request() {
-  const Bytes start = receive(4, MSG_PEEK);
-  if (start.size() < 4) return {};
-  if (std::ranges::equal(start, pqclient::kDocumentMagic)) {
-    pqclient::DocumentHeader header{};
-    const Bytes head = receive(sizeof header);
-    std::memcpy(&header, head.data(), head.size());
-    const Bytes rest = receive(header.data_length + 4);
-    EXPECT_EQ(rest.size(), header.data_length + 4);
-    return {Request::Kind::kDocument, header.command, {rest.begin(), rest.end() - 4}};
+std::string Visitor::receive_request() {
+  pqclient::DocumentHeader header{};
+  const Bytes head = receive(sizeof header);
+  if (head.size() < sizeof header) return "";
+  std::memcpy(&header, head.data(), head.size());
+  if (header.magic != pqclient::kDocumentMagic) {
+    receive(sizeof(pqclient::CommandPacket) - sizeof header);
+    return "";
   }
-  if (std::ranges::equal(start, pqclient::kCommandMagic.substr(0, 4))) {
-    pqclient::CommandPacket packet{};
-    const Bytes whole = receive(sizeof packet);
-    EXPECT_EQ(whole.size(), sizeof packet);
-    std::memcpy(&packet, whole.data(), whole.size());
-    return {Request::Kind::kCommand,
-            packet.command,
-            {packet.data.begin(), packet.data.begin() + packet.data_length}};
-  }
-  // Up to the next packet, if that is here already: a slow machine must not fail a test.
-  Bytes chunk(pqclient::kReceiveSize);
-  chunk.resize(static_cast<std::size_t>(recv(socket_, chunk.data(), chunk.size(), MSG_PEEK)));
-  const auto& magic = pqclient::kDocumentMagic;
-  const auto next = std::search(chunk.begin(), chunk.end(), magic.begin(), magic.end());
-  const Bytes stray = receive(static_cast<std::size_t>(next - chunk.begin()));
-  return {Request::Kind::kStray, 0, {stray.begin(), stray.end()}};
-}
-
-std::string Visitor::receive_text(pqclient::DocumentCommand expected) {
-  const Request request = receive_request();
-  EXPECT_EQ(request.kind, Request::Kind::kDocument);
-  EXPECT_EQ(request.command, static_cast<std::uint32_t>(expected));
-  return request.text;
+  const Bytes rest = receive(header.data_length + pqclient::kDocumentTrailerSize);
+  EXPECT_EQ(rest.size(), header.data_length + pqclient::kDocumentTrailerSize);
+  return {rest.begin(), rest.end() - pqclient::kDocumentTrailerSize};
 }
 
 void Visitor::send(ByteView bytes) {
   ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
 }
 
-void Visitor::reply(std::string_view text) {
+Bytes document_reply(std::string_view text) {
   const auto length = static_cast<std::uint32_t>(text.size() + 2);
   const std::uint32_t words[] = {0x58FFAA51, 0, 1, 1, length, length};
   const auto* head = reinterpret_cast<const std::uint8_t*>(words);
@@ -69,7 +46,7 @@ void Visitor::reply(std::string_view text) {
   packet.push_back('[');
   packet.insert(packet.end(), text.begin(), text.end());
   packet.resize(packet.size() + 5);
-  send(packet);
+  return packet;
 }
 
 void Visitor::stall() {

@@ -11,33 +11,27 @@
 #include "pqclient/connection.h"
 #include "pqclient/packets.h"
 
-struct Request {
-  enum class Kind { kClosed, kDocument, kCommand, kStray };
-  Kind kind = Kind::kClosed;
-  std::uint32_t command = 0;  // of a document or command packet
-  std::string text;           // of a document; the data bytes of a command; a stray chunk
-};
+// A reply as the board frames it: "[", text, a zero byte, no closing bracket.
+pqclient::Bytes document_reply(std::string_view text);
 
 // The board's end of one connection. Nothing here waits longer than 10 seconds.
 class Visitor {
  public:
   explicit Visitor(int socket) : socket_(socket) {}
 
-  Request receive_request();
-
-  // The text of the next document packet, which must be of this command.
-  std::string receive_text(pqclient::DocumentCommand expected);
+  // Takes one packet. Returns the text of a document packet; empty for a command packet, and when
+  // the client has gone.
+  std::string receive_request();
 
   void send(pqclient::ByteView bytes);
 
-  // A reply as the board frames it: "[", text, a zero byte, no closing bracket.
-  void reply(std::string_view text);
+  void reply(std::string_view text) { send(document_reply(text)); }
 
   // Says nothing until the client has gone.
   void stall();
 
  private:
-  pqclient::Bytes receive(std::size_t n, int flags = 0);
+  pqclient::Bytes receive(std::size_t n);
 
   int socket_;
 };

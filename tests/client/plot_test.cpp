@@ -19,24 +19,6 @@ Chart two_curves() {
   return {"chart", {panel}, 1};
 }
 
-TEST(TerminalPlot, DrawsCurvesOverTheReferenceAndLabelsTheAxes) {
-  Chart chart = two_curves();
-  chart.panels[0].curves.erase(chart.panels[0].curves.begin() + 1);
-  const std::string text = draw_in_terminal(chart, {40, 8}, false);
-  EXPECT_EQ(text,
-            "chart\npanel\n"
-            "  65535 │                         ⣀⠤⠔⠊⠉\n"
-            "  49152 │                    ⣀⠤⠔⠊⠉\n"
-            "  32768 │               ⣀⠤⠔⠊⠉\n"
-            "        │          ⣀⡠⠔⠒⠉\n"
-            "  16384 │     ⣀⡠⠔⠒⠉\n"
-            "      0 │⣀⡠⠔⠒⠉\n"
-            "        └──────────────────────────────\n"
-            "         0     256     512    768  1023\n"
-            "         in\n"
-            "         ⣀⣀ up  ⠂⠂ straight\n");
-}
-
 TEST(TerminalPlot, TellsCurvesApartByColourOrByPlotsOfTheirOwn) {
   const std::string colours = draw_in_terminal(two_curves(), {80, 24}, true);
   EXPECT_NE(colours.find("\x1b[91m"), std::string::npos);

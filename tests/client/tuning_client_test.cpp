@@ -11,72 +11,41 @@ namespace pqclient {
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::seconds;
 
-constexpr auto kReadPq = DocumentCommand::kReadPq;
 constexpr const char* kCscReply = R"({"path":"/csc","platform":1,"value":{"cscHue":256}})";
-
-// Long enough for any machine where an answer comes, short where the test waits for none.
-constexpr Timing kPatient{.connect = seconds(10), .answer = seconds(10)};
-constexpr Timing kHurried{.connect = seconds(10), .answer = milliseconds(100)};
-
-ErrorKind kind_of_failed_query(const FakeBoard& board, const Timing& timing) {
-  try {
-    TuningClient(board.address(), timing).query_pq("/csc");
-  } catch (const Error& error) {
-    EXPECT_NE(std::string(error.what()), "");
-    return error.kind();
-  }
-  ADD_FAILURE() << "no error";
-  return ErrorKind::kInput;
-}
 
 TEST(Query, SendsOneOperationWithoutValueAndLearnsThePlatform) {
   std::string first;
   std::string second;
   FakeBoard board([&](Visitor& visitor) {
-    first = visitor.receive_text(kReadPq);
+    first = visitor.receive_request();
     visitor.reply(kCscReply);
-    second = visitor.receive_text(kReadPq);
+    second = visitor.receive_request();
     visitor.reply(kCscReply);
   });
-  TuningClient client(board.address(), kPatient, "test 1.0");
+  TuningClient client(board.address(), {}, "test 1.0");
   EXPECT_EQ(print_json(*client.query_pq("/csc").value), R"({"cscHue":256})");
   client.query_pq("/csc");
   EXPECT_EQ(first, R"([{"op":"test","path":"/csc","toolversion":"test 1.0","platform":0}])");
   EXPECT_EQ(second, R"([{"op":"test","path":"/csc","toolversion":"test 1.0","platform":1}])");
 }
 
-TEST(Query, HalfAnAnswerIsATimeout) {
-  FakeBoard board([](Visitor& visitor) {
-    visitor.receive_text(kReadPq);
-    visitor.send(Bytes{0x51, 0xAA, 0xFF, 0x58, 0, 0});
-    visitor.stall();
-  });
-  EXPECT_EQ(kind_of_failed_query(board, kHurried), ErrorKind::kTimeout);
-}
-
-TEST(Query, ClosedConnectionIsLost) {
-  FakeBoard board([](Visitor& visitor) { visitor.receive_text(kReadPq); });
-  EXPECT_EQ(kind_of_failed_query(board, kPatient), ErrorKind::kConnectionLost);
-}
-
-TEST(Query, OtherProtocolIsABadAnswer) {
-  FakeBoard board([](Visitor& visitor) {
-    const std::string_view text = "HTTP/1.1 400 Bad Request\r\n\r\n";
-    visitor.send({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-    visitor.stall();
-  });
-  EXPECT_EQ(kind_of_failed_query(board, kPatient), ErrorKind::kBadAnswer);
-}
-
-TEST(Query, AnswerForAnotherPathIsABadAnswer) {
-  FakeBoard board([](Visitor& visitor) {
-    visitor.receive_text(kReadPq);
-    visitor.reply(R"({"path":"/dci","platform":1,"value":{}})");
-    visitor.stall();
-  });
-  EXPECT_EQ(kind_of_failed_query(board, kPatient), ErrorKind::kBadAnswer);
+TEST(Query, IsNotAnsweredByAnotherProtocolNorForAnotherPath) {
+  for (const std::string_view answer :
+       {"HTTP/1.1 400 Bad Request\r\n\r\n", R"({"path":"/dci","platform":1,"value":{}})"}) {
+    FakeBoard board([&](Visitor& visitor) {
+      visitor.receive_request();
+      if (answer.starts_with('{')) visitor.reply(answer);
+      visitor.send({reinterpret_cast<const std::uint8_t*>(answer.data()), answer.size()});
+      visitor.stall();
+    });
+    try {
+      TuningClient(board.address(), {}).query_pq("/csc");
+      ADD_FAILURE() << "taken: " << answer;
+    } catch (const Error& error) {
+      EXPECT_EQ(error.kind(), ErrorKind::kBadAnswer) << answer;
+    }
+  }
 }
 
 TEST(Query, AfterATimeoutTheNextOneConnectsAfresh) {
@@ -85,7 +54,7 @@ TEST(Query, AfterATimeoutTheNextOneConnectsAfresh) {
     if (++connections == 1) {
       visitor.stall();
     } else {
-      visitor.receive_text(kReadPq);
+      visitor.receive_request();
       visitor.reply(kCscReply);
       visitor.stall();
     }
@@ -94,6 +63,19 @@ TEST(Query, AfterATimeoutTheNextOneConnectsAfresh) {
   EXPECT_THROW(client.query_pq("/csc"), Error);
   EXPECT_NE(client.query_pq("/csc").value, nullptr);
   EXPECT_EQ(connections, 2);
+}
+
+TEST(Change, IsFollowedByAGap) {
+  FakeBoard board([](Visitor& visitor) {
+    visitor.receive_request();
+    visitor.receive_request();
+    visitor.reply(kCscReply);
+  });
+  TuningClient client(board.address(), {.gap = milliseconds(200)});
+  const auto start = std::chrono::steady_clock::now();
+  client.write_pq(*replace_operation("/csc/cscHue", *parse_json("5")));
+  client.query_pq("/csc");
+  EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(200));
 }
 
 }  // namespace

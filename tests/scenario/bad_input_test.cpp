@@ -21,11 +21,6 @@ class BadInput : public DaemonTest {
   }
 };
 
-// A document packet around a request's text.
-std::string packet(std::string head, const std::string& text) {
-  return head + text + "0000";
-}
-
 TEST_F(BadInput, PacketsThatMakeNoSenseChangeNothing) {
   board::Board& board = start_with_documents();
   const std::string before = board.read(kPqDocument);
@@ -59,7 +54,7 @@ TEST_F(BadInput, RequestsThatAreNoRequestsChangeNothing) {
         R"([{"path":"/unknown"}])", R"([{"op":"replace"}])", R"([{"platform":1e300}])",
         R"([{"platform":"x","toolversion":1}])"}) {
     for (const uint32_t command : {0U, 1U}) {
-      send_alone(packet(header(command, static_cast<uint32_t>(text.size())), text));
+      send_alone(document_packet(command, text));
     }
   }
   EXPECT_TRUE(serves());
@@ -81,35 +76,6 @@ TEST_F(BadInput, AQueryIsAnsweredWhateverTheDocumentIs) {
   }
   std::filesystem::remove(board().file(kPqDocument));
   EXPECT_TRUE(cJSON_IsObject(client().query_pq("/gamma").value)) << "no document";
-}
-
-TEST_F(BadInput, HalfADocumentCostsOnlyItsSender) {
-  start_with_documents();
-  for (int i = 0; i < 5; ++i) {
-    auto gone = connect();
-    send(gone, header(0, 20'000) + std::string(500, 'x'));
-  }
-  EXPECT_TRUE(serves());
-}
-
-// The document is a patch that fails, so that it is collected but changes nothing.
-TEST_F(BadInput, ADocumentIsCountedHoweverItIsCut) {
-  board::Board& board = start_with_documents();
-  const std::string text = "[{\"path\":\"/none\",\"pad\":\"" + std::string(19'973, 'x') + "\"}]";
-  ASSERT_EQ(text.size(), 20'000U);
-  const std::string sent = header(0, 20'000) + text + "0000";
-  for (const size_t piece : {size_t{1}, size_t{8192}, sent.size()}) {
-    auto connection = connect();
-    send(connection, sent.substr(0, 24));
-    std::this_thread::sleep_for(50ms);
-    for (size_t at = 24; at < sent.size(); at += piece)
-      send(connection, sent.substr(at, piece));
-    EXPECT_TRUE(board.wait_for_log("temp_buffer_size 20004 ")) << "in pieces of " << piece;
-    EXPECT_TRUE(board.wait_for_log("packet complete"));
-    EXPECT_TRUE(board.wait_for_log("ApplyPatches ret"));
-    board.restart();
-    ASSERT_TRUE(board.wait_until_listening(board::kDaemonPort));
-  }
 }
 
 }  // namespace

@@ -22,8 +22,8 @@ struct Case {
   const char* name;
   const char* primary;  // property
   std::vector<board::Connector> connectors;
-  int reached;  // index in connectors; -1: none
-  const char* log;
+  int reached = 1;  // index in connectors; -1: none
+  const char* log = "drmModeObjectSetProperty ret 0";
 };
 
 class Boards : public DaemonTest, public testing::WithParamInterface<Case> {};
@@ -35,9 +35,7 @@ TEST_P(Boards, AreToldApart) {
   if (given.primary[0] != '\0') {
     description.properties["vendor.hwc.device.primary"] = given.primary;
   }
-  power_on(description);
-  put_documents("tv");
-  start_daemon();
+  start_with_documents(description);
   change(R"({"op":"replace","path":"/gamma/gammaTab_R/0","value":777})");
   const auto display = board::read_display_state(board().file("/board"));
   for (size_t i = 0; i < display.connectors.size(); ++i) {
@@ -51,32 +49,14 @@ TEST_P(Boards, AreToldApart) {
 INSTANTIATE_TEST_SUITE_P(
     , Boards,
     testing::Values(
-        Case{"PanelFirstWhenNothingIsNamed",
-             "",
-             {connector(kHdmiA), connector(kEdp)},
-             1,
-             "drmModeObjectSetProperty ret 0"},
-        Case{"NamedByType",
-             "HDMI-A",
-             {connector(kEdp), connector(kHdmiA)},
-             1,
-             "drmModeObjectSetProperty ret 0"},
+        Case{"PanelFirstWhenNothingIsNamed", "", {connector(kHdmiA), connector(kEdp)}},
+        Case{"NamedByType", "HDMI-A", {connector(kEdp), connector(kHdmiA)}},
         Case{"NamedByTypeAndIndex",
              "HDMI-A-2",
-             {connector(kHdmiA), connector(kHdmiA, true, 2), connector(kEdp)},
-             1,
-             "drmModeObjectSetProperty ret 0"},
-        Case{"NamedButDisconnected",
-             "HDMI-A-1",
-             {connector(kHdmiA, false), connector(kDsi)},
-             1,
-             "drmModeObjectSetProperty ret 0"},
+             {connector(kHdmiA), connector(kHdmiA, true, 2), connector(kEdp)}},
+        Case{"NamedButDisconnected", "HDMI-A-1", {connector(kHdmiA, false), connector(kDsi)}},
+        Case{"TypeWithoutAName", "HDMI-A-1", {connector(kUnnamed), connector(kHdmiA)}},
         Case{"NoPanelAndNothingNamed", "", {connector(kHdmiA)}, -1, "can't find primary info"},
-        Case{"TypeWithoutAName",
-             "HDMI-A-1",
-             {connector(kUnnamed), connector(kHdmiA)},
-             1,
-             "drmModeObjectSetProperty ret 0"},
         Case{"OnlyATypeWithoutAName",
              "unknown",
              {connector(kUnnamed)},
@@ -84,81 +64,60 @@ INSTANTIATE_TEST_SUITE_P(
              "can't find primary info"}),
     [](const auto& parameter) { return parameter.param.name; });
 
-class FaultyBoards : public DaemonTest {
- protected:
-  void start(const board::Description& description) {
-    power_on(description);
-    put_documents("tv");
-    start_daemon();
-  }
-  // The daemon serves on, and has said this.
-  void expect_logged(const char* text) {
-    EXPECT_NE(board().log().find(text), std::string::npos) << text;
-    EXPECT_TRUE(serves());
-  }
-  static constexpr char kGammaChange[] =
-      R"({"op":"replace","path":"/gamma/gammaEnable","value":0})";
-  static constexpr char kDciChange[] = R"({"op":"replace","path":"/dci/dciEnable","value":0})";
+constexpr char kGamma[] = R"({"op":"replace","path":"/gamma/gammaEnable","value":0})";
+constexpr char kDci[] = R"({"op":"replace","path":"/dci/dciEnable","value":0})";
+
+struct Fault {
+  const char* name;
+  void (*make)(board::Description& description);
+  const char* change;
+  std::vector<const char*> log;
 };
 
-TEST_F(FaultyBoards, WithoutADisplayDevice) {
-  board::Description description;
-  description.faults.no_device = true;
-  start(description);
-  change(kGammaChange);
-  expect_logged("can't find primary info");
-}
+class FaultyBoards : public DaemonTest, public testing::WithParamInterface<Fault> {};
 
-TEST_F(FaultyBoards, WithoutAGammaProperty) {
+TEST_P(FaultyBoards, AreServedAndSayWhatIsWrong) {
   board::Description description;
-  description.gamma_lut_size = 0;
-  start(description);
-  change(kGammaChange);
-  expect_logged("can't find GAMMA_LUT");
-}
-
-TEST_F(FaultyBoards, WithAnotherTableSize) {
-  board::Description description;
-  description.gamma_lut_size = 256;
-  start(description);
-  change(kGammaChange);
-  expect_logged("drmModeObjectSetProperty ret -22");
-}
-
-TEST_F(FaultyBoards, WithAnotherDisplayMaster) {
-  board::Description description;
-  description.faults.not_master = true;
-  start(description);
-  change(kGammaChange);
-  expect_logged("drmModeObjectSetProperty ret -13");
-}
-
-TEST_F(FaultyBoards, WithoutAnEngine) {
-  board::Description description;
-  description.engine = board::Engine::kMissing;
-  start(description);
-  change(kDciChange);
-  expect_logged("failed to dlopen libhwpq_lite.so");
-  expect_logged("HWPQ context is not initialized");
-}
-
-TEST_F(FaultyBoards, WithAnEngineThatGivesNoTable) {
-  board::Description description;
-  description.engine = board::Engine::kWithoutGet;
-  start(description);
-  change(kDciChange);
-  expect_logged("failed to dlsym hwpq_lite_get_3dlut");
-  expect_logged("save cubic lut data");
+  GetParam().make(description);
+  start_with_documents(description);
+  change(GetParam().change);
+  for (const char* text : GetParam().log)
+    EXPECT_NE(board().log().find(text), std::string::npos) << text;
   EXPECT_FALSE(std::filesystem::exists(board().file("/board/baseparameter/14-0/cubic_lut")));
+  EXPECT_TRUE(serves());
 }
 
-TEST_F(FaultyBoards, WithAnEngineThatCannotCompute) {
-  board::Description description;
-  description.engine = board::Engine::kRunFails;
-  start(description);
-  change(kDciChange);
-  expect_logged("HWPQ run failed with error -5");
-}
+INSTANTIATE_TEST_SUITE_P(
+    , FaultyBoards,
+    testing::Values(Fault{"WithoutADisplayDevice",
+                          [](auto& board) { board.faults.no_device = true; },
+                          kGamma,
+                          {"can't find primary info"}},
+                    Fault{"WithoutAGammaProperty",
+                          [](auto& board) { board.gamma_lut_size = 0; },
+                          kGamma,
+                          {"can't find GAMMA_LUT"}},
+                    Fault{"WithAnotherTableSize",
+                          [](auto& board) { board.gamma_lut_size = 256; },
+                          kGamma,
+                          {"drmModeObjectSetProperty ret -22"}},
+                    Fault{"WithAnotherDisplayMaster",
+                          [](auto& board) { board.faults.not_master = true; },
+                          kGamma,
+                          {"drmModeObjectSetProperty ret -13"}},
+                    Fault{"WithoutAnEngine",
+                          [](auto& board) { board.engine = board::Engine::kMissing; },
+                          kDci,
+                          {"failed to dlopen libhwpq_lite.so", "HWPQ context is not initialized"}},
+                    Fault{"WithAnEngineThatGivesNoTable",
+                          [](auto& board) { board.engine = board::Engine::kWithoutGet; },
+                          kDci,
+                          {"failed to dlsym hwpq_lite_get_3dlut", "save cubic lut data"}},
+                    Fault{"WithAnEngineThatCannotCompute",
+                          [](auto& board) { board.engine = board::Engine::kRunFails; },
+                          kDci,
+                          {"HWPQ run failed with error -5"}}),
+    [](const auto& parameter) { return parameter.param.name; });
 
 }  // namespace
 }  // namespace scenario

@@ -113,15 +113,5 @@ TEST_F(Commands, ADumpPathOutsideTheDumpsIsLeftAlone) {
   EXPECT_TRUE(serves());
 }
 
-TEST_F(Commands, AReaderThatVanishesCostsOnlyItsOwnConnection) {
-  start_with_documents();
-  {
-    auto gone = connect();
-    send(gone, command_packet(kDump, {0x81}));
-  }
-  std::this_thread::sleep_for(5s);
-  EXPECT_TRUE(serves());
-}
-
 }  // namespace
 }  // namespace scenario

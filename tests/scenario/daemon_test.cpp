@@ -4,7 +4,6 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <thread>
@@ -49,10 +48,26 @@ void DaemonTest::put_documents(const std::string& name) {
   fs::copy_file(documents / "aipq_config.json", board().file(kAipqDocument), kReplace);
 }
 
-board::Board& DaemonTest::start_with_documents(const std::string& name) {
-  power_on(name);
+board::Board& DaemonTest::start_with_documents(const std::string& name,
+                                               board::BoardOptions options) {
+  power_on(name, std::move(options));
   put_documents(name);
   return start_daemon();
+}
+
+board::Board& DaemonTest::start_with_documents(const board::Description& description) {
+  power_on(description);
+  put_documents("tv");
+  return start_daemon();
+}
+
+std::vector<int> DaemonTest::table(const cJSON* section, const char* name) {
+  std::vector<int> values;
+  const cJSON* item = nullptr;
+  cJSON_ArrayForEach(item, cJSON_GetObjectItemCaseSensitive(section, name)) {
+    values.push_back(item->valueint);
+  }
+  return values;
 }
 
 void DaemonTest::send(pqclient::Connection& connection, std::string_view bytes) {
@@ -78,11 +93,8 @@ std::string DaemonTest::receive(pqclient::Connection& connection, size_t size,
 }
 
 std::string DaemonTest::command_packet(uint16_t number, const std::vector<uint8_t>& arguments) {
-  pqclient::CommandPacket packet{};
-  std::copy(pqclient::kCommandMagic.begin(), pqclient::kCommandMagic.end(), packet.magic.begin());
-  packet.command = number;
-  std::copy(arguments.begin(), arguments.end(), packet.data.begin());
-  return {reinterpret_cast<const char*>(&packet), sizeof(packet)};
+  const pqclient::Bytes packet = make_command_packet(pqclient::Command{number}, arguments);
+  return {packet.begin(), packet.end()};
 }
 
 std::string DaemonTest::command(uint16_t number, const std::vector<uint8_t>& arguments,
@@ -100,13 +112,12 @@ bool DaemonTest::serves() {
 // packet of its own only when the board has taken the change off the stream before.
 void DaemonTest::change(const std::string& operation, uint32_t command) {
   auto connection = connect();
-  const std::string text = "[" + operation + "]";
-  send(connection, header(command, static_cast<uint32_t>(text.size())) + text + "0000");
+  send(connection, document_packet(command, "[" + operation + "]"));
   connection.wait_until_arrived(pqclient::Deadline(std::chrono::seconds(20)));
   wait_until_taken();
-  const std::string query = R"([{"path":"/csc"}])";
-  send(connection, header(1, static_cast<uint32_t>(query.size())) + query + "0000");
-  EXPECT_NE(receive(connection, 1, std::chrono::seconds(20)), "") << "no answer after " << text;
+  send(connection, document_packet(1, R"([{"path":"/csc"}])"));
+  EXPECT_NE(receive(connection, 1, std::chrono::seconds(20)), "")
+      << "no answer after " << operation;
 }
 
 void DaemonTest::wait_until_taken() {
@@ -115,6 +126,10 @@ void DaemonTest::wait_until_taken() {
     ASSERT_LT(std::chrono::steady_clock::now(), end) << "the daemon reads no more";
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
+}
+
+std::string DaemonTest::document_packet(uint32_t command, const std::string& text) {
+  return header(command, static_cast<uint32_t>(text.size())) + text + "0000";
 }
 
 std::string DaemonTest::header(uint32_t command, uint32_t data_length) {

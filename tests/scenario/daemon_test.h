@@ -21,12 +21,18 @@ class DaemonTest : public board::BoardTest {
  protected:
   // Starts the daemon on a board that has been started before: both documents are there as the
   // daemon once created them, so that start-up takes no time.
-  board::Board& start_with_documents(const std::string& board = "tv");
+  board::Board& start_with_documents(const std::string& board = "tv",
+                                     board::BoardOptions options = {});
+  // The same on a board of the test's own, with the documents of "tv".
+  board::Board& start_with_documents(const board::Description& board);
 
   // Puts those documents in place; for a test that changes more before the start.
   void put_documents(const std::string& board);
 
   static pqclient::TuningClient client() { return pqclient::TuningClient({}); }
+
+  // The numbers of a table.
+  static std::vector<int> table(const cJSON* section, const char* name);
 
   // A bare connection, for what no well-behaved tool would send.
   static pqclient::Connection connect() {
@@ -56,7 +62,8 @@ class DaemonTest : public board::BoardTest {
   // Until the daemon has taken off the stream whatever was sent.
   static void wait_until_taken();
 
-  // Where a document packet starts: magic, command, data length.
+  // A document packet, and only its start: magic, command, data length.
+  static std::string document_packet(uint32_t command, const std::string& text);
   static std::string header(uint32_t command, uint32_t data_length);
 
  private:

@@ -101,9 +101,7 @@ class ProtocolDocument : public DaemonTest {
   // A member of the stored PQ document, once what was sent before has been handled.
   double stored(const std::string& path, const char* member) {
     wait_until_taken();
-    const auto query =
-        pqclient::make_document_packet(DocumentCommand::kReadPq, R"([{"path":")" + path + R"("}])");
-    send(*connection_, {reinterpret_cast<const char*>(query.data()), query.size()});
+    send(*connection_, document_packet(1, R"([{"path":")" + path + R"("}])"));
     const std::string bytes = document_reply();
     const auto answer = pqclient::parse_answer(
         {reinterpret_cast<const uint8_t*>(bytes.data()) + sizeof(pqclient::DocumentHeader),

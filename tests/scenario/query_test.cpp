@@ -12,26 +12,18 @@ namespace {
 class Query : public DaemonTest {
  protected:
   // The board's own record, as its store holds it.
-  pq_tuning_info stored_record() {
-    const std::string bytes = board().read("/board/baseparameter/pq_tuning_info");
-    pq_tuning_info record{};
+  template <typename Record = pq_tuning_info>
+  Record stored_record(const char* file = "pq_tuning_info") {
+    const std::string bytes = board().read(std::string("/board/baseparameter/") + file);
+    Record record{};
     EXPECT_EQ(bytes.size(), sizeof(record));
     std::memcpy(&record, bytes.data(), std::min(bytes.size(), sizeof(record)));
     return record;
   }
 };
 
-std::vector<int> table(const cJSON* section, const char* name) {
-  std::vector<int> values;
-  const cJSON* item = nullptr;
-  cJSON_ArrayForEach(item, cJSON_GetObjectItemCaseSensitive(section, name)) {
-    values.push_back(item->valueint);
-  }
-  return values;
-}
-
 template <typename Table>
-std::vector<int> table(const Table& stored) {
+std::vector<int> numbers(const Table& stored) {
   return {std::begin(stored), std::end(stored)};
 }
 
@@ -39,12 +31,12 @@ TEST_F(Query, AnswersWithTheTablesOfTheStore) {
   start_with_documents("tv");
   const pq_tuning_info record = stored_record();
   const auto gamma = client().query_pq("/gamma");
-  EXPECT_EQ(table(gamma.value, "gammaTab_R"), table(record.gamma_tab_r));
-  EXPECT_EQ(table(gamma.value, "gammaTab_G"), table(record.gamma_tab_g));
-  EXPECT_EQ(table(gamma.value, "gammaTab_B"), table(record.gamma_tab_b));
+  EXPECT_EQ(table(gamma.value, "gammaTab_R"), numbers(record.gamma_tab_r));
+  EXPECT_EQ(table(gamma.value, "gammaTab_G"), numbers(record.gamma_tab_g));
+  EXPECT_EQ(table(gamma.value, "gammaTab_B"), numbers(record.gamma_tab_b));
   const auto dci = client().query_pq("/dci");
-  EXPECT_EQ(table(dci.value, "dciWgtCoef_mid"), table(record.dci_wgt_coef_mid));
-  EXPECT_EQ(table(dci.value, "dciWeight_high"), table(record.dci_weight_high));
+  EXPECT_EQ(table(dci.value, "dciWgtCoef_mid"), numbers(record.dci_wgt_coef_mid));
+  EXPECT_EQ(table(dci.value, "dciWeight_high"), numbers(record.dci_weight_high));
 }
 
 TEST_F(Query, AcmTablesOfAVersionTwoStoreAreConverted) {
@@ -75,18 +67,16 @@ TEST_F(Query, AcmTablesOfALaterStoreAreTakenAsTheyAre) {
   start_with_documents("display");
   const pq_tuning_info record = stored_record();
   const auto acm = client().query_pq("/acm");
-  EXPECT_EQ(table(acm.value, "acmTableDeltaYbyH"), table(record.acm_table_delta_y_by_h));
-  EXPECT_EQ(table(acm.value, "acmTableGainHbyY"), table(record.acm_table_gain_h_by_y));
-  EXPECT_EQ(table(acm.value, "acmTableGainSbyS"), table(record.acm_table_gain_s_by_s));
+  EXPECT_EQ(table(acm.value, "acmTableDeltaYbyH"), numbers(record.acm_table_delta_y_by_h));
+  EXPECT_EQ(table(acm.value, "acmTableGainHbyY"), numbers(record.acm_table_gain_h_by_y));
+  EXPECT_EQ(table(acm.value, "acmTableGainSbyS"), numbers(record.acm_table_gain_s_by_s));
 }
 
 TEST_F(Query, OfASharpMemberShowsTheWholeSectionWithDistinctValues) {
   start_with_documents();
   const auto sharp = client().query_pq("/sharp/sharpGainCtrlPos0");
   EXPECT_EQ(cJSON_GetArraySize(sharp.value), 61);
-  const std::string bytes = board().read("/board/baseparameter/pq_sharp_info");
-  pq_sharp_info record{};
-  std::memcpy(&record, bytes.data(), std::min(bytes.size(), sizeof(record)));
+  const auto record = stored_record<pq_sharp_info>("pq_sharp_info");
   const auto value = [&](const char* name) {
     return static_cast<unsigned>(cJSON_GetNumberValue(cJSON_GetObjectItem(sharp.value, name)));
   };
@@ -103,9 +93,7 @@ TEST_F(Query, CarriesTheBoardsPlatformNumber) {
            {"qxt100", 0}, {"qxt200", 1}, {"qxt300", 2}, {"qxt2000", 0}, {"other", 0}}) {
     board::Description description;
     description.platform = platform;
-    power_on(description);
-    put_documents("tv");
-    start_daemon();
+    start_with_documents(description);
     EXPECT_EQ(client().query_pq("/csc").platform, number) << platform;
     EXPECT_EQ(client().query_aipq("/dci").platform, number) << platform;
     board().stop();
@@ -119,9 +107,8 @@ TEST_F(Query, ReplyIsExactToTheByte) {
   board().write(kPqDocument,
                 R"({"pq_tuning_param":{"csc":{"name":"n","cscEnable":1,"cscHue":300,"x":2}}})");
   start_daemon();
-  const std::string request = R"([{"path":"/csc","extra":[1]}])";
   auto connection = connect();
-  send(connection, header(1, static_cast<uint32_t>(request.size())) + request + "0000");
+  send(connection, document_packet(1, R"([{"path":"/csc","extra":[1]}])"));
 
   const std::string text =
       "{\n\t\"path\":\t\"/csc\",\n\t\"extra\":\t[1],\n\t\"value\":\t{\n\t\t\"name\":\t\"n\",\n"
@@ -145,8 +132,7 @@ TEST_F(Query, AipqTablesAreAnsweredWholeAndOtherPathsWithTheRequest) {
 TEST_F(Query, OfAnUnknownSectionGetsNoAnswerAndTheNextOneDoes) {
   start_with_documents();
   auto connection = connect();
-  const std::string request = R"([{"path":"/unknown"}])";
-  send(connection, header(1, static_cast<uint32_t>(request.size())) + request + "0000");
+  send(connection, document_packet(1, R"([{"path":"/unknown"}])"));
   EXPECT_EQ(receive(connection, 1, std::chrono::milliseconds(500)), "");
   EXPECT_TRUE(serves());
 }

@@ -11,6 +11,13 @@ namespace {
 
 class Screen : public ScreenTest {};
 
+std::string list_of(int count, int first, int step = 0) {
+  std::string list = "[" + std::to_string(first);
+  for (int i = 1; i < count; ++i)
+    list += "," + std::to_string(first + i * step);
+  return list + "]";
+}
+
 // The low-latency path redraws before it sets the controls: only the display device's own immediacy
 // makes them visible.
 TEST_F(Screen, ControlsOfLowLatencyModeMoveThePictureAsTheyAreNamed) {
@@ -24,38 +31,29 @@ TEST_F(Screen, ControlsOfLowLatencyModeMoveThePictureAsTheyAreNamed) {
   EXPECT_GT(settled_means().chroma, bright.chroma * 1.1);
 }
 
-TEST_F(Screen, MoreRedGainIsWarmer) {
-  start_with_documents();
-  change(R"({"op":"replace","path":"/csc/cscRGain","value":200})");
-  const Means before = settled_means();
-  change(R"({"op":"replace","path":"/csc/cscRGain","value":256})");
-  const Means after = settled_means();
-  EXPECT_GT(after.red / after.blue, before.red / before.blue * 1.1);
-  EXPECT_NEAR(after.green, before.green, 0.001);
-  EXPECT_NEAR(after.blue, before.blue, 0.001);
-}
-
 TEST_F(Screen, AGammaTableIsSeenWithoutARedraw) {
   start_with_documents();
   change(R"({"op":"replace","path":"/gamma/gammaTab_G/0","value":0})");
   const Means before = settled_means();
-  std::string darker;
-  for (int i = 0; i < 1024; ++i)
-    darker += (i == 0 ? "" : ",") + std::to_string(i * 32);
-  change(R"({"op":"replace","path":"/gamma/gammaTab_G","value":[)" + darker + "]}");
+  change(R"({"op":"replace","path":"/gamma/gammaTab_G","value":)" + list_of(1024, 0, 32) + "}");
   const Means after = settled_means();
   EXPECT_NEAR(after.green, before.green / 2, 0.05);
   EXPECT_EQ(after.red, before.red);
   EXPECT_TRUE(board().calls().empty());
 }
 
-TEST_F(Screen, ADciChangeComputesATableThatIsSeen) {
+TEST_F(Screen, ADciOrAcmChangeComputesATableThatIsSeen) {
   start_with_documents();
   change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
   EXPECT_TRUE(soon([this] { return on_screen().lut.has_value(); }));
   const Means before = means();
   change(R"({"op":"replace","path":"/dci/dciWgtCoef_mid/16","value":1000})");
   EXPECT_TRUE(soon([&] { return means().luma() > before.luma() + 0.005; }));
+  change(R"({"op":"replace","path":"/acm/satGain","value":0})");
+  const double plain = means().chroma;
+  change(R"({"op":"replace","path":"/acm/acmTableDeltaSbyH","value":)" + list_of(65, 200) + "}");
+  change(R"({"op":"replace","path":"/acm/satGain","value":1023})");
+  EXPECT_TRUE(soon([&] { return means().chroma > plain * 1.1; }));
   std::istringstream cube(board().read("/data/lut_0.cube"));
   int rows = 0;
   for (std::string line; std::getline(cube, line);)

@@ -48,7 +48,7 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
   }
   void redraws_after_a_change() {
     start_with_documents();
-    send_and_hold(document(0, R"([{"op":"replace","path":"/csc/cscHue","value":5}])"));
+    send_and_hold(document_packet(0, R"([{"op":"replace","path":"/csc/cscHue","value":5}])"));
     EXPECT_TRUE(board().wait_for_log("LOW_LATENCY"));
   }
   void leaves_pattern_mode() {
@@ -75,7 +75,7 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
   void answers_a_client_that_does_not_read() {
     start_with_documents();
     held_.push_back(connect());
-    const std::string query = document(3, R"([{"path":"/acm"}])");
+    const std::string query = document_packet(3, R"([{"path":"/acm"}])");
     for (size_t taken = 0; taken < 200; ++taken) {
       send(held_.back(), query);
       if (!comes_true([&] { return received_chunks() > taken; })) return;
@@ -100,9 +100,6 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
   }
 
  private:
-  static std::string document(uint32_t command, const std::string& text) {
-    return header(command, static_cast<uint32_t>(text.size())) + text + "0000";
-  }
   void send_and_hold(const std::string& bytes) {
     held_.push_back(connect());
     send(held_.back(), bytes);

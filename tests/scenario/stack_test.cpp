@@ -14,7 +14,7 @@ class SmallStack : public DaemonTest {
   }
   static bool answers(uint32_t query, const std::string& text) {
     auto connection = connect();
-    send(connection, header(query, static_cast<uint32_t>(text.size())) + text + "0000");
+    send(connection, document_packet(query, text));
     return !receive(connection, 1, std::chrono::seconds(20)).empty();
   }
 };

@@ -48,20 +48,6 @@ TEST_F(Startup, CreatesBothDocumentsOnANewBoardAfterARedraw) {
   }
 }
 
-TEST_F(Startup, OfAHurriedBoardTakesAFractionOfThat) {
-  power_on("tv", {.hurry = 50});
-  const auto start = std::chrono::steady_clock::now();
-  start_daemon();
-  EXPECT_LT(std::chrono::steady_clock::now() - start, 3s);
-  EXPECT_TRUE(serves());
-}
-
-TEST_F(Startup, WithBothDocumentsStartsAtOnceAndRedrawsNothing) {
-  board::Board& board = start_with_documents();
-  EXPECT_EQ(board.calls().size(), 0U);
-  EXPECT_TRUE(serves());
-}
-
 // Their numbers would be given to the listening socket and to documents.
 TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
   power_on("tv", {.daemon = "/bin/sh", .arguments = {"-c", "exec \"$0\" <&- >&- 2>&-", PQ_DAEMON}});
@@ -70,27 +56,6 @@ TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
   const std::string folder = "/proc/" + std::to_string(board().daemon_pid()) + "/fd/";
   for (const char* descriptor : {"0", "1", "2"})
     EXPECT_EQ(std::filesystem::read_symlink(folder + descriptor), "/dev/null");
-}
-
-TEST_F(Startup, CreatesTheOneDocumentThatIsMissing) {
-  power_on();
-  put_documents("tv");
-  const std::string kept = "{\"pq_tuning_param\":{\"csc\":{\"cscHue\":7}}}";
-  board().write(kPqDocument, kept);
-  std::filesystem::remove(board().file(kAipqDocument));
-  start_daemon();
-  EXPECT_EQ(board().read(kPqDocument), kept);
-  EXPECT_TRUE(std::filesystem::exists(board().file(kAipqDocument)));
-}
-
-TEST_F(Startup, RestoresADocumentWhoseSaveWasCutShort) {
-  power_on();
-  put_documents("tv");
-  const std::string whole = board().read(kPqDocument);
-  board().write("/data/vendor/qxalgo/.pq_config.json.saving", whole);
-  board().write(kPqDocument, whole.substr(0, whole.size() / 2));
-  start_daemon();
-  EXPECT_EQ(board().read(kPqDocument), whole);
 }
 
 TEST_F(Startup, AWrongEnableRtspEndsItBeforeAnythingIsCreated) {
@@ -102,24 +67,6 @@ TEST_F(Startup, AWrongEnableRtspEndsItBeforeAnythingIsCreated) {
   EXPECT_NE(board().log().find("enable_rtsp arg|only equals 0 or 1"), std::string::npos);
   EXPECT_NE(board().log().find("Tool server args parse error."), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(board().file(kPqDocument)));
-}
-
-TEST_F(Startup, EachEndingSignalEndsItWithStatusZero) {
-  for (const int signal : {SIGINT, SIGQUIT, SIGTERM}) {
-    board::Board& board = start_with_documents();
-    const auto idle = connect();
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(board.stop(signal), 0);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 3500ms);
-    EXPECT_NE(board.log().find("signal_handle " + std::to_string(signal)), std::string::npos);
-  }
-}
-
-TEST_F(Startup, SignalsInQuickSuccessionDoNoHarm) {
-  board::Board& board = start_with_documents();
-  for (int i = 0; i < 20; ++i)
-    board.signal(i % 2 == 0 ? SIGTERM : SIGINT);
-  EXPECT_EQ(board.stop(SIGQUIT), 0);
 }
 
 // A signal that falls between looking at the flags and waiting would otherwise be lost.

@@ -7,37 +7,12 @@
 
 #include "drm/display_state.h"
 #include "pqclient/target.h"
-#include "scenario/daemon_test.h"
-#include "support/run_pqctl.h"
+#include "scenario/pqctl_on_board.h"
 
 namespace scenario {
 namespace {
 
-class Pqctl : public DaemonTest {
- protected:
-  Pqctl() {
-    setenv("XDG_CONFIG_HOME", home_.path().c_str(), 1);
-    setenv("XDG_STATE_HOME", home_.path().c_str(), 1);
-  }
-  Outcome run(const std::string& arguments) { return run_pqctl(arguments); }
-  void succeed(const std::string& arguments) {
-    const Outcome outcome = run(arguments);
-    ASSERT_EQ(outcome.status, 0) << arguments << '\n' << outcome.errors;
-  }
-  // Both documents without the layout of their text, which a change to AI scenes makes anew.
-  std::string stored() {
-    return pqclient::print_json(*pqclient::parse_json(board().read(kPqDocument))) +
-           pqclient::print_json(*pqclient::parse_json(board().read(kAipqDocument)));
-  }
-  // As the display has it, in red.
-  uint16_t shown_gamma(size_t index) {
-    return board::read_display_state(board().file("/board")).connectors.at(0).gamma.red.at(index);
-  }
-  std::string file(const char* name) { return (home_.path() / name).string(); }
-
- private:
-  TemporaryFolder home_;
-};
+class Backup : public PqctlOnBoard {};
 
 // A value somewhere in the section that is another one than before.
 std::string random_assignment(const pqclient::Target& section, std::mt19937& random) {
@@ -53,10 +28,10 @@ std::string random_assignment(const pqclient::Target& section, std::mt19937& ran
   return target.text() + "=" + std::to_string(value) + " ";
 }
 
-TEST_F(Pqctl, BringsBothDocumentsBackAlsoAfterAnInterruption) {
+TEST_F(Backup, BringsBothDocumentsBackAlsoAfterAnInterruption) {
   start_with_documents();
   const std::string before = stored();
-  succeed("backup " + file("kept.json"));
+  output_of("backup " + file("kept.json"));
   EXPECT_EQ(run("backup " + file("kept.json")).status, 7);  // never over another one
 
   std::mt19937 random(20261121);
@@ -64,7 +39,7 @@ TEST_F(Pqctl, BringsBothDocumentsBackAlsoAfterAnInterruption) {
   const auto sections = pqclient::sections_in_writing_order();
   for (size_t i = 0; i < 10; ++i)
     changes += random_assignment(sections[i % sections.size()], random);
-  succeed("set " + changes);
+  output_of("set " + changes);
   EXPECT_NE(stored(), before) << changes;
   EXPECT_EQ(run("diff " + file("kept.json")).status, 8);
 
@@ -85,24 +60,25 @@ TEST_F(Pqctl, BringsBothDocumentsBackAlsoAfterAnInterruption) {
             std::string::npos);
   EXPECT_NE(stored(), before);
 
-  succeed("restore " + file("kept.json"));
+  output_of("restore " + file("kept.json"));
   EXPECT_EQ(stored(), before) << changes;
   EXPECT_EQ(run("diff " + file("kept.json")).status, 0);
 }
 
 // The board loads changed tables without the gains of csc.
-TEST_F(Pqctl, ShowsNewGammaTablesWithTheGains) {
+TEST_F(Backup, ShowsNewGammaTablesWithTheGains) {
   start_with_documents();
-  succeed("set csc/cscRGain 128");
-  succeed("set gamma/gammaTab_R/512 30000");
-  EXPECT_EQ(shown_gamma(512), 15000);
+  output_of("set csc/cscRGain 128");
+  output_of("set gamma/gammaTab_R/512 30000");
+  const auto display = board::read_display_state(board().file("/board"));
+  EXPECT_EQ(display.connectors.at(0).gamma.red.at(512), 15000);
 }
 
-TEST_F(Pqctl, RestoresOnlyWhatIsSoundAndMeantForTheBoard) {
+TEST_F(Backup, RestoresOnlyWhatIsSoundAndMeantForTheBoard) {
   start_with_documents();
-  succeed("backup " + file("kept.json"));
-  succeed("set csc/cscHue 1 csc/cscContrast 2");
-  succeed("restore --only csc/cscHue " + file("kept.json"));
+  output_of("backup " + file("kept.json"));
+  output_of("set csc/cscHue 1 csc/cscContrast 2");
+  output_of("restore --only csc/cscHue " + file("kept.json"));
   EXPECT_EQ(run("get csc/cscContrast").output, "2\n");
 
   const std::string kept = text_of(file("kept.json"));
