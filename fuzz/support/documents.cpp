@@ -97,6 +97,23 @@ void write_file(const char* path, std::string_view content) {
   require(written == static_cast<ssize_t>(content.size()), "a file can be written");
 }
 
+bool put(const char* path, char kind, std::string_view content, const char* elsewhere) {
+  std::filesystem::remove_all(path);
+  switch (kind) {
+    case 'f':
+      write_file(path, content);
+      return true;
+    case 'd':
+      return mkdir(path, 0700) == 0;
+    case 'p':
+      return mkfifo(path, 0600) == 0;
+    case 'l':
+      return symlink(elsewhere, path) == 0;
+    default:
+      return false;
+  }
+}
+
 void require_sound_documents() {
   for_each_other_file(
       [](const std::string& /*path*/) { require(false, "nothing is left beside the documents"); });

@@ -17,6 +17,10 @@ void put_documents();
 std::string read_file(const char* path);
 void write_file(const char* path, std::string_view content);
 
+// Puts what an input names in the place of what is at a path: 'f' a file, 'd' a folder, 'p' a pipe,
+// 'l' a link to `elsewhere`, else nothing. False when there is nothing then.
+bool put(const char* path, char kind, std::string_view content, const char* elsewhere);
+
 // Fails unless both documents can be read, nothing but them is in their folder, and the PQ document
 // is what the tables say: loading and saving it again would change nothing.
 void require_sound_documents();

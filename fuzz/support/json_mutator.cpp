@@ -23,28 +23,10 @@ constexpr std::array kKeys = {
     "op",          "path", "from", "value", "platform", "toolversion", "pq_tuning_param",
     "@four_index", "list"};
 constexpr std::array kSteps = {"", "-", "0", "1", "2", "3", "-1", "01", "~0", "~1", "4294967296"};
-constexpr std::array kValues = {"0",
-                                "-1",
-                                "1",
-                                "255",
-                                "300",
-                                "65535",
-                                "65536",
-                                "2147483648",
-                                "-2147483649",
-                                "1e19",
-                                "-1e300",
-                                "0.5",
-                                "null",
-                                "true",
-                                "\"\"",
-                                "\"x\"",
-                                "\"LOW_LATENCY_MODE\"",
-                                "[]",
-                                "{}",
-                                "[1,2,3,4]",
-                                "[[1],[2]]",
-                                "{\"op\":\"remove\"}"};
+// At the edges of types, and of every kind.
+constexpr std::string_view kValues =
+    R"([0, -1, 1, 255, 300, 65535, 65536, 2147483648, -2147483649, 1e19, -1e300, 0.5, null, true, "",
+        "x", "LOW_LATENCY_MODE", [], {}, [1,2,3,4], [[1],[2]], {"op":"remove"}])";
 
 template <typename List>
 auto pick(const List& list, Random& random) {
@@ -74,7 +56,10 @@ JsonPtr random_value(const char* key, Random& random) {
       return JsonPtr(cJSON_CreateString(random_path(random).c_str()));
     }
   }
-  return pq::parse_json(pick(kValues, random));
+  static const JsonPtr values = pq::parse_json(kValues);
+  const auto count = static_cast<unsigned>(cJSON_GetArraySize(values.get()));
+  const cJSON* value = cJSON_GetArrayItem(values.get(), static_cast<int>(random() % count));
+  return JsonPtr(cJSON_Duplicate(value, true));
 }
 
 struct Place {

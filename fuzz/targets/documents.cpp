@@ -4,7 +4,6 @@
 //     f a file, d a folder, p a pipe, l a link to a file that is missing, else nothing
 //   their contents, a line each
 //   the base-parameter records' bytes, to the end
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -26,22 +25,6 @@ namespace {
 
 constexpr char kElsewhere[] = "/data/elsewhere";
 constexpr char kSideFile[] = "/data/vendor/qxalgo/.pq_config.json.saving";
-
-void put(const char* path, char kind, std::string_view content) {
-  std::filesystem::remove_all(path);
-  switch (kind) {
-    case 'f':
-      return fuzz::write_file(path, content);
-    case 'd':
-      return fuzz::require(mkdir(path, 0700) == 0, "a folder is made");
-    case 'p':
-      return fuzz::require(mkfifo(path, 0600) == 0, "a pipe is made");
-    case 'l':
-      return fuzz::require(symlink(kElsewhere, path) == 0, "a link is made");
-    default:
-      return;
-  }
-}
 
 bool exists(const char* path) {
   return access(path, F_OK) == 0;
@@ -107,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::array paths = {pq::kPqDocument, static_cast<const char*>(kSideFile),
                             pq::kAipqDocument};
   for (size_t i = 0; i < paths.size(); ++i)
-    put(paths[i], i < kinds.size() ? kinds[i] : ' ', input.line());
+    fuzz::put(paths[i], i < kinds.size() ? kinds[i] : ' ', input.line(), kElsewhere);
   fuzz::fill_parameters(input.rest());
   {
     const fuzz::NoDescriptorLeft check;

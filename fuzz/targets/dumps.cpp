@@ -5,8 +5,6 @@
 //   what is there, by its first character: f a file, s one of 16 TiB, l a link to the secret,
 //     d a folder, p a pipe, else nothing
 //   the file's bytes, to the end
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -40,22 +38,11 @@ bool can_be_made(const std::string& path) {
          !std::filesystem::exists(path);
 }
 
-int make(const char* path, char kind, std::string_view content) {
+bool make(const char* path, char kind, std::string_view content) {
   constexpr off_t kHuge = off_t{1} << 44;
-  switch (kind) {
-    case 'l':
-      return symlink(kSecret, path);
-    case 'd':
-      return mkdir(path, 0700);
-    case 'p':
-      return mkfifo(path, 0600);
-    case 'f':
-    case 's':
-      fuzz::write_file(path, content);
-      return kind == 's' ? truncate(path, kHuge) : 0;
-    default:
-      return -1;
-  }
+  const bool sparse = kind == 's';
+  const bool made = fuzz::put(path, sparse ? 'f' : kind, content, kSecret);
+  return sparse ? truncate(path, kHuge) == 0 : made;
 }
 
 void ask_for_dump(char side) {
@@ -77,8 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view content = input.rest();
 
   make_traps();
-  const bool made =
-      can_be_made(path) && make(path.c_str(), kind.empty() ? ' ' : kind[0], content) == 0;
+  const bool made = can_be_made(path) && make(path.c_str(), kind.empty() ? ' ' : kind[0], content);
   in_process::platform.properties[kPathProperty] = path;
   {
     const fuzz::NoDescriptorLeft check;

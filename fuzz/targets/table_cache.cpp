@@ -1,13 +1,10 @@
-// The table cache. Input: what the file is (a character: l a link, d a folder, p a pipe, r the
+// The table cache. Input: what the file is (a character: l a link, d a folder, p a pipe, f the
 // bytes that follow, else a good cache with changes), and for the last: its size (two bytes), then
 // three bytes a change: where, and what is flipped there. Whatever is found, the tables are the
 // right ones and the file is a good cache the next time, or stays as it was.
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <span>
 #include <string>
 
@@ -50,20 +47,9 @@ std::string changed_cache(std::string_view changes) {
 }
 
 void put_cache(char kind, std::string_view rest) {
-  std::filesystem::remove_all(kCache);
-  switch (kind) {
-    case 'l':
-      fuzz::write_file(kElsewhere, rest);
-      return fuzz::require(symlink(kElsewhere, kCache) == 0, "a link is made");
-    case 'd':
-      return fuzz::require(mkdir(kCache, 0700) == 0, "a folder is made");
-    case 'p':
-      return fuzz::require(mkfifo(kCache, 0600) == 0, "a pipe is made");
-    case 'r':
-      return fuzz::write_file(kCache, rest);
-    default:
-      return fuzz::write_file(kCache, changed_cache(rest));
-  }
+  if (kind == 'l') fuzz::write_file(kElsewhere, rest);
+  if (fuzz::put(kCache, kind, rest, kElsewhere)) return;
+  fuzz::write_file(kCache, changed_cache(rest));
 }
 
 template <typename Record>

@@ -1,6 +1,5 @@
 // One request of each kind that a client can send.
 #include <array>
-#include <cstring>
 #include <exception>
 #include <string_view>
 
@@ -9,35 +8,33 @@
 #include "faults/captured_reply.h"
 #include "faults/subject.h"
 #include "netserver/tcp_server.h"
-#include "qxaiq/command_packet.h"
-#include "qxaiq/document_packet.h"
+#include "pqclient/packets.h"
 #include "qxaiq/qxaiq_protocol.h"
 
 namespace faults {
 namespace {
 
-std::string command(uint16_t number, std::string_view arguments) {
-  CommandData_t packet{};
-  std::memcpy(packet.QXID, pq::kRequestMagic.data(), sizeof(packet.QXID));
-  packet.cmdID = number;
-  std::memcpy(packet.dat, arguments.data(), arguments.size());
-  return {reinterpret_cast<const char*>(&packet), sizeof(packet)};
+using pqclient::Command;
+using pqclient::DocumentCommand;
+
+std::string text_of(const pqclient::Bytes& packet) {
+  return {packet.begin(), packet.end()};
 }
 
-std::string document(uint32_t command, const std::string& text) {
-  pq::DocumentHeader header{};
-  header.magic = pq::kDocumentMagic;
-  header.command = command;
-  header.data_length = static_cast<uint32_t>(text.size());
-  return std::string(reinterpret_cast<const char*>(&header), sizeof(header)) + text + "0000";
+std::string command(Command number, const pqclient::Bytes& arguments) {
+  return text_of(make_command_packet(number, arguments));
 }
 
-std::string query(uint32_t command, const char* path) {
+std::string document(DocumentCommand command, const std::string& text) {
+  return text_of(make_document_packet(command, text));
+}
+
+std::string query(DocumentCommand command, const char* path) {
   return document(
       command, "[{\"path\":\"" + std::string(path) + "\",\"toolversion\":\"1\",\"platform\":7}]");
 }
 
-std::string change(uint32_t command, const std::string& operation) {
+std::string change(DocumentCommand command, const std::string& operation) {
   return document(command, "[" + operation + "]");
 }
 
@@ -64,7 +61,7 @@ std::string table_of(const char* number, int count) {
 
 // What an interrupted document has left would garble the next one.
 void empty_collection() {
-  receive(document(pq::kWritePq, std::string(10'000, ' ')));
+  receive(document(DocumentCommand::kWritePq, std::string(10'000, ' ')));
   receive("stray");
 }
 
@@ -78,8 +75,8 @@ void put_dump() {
 
 std::vector<Subject> requests(const Stored& first) {
   const std::string many_values =
-      change(pq::kWritePq, R"({"op":"replace","path":"/gamma/gammaTab_R","value":)" +
-                               table_of("4095", 2000) + "}");
+      change(DocumentCommand::kWritePq, R"({"op":"replace","path":"/gamma/gammaTab_R","value":)" +
+                                            table_of("4095", 2000) + "}");
   const std::string operations =
       R"({"op":"test","path":"/gamma/gammaEnable","value":1},{"op":"add","path":"/x","value":{"y":[1]}},)"
       R"({"op":"copy","from":"/x","path":"/z"},{"op":"add","path":"/z/y/0","value":2},)"
@@ -96,39 +93,42 @@ std::vector<Subject> requests(const Stored& first) {
     };
     subject.run = [=] { return receive(packet); };
     subject.serves_afterwards = [] {
-      const bool answers = !receive(query(pq::kReadPq, "/csc")).empty() &&
-                           !receive(query(pq::kReadAipq, "/dci")).empty();
+      const bool answers = !receive(query(DocumentCommand::kReadPq, "/csc")).empty() &&
+                           !receive(query(DocumentCommand::kReadAipq, "/dci")).empty();
       return std::string(answers ? "" : "no answer to a query afterwards");
     };
     return subjects.emplace_back(std::move(subject));
   };
 
-  add("pq-query", query(pq::kReadPq, "/csc"));
-  add("pq-query-tables", query(pq::kReadPq, "/gamma"));
-  add("aipq-query", query(pq::kReadAipq, "/dci"));
-  add("pq-change",
-      change(pq::kWritePq, R"({"op":"replace","path":"/csc/cscHue","value":9,"platform":1})"));
+  add("pq-query", query(DocumentCommand::kReadPq, "/csc"));
+  add("pq-query-tables", query(DocumentCommand::kReadPq, "/gamma"));
+  add("aipq-query", query(DocumentCommand::kReadAipq, "/dci"));
+  add("pq-change", change(DocumentCommand::kWritePq,
+                          R"({"op":"replace","path":"/csc/cscHue","value":9,"platform":1})"));
   add("pq-change-low-latency",
-      change(pq::kWritePq, R"({"op":"replace","path":"/csc/cscMode","value":"LOW_LATENCY_MODE"})"));
-  add("pq-change-gamma",
-      change(pq::kWritePq, R"({"op":"replace","path":"/gamma/gammaTab_R","value":[7,8,9]})"));
+      change(DocumentCommand::kWritePq,
+             R"({"op":"replace","path":"/csc/cscMode","value":"LOW_LATENCY_MODE"})"));
+  add("pq-change-gamma", change(DocumentCommand::kWritePq,
+                                R"({"op":"replace","path":"/gamma/gammaTab_R","value":[7,8,9]})"));
   add("pq-change-lut",
-      change(pq::kWritePq, R"({"op":"replace","path":"/dci/dciEnable","value":0})"));
-  add("pq-operations", change(pq::kWritePq, operations));
+      change(DocumentCommand::kWritePq, R"({"op":"replace","path":"/dci/dciEnable","value":0})"));
+  add("pq-operations", change(DocumentCommand::kWritePq, operations));
   Subject& large = add("pq-large-document", many_values, empty_collection);
   large.serves_afterwards = [serves = large.serves_afterwards] {
     empty_collection();
     return serves();
   };
-  add("aipq-change", change(pq::kWriteAipq, R"({"op":"add","path":"/acm/0/lumGain","value":5})"));
-  add("aipq-operations", change(pq::kWriteAipq, operations + R"(,{"path":"/acm"})"));
-  add("pattern", command(pq::kCommandPattern, "\xFF\x80\x01"));
-  const std::string enter = command(pq::kCommandPatternMode, "\x80");
+  add("aipq-change",
+      change(DocumentCommand::kWriteAipq, R"({"op":"add","path":"/acm/0/lumGain","value":5})"));
+  add("aipq-operations", change(DocumentCommand::kWriteAipq, operations + R"(,{"path":"/acm"})"));
+  add("pattern", command(Command::kPattern, {0xFF, 0x80, 1}));
+  const std::string enter = command(Command::kPatternMode, {pqclient::kFlagFirst});
   add("pattern-mode-enter", enter);
-  add("pattern-mode-leave", command(pq::kCommandPatternMode, "\x81"), [enter] { receive(enter); });
-  add("dump-input", command(pq::kCommandDump, "\x80"), put_dump).any_bytes = true;
-  add("dump-output", command(pq::kCommandDump, "\x81"), put_dump).any_bytes = true;
-  add("unknown-command", command(9, ""));
+  add("pattern-mode-leave", command(Command::kPatternMode, {pqclient::kFlagSecond}),
+      [enter] { receive(enter); });
+  add("dump-input", command(Command::kDump, {pqclient::kFlagFirst}), put_dump).any_bytes = true;
+  add("dump-output", command(Command::kDump, {pqclient::kFlagSecond}), put_dump).any_bytes = true;
+  add("unknown-command", command(Command{9}, {}));
   return subjects;
 }
 

@@ -2,10 +2,10 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "document_creators.h"
 #include "qxaiq/document_file.h"
+#include "support/temporary_folder.h"
 
 namespace faults {
 namespace {
@@ -13,15 +13,10 @@ namespace {
 constexpr const char* kSideFiles[] = {"/data/vendor/qxalgo/.pq_config.json.saving",
                                       "/data/vendor/qxalgo/.aipq_config.json.saving"};
 
-std::string read_file(const char* path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 void put(const char* path, const std::string& text) {
   if (text.empty()) {
     std::filesystem::remove(path);
-  } else if (read_file(path) != text) {
+  } else if (text_of(path) != text) {
     write_file(path, text);
   }
 }
@@ -56,7 +51,7 @@ Stored whole_documents() {
 }
 
 Stored stored() {
-  return {read_file(pq::kPqDocument), read_file(pq::kAipqDocument)};
+  return {text_of(pq::kPqDocument), text_of(pq::kAipqDocument)};
 }
 
 void store(const Stored& documents) {

@@ -41,7 +41,31 @@ ssize_t allowed(Call call, size_t size) {
 
 }  // namespace
 
+// One call a line that fails or is passed on: its parameters, and how they are passed.
+#define WRAPPED(call, result, name, parameters, arguments) \
+  result __real_##name parameters;                         \
+  result __wrap_##name parameters {                        \
+    return fails(call) ? -1 : __real_##name arguments;     \
+  }
+
 extern "C" {
+
+WRAPPED(Call::kStatus, int, stat, (const char* path, struct stat* status), (path, status))
+WRAPPED(Call::kStatus, int, lstat, (const char* path, struct stat* status), (path, status))
+WRAPPED(Call::kStatus, int, fstat, (int file, struct stat* status), (file, status))
+WRAPPED(Call::kStatus, int, access, (const char* path, int mode), (path, mode))
+WRAPPED(Call::kSeek, off_t, lseek, (int file, off_t offset, int from), (file, offset, from))
+WRAPPED(Call::kRemove, int, unlink, (const char* path), (path))
+WRAPPED(Call::kRemove, int, remove, (const char* path), (path))
+WRAPPED(Call::kReceive, ssize_t, recvfrom,
+        (int socket, void* bytes, size_t size, int flags, sockaddr* from, socklen_t* length),
+        (socket, bytes, size, flags, from, length))
+WRAPPED(Call::kAccept, int, accept4, (int socket, sockaddr* from, socklen_t* length, int flags),
+        (socket, from, length, flags))
+WRAPPED(Call::kSocket, int, socket, (int family, int type, int protocol), (family, type, protocol))
+WRAPPED(Call::kSocket, int, bind, (int socket, const sockaddr* address, socklen_t length),
+        (socket, address, length))
+WRAPPED(Call::kSocket, int, listen, (int socket, int backlog), (socket, backlog))
 
 int __real_open(const char* path, int flags, ...);
 int __wrap_open(const char* path, int flags, ...) {
@@ -56,23 +80,6 @@ int __wrap_open(const char* path, int flags, ...) {
 // As fortified programs call it.
 int __wrap___open_2(const char* path, int flags) {
   return __wrap_open(path, flags);
-}
-
-int __real_stat(const char* path, struct stat* status);
-int __wrap_stat(const char* path, struct stat* status) {
-  return fails(Call::kStatus) ? -1 : __real_stat(path, status);
-}
-int __real_lstat(const char* path, struct stat* status);
-int __wrap_lstat(const char* path, struct stat* status) {
-  return fails(Call::kStatus) ? -1 : __real_lstat(path, status);
-}
-int __real_fstat(int file, struct stat* status);
-int __wrap_fstat(int file, struct stat* status) {
-  return fails(Call::kStatus) ? -1 : __real_fstat(file, status);
-}
-int __real_access(const char* path, int mode);
-int __wrap_access(const char* path, int mode) {
-  return fails(Call::kStatus) ? -1 : __real_access(path, mode);
 }
 
 ssize_t __real_read(int file, void* bytes, size_t size);
@@ -100,25 +107,11 @@ int __wrap_fsync(int /*file*/) {
   return fails(Call::kSync) ? -1 : 0;
 }
 
-off_t __real_lseek(int file, off_t offset, int from);
-off_t __wrap_lseek(int file, off_t offset, int from) {
-  return fails(Call::kSeek) ? -1 : __real_lseek(file, offset, from);
-}
-
 // As Linux does, the descriptor is given back also when closing fails.
 int __real_close(int file);
 int __wrap_close(int file) {
   const int result = __real_close(file);
   return fails(Call::kClose) ? -1 : result;
-}
-
-int __real_unlink(const char* path);
-int __wrap_unlink(const char* path) {
-  return fails(Call::kRemove) ? -1 : __real_unlink(path);
-}
-int __real_remove(const char* path);
-int __wrap_remove(const char* path) {
-  return fails(Call::kRemove) ? -1 : __real_remove(path);
 }
 
 ssize_t __real_sendto(int socket, const void* bytes, size_t size, int flags, const sockaddr* to,
@@ -129,31 +122,6 @@ ssize_t __wrap_sendto(int socket, const void* bytes, size_t size, int flags, con
   if (most < 0) return -1;
   if (socket == faults::kCaptured) return faults::capture(bytes, static_cast<size_t>(most));
   return __real_sendto(socket, bytes, static_cast<size_t>(most), flags, to, length);
-}
-
-ssize_t __real_recvfrom(int socket, void* bytes, size_t size, int flags, sockaddr* from,
-                        socklen_t* length);
-ssize_t __wrap_recvfrom(int socket, void* bytes, size_t size, int flags, sockaddr* from,
-                        socklen_t* length) {
-  return fails(Call::kReceive) ? -1 : __real_recvfrom(socket, bytes, size, flags, from, length);
-}
-
-int __real_accept4(int socket, sockaddr* from, socklen_t* length, int flags);
-int __wrap_accept4(int socket, sockaddr* from, socklen_t* length, int flags) {
-  return fails(Call::kAccept) ? -1 : __real_accept4(socket, from, length, flags);
-}
-
-int __real_socket(int family, int type, int protocol);
-int __wrap_socket(int family, int type, int protocol) {
-  return fails(Call::kSocket) ? -1 : __real_socket(family, type, protocol);
-}
-int __real_bind(int socket, const sockaddr* address, socklen_t length);
-int __wrap_bind(int socket, const sockaddr* address, socklen_t length) {
-  return fails(Call::kSocket) ? -1 : __real_bind(socket, address, length);
-}
-int __real_listen(int socket, int backlog);
-int __wrap_listen(int socket, int backlog) {
-  return fails(Call::kSocket) ? -1 : __real_listen(socket, backlog);
 }
 
 // The server's receive time-outs bound how long it takes to end; they are seconds otherwise.

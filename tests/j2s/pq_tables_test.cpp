@@ -4,6 +4,7 @@
 #include <cmath>
 #include <thread>
 
+#include "tests/j2s/configuration_texts.h"
 #include "tests/j2s/synthetic.h"
 
 namespace j2s_test {
@@ -19,18 +20,6 @@ class PqTables : public testing::Test {
 
   j2s_ctx ctx_ = {};
 };
-
-void for_each_text(pq_config& config, const std::function<void(char*&)>& action) {
-  pq_tuning_param& pq = config.pq_tuning_param;
-  for (char** text : {&pq.csc.name, &pq.csc.cscMode, &pq.dci.name, &pq.acm.name, &pq.gamma.name,
-                      &pq.sharp.name}) {
-    action(*text);
-  }
-  for (struct dci& scene : config.aipq_tuning_param.dci)
-    action(scene.name);
-  for (struct acm& scene : config.aipq_tuning_param.acm)
-    action(scene.name);
-}
 
 // A configuration in which every byte of every number counts.
 std::unique_ptr<pq_config> patterned_config() {

@@ -2,8 +2,8 @@
 #include <limits>
 #include <random>
 
-#include "j2s/pq_schema.h"
 #include "j2s/saturate.h"
+#include "tests/j2s/configuration_texts.h"
 #include "tests/j2s/synthetic.h"
 
 namespace j2s_test {
@@ -100,15 +100,7 @@ TEST(MakePrintable, KeepsEveryByteOfTheTexts) {
 void fill_at_random(pq_config& record, std::mt19937& random) {
   std::generate_n(reinterpret_cast<unsigned char*>(&record), sizeof record, std::ref(random));
   static char text[] = "any";
-  pq_tuning_param& pq = record.pq_tuning_param;
-  for (char** pointer : {&pq.csc.name, &pq.csc.cscMode, &pq.dci.name, &pq.acm.name, &pq.gamma.name,
-                         &pq.sharp.name}) {
-    *pointer = random() % 2 == 0 ? text : nullptr;
-  }
-  for (dci& scene : record.aipq_tuning_param.dci)
-    scene.name = text;
-  for (acm& scene : record.aipq_tuning_param.acm)
-    scene.name = text;
+  for_each_text(record, [&](char*& pointer) { pointer = random() % 2 == 0 ? &text[0] : nullptr; });
 }
 
 TEST(StructToPrintable, PrintsAsTheRealTree) {

@@ -48,14 +48,6 @@ TEST(DocumentCollectionTest, PutsALargeDocumentTogetherHoweverItIsCut) {
   }
 }
 
-TEST(DocumentCollectionTest, TellsThePqDocumentFromTheAipqOne) {
-  DocumentCollection collection;
-  collection.start(true, 2, "ab");
-  EXPECT_EQ(collection.add("0000").kind, Kind::kAipq);
-  collection.start(false, 2, "cd");
-  EXPECT_EQ(collection.add("0000").kind, Kind::kPq);
-}
-
 TEST(DocumentCollectionTest, DropsWhatRunsPastTheAnnouncedLength) {
   DocumentCollection collection;
   collection.start(false, 4, "ab");

@@ -1,68 +1,56 @@
 #include "qxaiq/document_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
+
+#include "support/temporary_folder.h"
 
 namespace {
 
-// A document of its own in a folder of its own.
 class DocumentFile : public testing::Test {
  protected:
-  DocumentFile() {
-    std::string pattern = testing::TempDir() + "document.XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-    document_ = folder_ / "pq.json";
-    side_ = folder_ / ".pq.json.saving";
-  }
-  ~DocumentFile() override { std::filesystem::remove_all(folder_); }
+  void write(const std::string& text) const { folder_.write("pq.json", text); }
+  int save(const char* text) const { return pq::save_document(document_.c_str(), text); }
 
-  static void write(const std::string& path, const char* text) { std::ofstream(path) << text; }
-  static std::string read(const std::string& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  // Which file holds what; "-" for none.
+  // What the document holds, and the side file; "-" for one that is missing.
   std::string state() const {
     const auto shown = [](const std::string& path) {
-      return std::filesystem::exists(path) ? read(path) : "-";
+      return std::filesystem::exists(path) ? text_of(path) : "-";
     };
     return shown(document_) + " " + shown(side_);
   }
 
-  std::filesystem::path folder_;
-  std::string document_, side_;
+  TemporaryFolder folder_;
+  std::string document_ = folder_.path() / "pq.json";
+  std::string side_ = folder_.path() / ".pq.json.saving";
 };
 
 TEST_F(DocumentFile, IsReplacedAndLeavesNoSideFile) {
-  write(document_, "{\"a\":1}");
-  EXPECT_EQ(pq::save_document(document_.c_str(), "{}"), 2);
+  write("{\"a\":1}");
+  EXPECT_EQ(save("{}"), 2);
   EXPECT_EQ(state(), "{} -");
 }
 
 TEST_F(DocumentFile, StaysWhenThereIsNothingToSave) {
-  write(document_, "{}");
-  EXPECT_EQ(pq::save_document(document_.c_str(), nullptr), -1);
-  EXPECT_EQ(pq::save_document(document_.c_str(), ""), -1);
+  write("{}");
+  EXPECT_EQ(save(nullptr), -1);
+  EXPECT_EQ(save(""), -1);
   EXPECT_EQ(state(), "{} -");
 }
 
 TEST_F(DocumentFile, StaysWhenTheSideFileCannotBeWritten) {
-  write(document_, "{}");
+  write("{}");
   std::filesystem::create_directory(side_);
-  EXPECT_EQ(pq::save_document(document_.c_str(), "{\"a\":1}"), -1);
-  EXPECT_EQ(read(document_), "{}");
+  EXPECT_EQ(save("{\"a\":1}"), -1);
+  EXPECT_EQ(text_of(document_), "{}");
 }
 
 TEST_F(DocumentFile, KeepsTheSideFileWhenTheDocumentItselfCannotBeWritten) {
   std::filesystem::create_directory(document_);
-  EXPECT_EQ(pq::save_document(document_.c_str(), "{}"), -1);
-  EXPECT_EQ(read(side_), "{}");
+  EXPECT_EQ(save("{}"), -1);
+  EXPECT_EQ(text_of(side_), "{}");
 }
 
 struct Case {
@@ -80,8 +68,8 @@ TEST_F(DocumentFile, IsRestoredOnlyWhenItWasCutShort) {
                             Case{"missing", nullptr, "{\"a\":2}", "- -"},
                             Case{"no side file", "{\"a\":", nullptr, "{\"a\": -"}}) {
     std::filesystem::remove(document_);
-    if (given.document != nullptr) write(document_, given.document);
-    if (given.side != nullptr) write(side_, given.side);
+    if (given.document != nullptr) write(given.document);
+    if (given.side != nullptr) folder_.write(".pq.json.saving", given.side);
     pq::restore_document(document_.c_str());
     EXPECT_EQ(state(), given.after) << given.name;
   }

@@ -6,23 +6,17 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
+
+#include "support/temporary_folder.h"
 
 namespace {
 
 class DumpFile : public testing::Test {
  protected:
-  DumpFile() {
-    std::string pattern = testing::TempDir() + "dump.XXXXXX";
-    folder_ = mkdtemp(pattern.data());
-  }
-  ~DumpFile() override { std::filesystem::remove_all(folder_); }
-
-  std::string file(const char* name, std::string_view content) const {
-    const std::string path = folder_ / name;
-    std::ofstream(path) << content;
-    return path;
+  std::string file(const char* name, const std::string& content) const {
+    folder_.write(name, content);
+    return folder_.path() / name;
   }
   static int info(std::string path) {
     int width = 0;
@@ -31,12 +25,12 @@ class DumpFile : public testing::Test {
     return get_dump_info(path.data(), &width, &height, &format);
   }
 
-  std::filesystem::path folder_;
+  TemporaryFolder folder_;
 };
 
 TEST_F(DumpFile, ThatIsMissingIsTellableFromOneWithAWrongName) {
   EXPECT_EQ(info("/data/vendor/qxalgo/pq_dump_in_1x1.rgb"), -2);
-  EXPECT_EQ(info(folder_ / "missing"), -2);
+  EXPECT_EQ(info(folder_.path() / "missing"), -2);
   EXPECT_EQ(info(file("pq_dump_in_1x1.rgb", "abc")), -1);
 }
 
@@ -59,9 +53,9 @@ TEST_F(DumpFile, ThatIsEmptyIsDeletedAndHasNoSize) {
 
 TEST_F(DumpFile, IsNeverReadThroughALinkNorFromAPipe) {
   const std::string secret = file("secret", "secret");
-  std::string link = folder_ / "link";
+  std::string link = folder_.path() / "link";
   std::filesystem::create_symlink(secret, link);
-  std::string pipe = folder_ / "pipe";
+  std::string pipe = folder_.path() / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   unsigned long size = 0;
   EXPECT_EQ(getPqDumpData(link.data(), &size), nullptr);

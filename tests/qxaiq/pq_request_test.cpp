@@ -17,33 +17,19 @@ std::string print(const cJSON* tree) {
 
 // Whatever stands around it, in it and behind it.
 TEST(PqRequest, TheOperationIsWhatStandsBetweenTheBrackets) {
-  constexpr std::array kPieces = {"[",
-                                  "[",
-                                  "{",
-                                  "{",
-                                  "}",
-                                  "}",
-                                  "]",
-                                  "]",
-                                  "\"a\"",
-                                  "\"path\":",
-                                  "\"p\"",
-                                  ",",
-                                  "1",
-                                  " ",
-                                  "-2e",
-                                  "null",
-                                  "\xEF\xBB\xBF",
-                                  "[{}]",
-                                  "{\"path\":1}",
-                                  "[[]",
-                                  "\\"};
+  constexpr std::string_view kMarks = "[[{{}}]],1 \\";
+  constexpr std::array kWords = {"\"a\"", "\"p\"", "\"path\":", "{\"path\":1}", "[{}]",
+                                 "[[]",   "-2e",   "null",      "\xEF\xBB\xBF"};
   std::mt19937 random(3);
   int parsed = 0;
   for (int i = 0; i < 100'000; ++i) {
     std::string text = random() % 4 == 0 ? "" : "[";
     for (auto pieces = random() % 6; pieces > 0; --pieces)
-      text += kPieces[random() % kPieces.size()];
+      if (random() % 2 == 0) {
+        text += kMarks[random() % kMarks.size()];
+      } else {
+        text += kWords[random() % kWords.size()];
+      }
     if (random() % 4 != 0) text += "]";
     const std::string between = text.size() < 2 ? "" : text.substr(1, text.size() - 2);
     const pq::JsonPtr expected = pq::parse_json(between);
