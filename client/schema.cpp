@@ -158,7 +158,6 @@ constexpr std::array kSharp = {
     u32("AISRFusionCtrlOver_textual"),
     u32("AISRFusionCtrlUnder_textual"),
 };
-static_assert(kCsc.size() + kDci.size() + kAcm.size() + kGamma.size() + kSharp.size() == 100);
 
 constexpr std::array<Section, 5> kSections = {{
     {"csc", kCsc, false},

@@ -1,8 +1,8 @@
 // The table cache: a file that holds a context's bytes and the tables behind it.
 //
 //   offset 0   j2s_ctx    magic, counts, root_struct and flags count; pointers mean nothing here
-//         80   j2s_obj    obj_count of them
-//       9672   j2s_struct struct_count of them, up to the end at 10200
+//         80   j2s_obj    obj_count of them (109, as the schema was first shipped)
+//       9672   j2s_struct struct_count of them, up to the end (then 10200)
 #ifndef J2S_CACHE_H_
 #define J2S_CACHE_H_
 

@@ -1,35 +1,34 @@
 // The tables that are compiled in: those of the picture-quality parameters.
 
+#include <array>
+#include <bit>
+
 #include "j2s/generated_tables.h"
 #include "j2s/pq_schema.h"
 #include "j2s/schema_tables.h"
 
 namespace {
 
-// Caches of one schema are told from those of another by this number. It is fixed for the schema
-// as it stands; a change of any member needs a new one.
-constexpr uint32_t kFingerprint = 115982392;
-
 constexpr auto kTables =
     j2s::make_tables<struct csc, struct dci, struct acm, struct gamma, struct sharp,
                      struct pq_tuning_param, struct aipq_tuning_param, struct pq_config>();
-constexpr int32_t kRootStruct = 7;
+constexpr int32_t kRootStruct = 7;  // pq_config, the last of them
 
-// What tools and stored caches rely on: a member that came, went or moved between structures.
-static_assert(kTables.objs.size() == 109 && kTables.structs.size() == 8);
-constexpr std::array<int16_t, 8> kFirstMembers = {0, 10, 19, 34, 39, 100, 105, 107};
-constexpr std::array<int16_t, 8> kLastMembers = {9, 18, 33, 38, 99, 104, 106, 108};
-static_assert([] {
-  for (size_t i = 0; i < kFirstMembers.size(); ++i) {
-    if (kTables.structs[i].first_obj != kFirstMembers[i]) return false;
-    const auto last = static_cast<size_t>(kLastMembers[i]);
-    if (kTables.objs[last].next_obj != -1) return false;
+// FNV-1a over all bytes of a table.
+template <typename Table>
+constexpr uint32_t checksum(uint32_t sum, const Table& table) {
+  for (const unsigned char byte : std::bit_cast<std::array<unsigned char, sizeof table>>(table)) {
+    sum = (sum ^ byte) * 16777619U;
   }
-  return true;
-}());
-// The cache file: header, members, structures.
-static_assert(sizeof(j2s_ctx) + sizeof kTables.objs == 9672);
-static_assert(sizeof(j2s_ctx) + sizeof kTables.objs + sizeof kTables.structs == 10200);
+  return sum;
+}
+constexpr uint32_t kChecksum = checksum(checksum(2166136261U, kTables.objs), kTables.structs);
+
+// Caches of one schema are told from those of another by this number. The schema that shipped first
+// has its own, which stored caches and tools know; any other one's follows from its members.
+constexpr uint32_t kFirstFingerprint = 115982392;
+constexpr uint32_t kFirstChecksum = 0x536F0FDD;
+constexpr uint32_t kFingerprint = kFirstFingerprint + (kChecksum - kFirstChecksum);
 
 constinit auto working_tables = kTables;
 

@@ -6,13 +6,16 @@
 #include <fstream>
 #include <iterator>
 
+#include "j2s/generated_tables.h"
 #include "tests/j2s/synthetic.h"
 
 namespace j2s_test {
 namespace {
 
 constexpr size_t kObjsInCache = 80;
-constexpr size_t kCacheSize = 10200;
+const auto kMembers = static_cast<int32_t>(j2s::generated_tables().objs.size());
+const size_t kCacheSize = kObjsInCache + j2s::generated_tables().objs.size_bytes() +
+                          j2s::generated_tables().structs.size_bytes();
 
 class Context : public testing::Test {
  protected:
@@ -54,7 +57,8 @@ TEST_F(Context, WithoutCacheTouchesNoFileAndKeepsTheCallersFlags) {
   ctx.emit_desc = ctx.emit_enums = 1;
   j2s_init(&ctx);
   EXPECT_NE(access(path_.c_str(), F_OK), 0);
-  EXPECT_TRUE(ctx.magic == 115982392 && ctx.obj_count == 109 && ctx.struct_count == 8);
+  EXPECT_TRUE(ctx.obj_count == kMembers && ctx.struct_count == 8);
+  EXPECT_EQ(ctx.magic == 115982392, kMembers == 109) << "the schema's fingerprint";
   EXPECT_TRUE(ctx.root_struct == 7 && ctx.owns_data == 1);
   EXPECT_EQ(ctx.data_list, nullptr);
   EXPECT_EQ(ctx.pretty_print + ctx.emit_desc + ctx.emit_enums, 5);
@@ -117,7 +121,7 @@ TEST_F(Context, RebuildsAndRewritesACacheThatIsNotItsOwn) {
     ctx.pretty_print = 1;
     EXPECT_EQ(stderr_of([&] { j2s_init(&ctx); }), "") << damage.name;
     EXPECT_FALSE(uses_cache(ctx)) << damage.name;
-    EXPECT_TRUE(ctx.obj_count == 109 && ctx.root_struct == 7 && ctx.pretty_print == 1);
+    EXPECT_TRUE(ctx.obj_count == kMembers && ctx.root_struct == 7 && ctx.pretty_print == 1);
     j2s_deinit(&ctx);
     EXPECT_EQ(content().substr(kObjsInCache), good.substr(kObjsInCache)) << damage.name;
   }
@@ -130,7 +134,7 @@ TEST_F(Context, FollowsNoLinkAndWaitsForNoPipe) {
   j2s_ctx ctx = {};
   const std::string message = stderr_of([&] { j2s_init(&ctx); });
   EXPECT_NE(message.find("[j2s_read_file]: failed to open: '" + path_ + "'\n"), std::string::npos);
-  EXPECT_EQ(ctx.obj_count, 109);
+  EXPECT_EQ(ctx.obj_count, kMembers);
   struct stat status = {};
   EXPECT_EQ(stat(target.c_str(), &status), 0);
   EXPECT_EQ(status.st_size, 8);
@@ -139,7 +143,7 @@ TEST_F(Context, FollowsNoLinkAndWaitsForNoPipe) {
 
   ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
   (void)stderr_of([&] { j2s_init(&ctx); });
-  EXPECT_EQ(ctx.obj_count, 109);
+  EXPECT_EQ(ctx.obj_count, kMembers);
 }
 
 TEST_F(Context, AbortsOnACachePathItCannotHold) {

@@ -47,7 +47,8 @@ TEST_F(PqTables, ARecordDescribesItsMember) {
                           2,
                           -1,
                           -1};
-  EXPECT_EQ(std::memcmp(&ctx_.obj_table[106], &scenes, sizeof scenes), 0);
+  const int16_t index = ctx_.obj_table[ctx_.struct_table[6].first_obj].next_obj;
+  EXPECT_EQ(std::memcmp(&ctx_.obj_table[index], &scenes, sizeof scenes), 0);
 }
 
 TEST_F(PqTables, AWholeConfigurationSurvivesItsTextInSeveralThreads) {
