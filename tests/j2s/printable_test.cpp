@@ -84,7 +84,7 @@ class RandomJson {
 
 TEST(MakePrintable, KeepsEveryByteOfTheTexts) {
   RandomJson random;
-  for (int i = 0; i < 20'000; ++i) {
+  for (int i = 0; i < 5'000; ++i) {
     const Json tree = own(random.object(4));
     const Json copy = own(cJSON_Duplicate(tree.get(), 1));
     const Texts before = {take(cJSON_Print(tree.get())), print(tree.get())};
@@ -110,7 +110,7 @@ TEST(StructToPrintable, PrintsAsTheRealTree) {
   j2s_ctx context = {};
   j2s_init(&context);
   ::unsetenv("J2S_NO_CACHE");
-  for (int i = 0; i < 20; ++i) {
+  for (int i = 0; i < 5; ++i) {
     fill_at_random(*record, random);
     const Json real = own(j2s_struct_to_json(&context, nullptr, record.get()));
     const Json formatted = own(j2s_struct_to_printable(&context, nullptr, record.get(), true));
