@@ -1,8 +1,8 @@
 // The picture-quality parameters: the in-memory form of the PQ and AIPQ documents.
 //
 // Written once, here: members, their order and their names are those of the JSON documents, and
-// the type tables (pq_tables.cpp) derive from these lines. To add a parameter, add its line here and
-// one to docs/documents.md; the tests named Documents say where the two differ.
+// the type tables (pq_tables.cpp) derive from these lines. To add a parameter, add its line here
+// and one to docs/documents.md; the tests named Documents say where the two differ.
 //
 // Numbers are stored as the tool sends them; nothing here checks ranges. Switches are 0 (off) or
 // 1 (on). Strings are heap copies that belong to the structure's owner once a document was loaded.
