@@ -28,11 +28,12 @@ bool holds_numbers_only(const j2s_ctx& ctx, const Member& array, size_t begin, s
 
 cJSON* find_index(const Member& array, cJSON* parent) {
   const IndexKey key(array);
-  cJSON* index = cJSON_GetObjectItemCaseSensitive(parent, key.text());
-  if (index == nullptr) return nullptr;
-  if (array.record->type == J2S_TYPE_STRING || array.flags == J2S_FLAG_ARRAY) return index;
-  report_warning("_j2s_json_to_obj", "ignoring index for dep types %s", array.name());
-  cJSON_Delete(cJSON_DetachItemViaPointer(parent, index));
+  // Each that does not fit: a second key of the name would seem to be the elements' own.
+  while (cJSON* index = cJSON_GetObjectItemCaseSensitive(parent, key.text())) {
+    if (array.record->type == J2S_TYPE_STRING || array.flags == J2S_FLAG_ARRAY) return index;
+    report_warning("_j2s_json_to_obj", "ignoring index for dep types %s", array.name());
+    cJSON_Delete(cJSON_DetachItemViaPointer(parent, index));
+  }
   return nullptr;
 }
 
