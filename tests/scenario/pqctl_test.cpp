@@ -52,17 +52,15 @@ TEST_F(Pqctl, SetWritesEachSectionOnceAndInJson) {
   EXPECT_EQ(board().calls().size(), 2U) << "a redraw for each";
 }
 
-TEST_F(Pqctl, SetClearsWhatACutOffToolHasLeftInTheBoardsBuffer) {
+TEST_F(Pqctl, AChangeInPiecesClearsWhatACutOffToolHasLeft) {
   {
     auto gone = connect();
     send(gone, header(0, 100'000) + std::string(5'000, ' '));
     wait_until_taken();
   }
-  std::string table = "100";
-  for (int i = 1; i < 845; ++i)
-    table += ",100";
-  output_of("set acm/acmTableGainYbyS " + table);
-  EXPECT_EQ(output_of("get acm/acmTableGainYbyS --json"), "[" + table + "]\n");
+  output_of("gamma --power 1");
+  EXPECT_TRUE(board().wait_for_log("packet error")) << "nothing was in its way";
+  EXPECT_EQ(output_of("get gamma/gammaTab_B/1023"), "65535\n");
 }
 
 TEST_F(Pqctl, SetAndPatchWithAnythingWrongSendNothing) {
