@@ -49,21 +49,6 @@ TEST(GammaCurve, IsClippedAndRaisedUnlessToldOtherwise) {
   EXPECT_EQ(kept.raised, 0);
 }
 
-struct Csv {
-  const char* name;
-  std::string text;
-  double red, blue;  // of the middle, as parts of full scale
-  std::optional<double> full_scale = std::nullopt;
-};
-
-class GammaCsv : public testing::TestWithParam<Csv> {};
-
-TEST_P(GammaCsv, IsRead) {
-  const GammaCurves curves = parse_gamma_csv(GetParam().text, GetParam().full_scale);
-  EXPECT_NEAR((curves[0][511] + curves[0][512]) / 2, GetParam().red, 1e-3);
-  EXPECT_NEAR((curves[2][511] + curves[2][512]) / 2, GetParam().blue, 1e-3);
-}
-
 std::string whole_table() {
   std::string text = "R,G,B\n";
   for (int i = 0; i < 1024; ++i)
@@ -71,16 +56,27 @@ std::string whole_table() {
   return text;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , GammaCsv,
-    testing::Values(Csv{"OneColumnForAll", "0\n0.5\n1\n", 0.5, 0.5},
-                    Csv{"ThreeWithHeadingAndComment", "r;g;b # mine\r\n0;0;0\r\n1;1;0.5\r\n", 0.5,
-                        0.25},
-                    Csv{"InputInCodes", "0 0 0 0\n128 0.5 0 0.25\n256 1 0 1", 0.5, 0.25},
-                    Csv{"SixteenBitCodes", "0,0\n0.5,32768\n1,65535", 0.5, 0.5},
-                    Csv{"TenBitCodes", "0\n1023", 0.5, 0.5, 1023.0},
-                    Csv{"WholeTableUntouched", whole_table(), 511.5 / 65535, 511.5 * 64 / 65535}),
-    [](const auto& parameter) { return parameter.param.name; });
+struct Csv {
+  const char* name;
+  std::string text;
+  double red, blue;  // of the middle, as parts of full scale
+  std::optional<double> full_scale = std::nullopt;
+};
+
+TEST(GammaCsv, IsReadInEveryForm) {
+  for (const auto& [name, text, red, blue, full_scale] : {
+           Csv{"one column for all", "0\n0.5\n1\n", 0.5, 0.5},
+           Csv{"three with heading and comment", "r;g;b # mine\r\n0;0;0\r\n1;1;0.5\r\n", 0.5, 0.25},
+           Csv{"input in codes", "0 0 0 0\n128 0.5 0 0.25\n256 1 0 1", 0.5, 0.25},
+           Csv{"16-bit codes", "0,0\n0.5,32768\n1,65535", 0.5, 0.5},
+           Csv{"10-bit codes", "0\n1023", 0.5, 0.5, 1023.0},
+           Csv{"a whole table", whole_table(), 511.5 / 65535, 511.5 * 64 / 65535},
+       }) {
+    const GammaCurves curves = parse_gamma_csv(text, full_scale);
+    EXPECT_NEAR((curves[0][511] + curves[0][512]) / 2, red, 1e-3) << name;
+    EXPECT_NEAR((curves[2][511] + curves[2][512]) / 2, blue, 1e-3) << name;
+  }
+}
 
 TEST(GammaFile, SaysWhereItMakesNoSense) {
   for (const char* text : {"", "1\n", "a,b\nc,d\n", "0,0,0\n1,1\n", "0,0\n0,1\n", "1 2 3 4 5\n"}) {
