@@ -3,6 +3,7 @@
 #include <cjson/cJSON_Utils.h>
 
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -13,12 +14,14 @@ namespace {
 
 constexpr int kMostOperations = 1'000;
 constexpr size_t kMostItems = 1'000'000;
+constexpr size_t kMostText = size_t{8} * 1024 * 1024;  // bytes of all texts and names together
 constexpr int kMostDepth = 256;  // deeper trees overflow the stacks of those who walk them
 
 // What all operations of a patch may cost together, in items looked at: about a second on a board.
 // The document is locked meanwhile, and a few kilobytes of copies and tests could ask for minutes.
 constexpr size_t kMostSteps = 64'000'000;
 constexpr size_t kStepsToCopy = 16;  // an item
+constexpr size_t kTextInAStep = 64;  // bytes
 
 // Statuses in the patch library's numbering, for what we find before it does.
 constexpr int kNotEqual = 1;
@@ -30,20 +33,32 @@ constexpr int kTooLarge = 8;
 constexpr int kNoDocument = 13;
 constexpr int kNoItem = 13;
 
-// Counts the items below and including `item`; false when there are too many or they nest too deep.
-bool count_items(const cJSON* item, int depth, size_t& items) {
+struct Size {
+  size_t items = 0;
+  size_t text = 0;  // bytes
+};
+
+size_t length_of(const char* text) {
+  return text != nullptr ? std::strlen(text) : 0;
+}
+
+// Counts `item`, those behind it and all below them; false when they are too many, hold too much
+// text or nest too deep.
+bool count_items(const cJSON* item, int depth, Size& size) {
   if (depth > kMostDepth) return false;
   for (; item != nullptr; item = item->next) {
-    if (++items > kMostItems || !count_items(item->child, depth + 1, items)) return false;
+    size.text += length_of(item->string) + length_of(item->valuestring);
+    if (++size.items > kMostItems || size.text > kMostText) return false;
+    if (!count_items(item->child, depth + 1, size)) return false;
   }
   return true;
 }
 
-// Looks at all items once; false when they are too many or nest too deep, or the steps are used up.
+// Looks at all items once; false when they are too large a document, or the steps are used up.
 bool within_limits(const cJSON* document, size_t steps_to_item, size_t& steps_left) {
-  size_t items = 0;
-  if (!count_items(document, 0, items)) return false;
-  const size_t steps = items * steps_to_item;
+  Size size;
+  if (!count_items(document, 0, size)) return false;
+  const size_t steps = (size.items + size.text / kTextInAStep) * steps_to_item;
   if (steps > steps_left) return false;
   steps_left -= steps;
   return true;
@@ -83,6 +98,8 @@ int test(cJSON* document, JsonPtr operation, size_t& steps_left) {
   if (path == nullptr) return kNoPatch;
   const cJSON* tested = cJSONUtils_GetPointer(document, path);
   if (tested == nullptr) return kNotEqual;
+  // Nothing to sort; and a text could be long to copy.
+  if (tested->child == nullptr) return apply_by_library(document, std::move(operation));
   if (!within_limits(tested->child, kStepsToCopy, steps_left)) return kTooLarge;
   JsonPtr root(cJSON_CreateString(""));
   if (!root) throw std::bad_alloc();

@@ -17,8 +17,8 @@ namespace pq {
 // failure it is left half-changed, for the caller to throw away.
 // Returns 0 or the patch library's status of the operation that failed: 2 for one without a path,
 // 4 for a move or copy whose "from" is no text, 8 for more than 1,000 operations, for a document
-// that has grown past 1,000,000 items or a depth of 256, or when the operations together take too
-// long, others as the library numbers them.
+// that has grown past 1,000,000 items, 8 MiB of text or a depth of 256, or when the operations
+// together take too long, others as the library numbers them.
 // Throws std::bad_alloc.
 int apply_patch(JsonPtr& document, JsonPtr patch);
 

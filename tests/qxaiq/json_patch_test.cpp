@@ -113,6 +113,14 @@ TEST(JsonPatchLimits, DoublingByCopyEndsAsFailure) {
   EXPECT_EQ(patch(kDocument, operations).status, 8);
 }
 
+TEST(JsonPatchLimits, CopyingALongTextEndsAsFailure) {
+  const std::string text(1024 * 1024, 'x');
+  std::string operations = R"([{"op":"add","path":"/x/-","value":")" + text + R"("})";
+  for (int i = 1; i < 8; ++i)
+    operations += R"(,{"op":"copy","from":"/x/0","path":"/x/-"})";
+  EXPECT_EQ(patch(R"({"x":[]})", operations + "]").status, 8);  // as there are names, too
+}
+
 TEST(JsonPatchLimits, ManyOperationsOnAHugeDocumentEndAsFailure) {
   std::string operations = R"([{"op":"add","path":"/x","value":[0)";
   for (int i = 1; i < 10'000; ++i)
