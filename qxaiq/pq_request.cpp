@@ -1,6 +1,8 @@
 #include "qxaiq/pq_request.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <string_view>
 
@@ -33,11 +35,28 @@ int number_of(std::string_view platform, int unknown) {
   return unknown;
 }
 
+// A value follows a comma or an opening bracket, and takes two bytes of text with it. In memory it
+// takes forty times as much, and requests of several clients wait there for each other.
+constexpr size_t kMostValues = 1'000'000;
+
+bool holds_too_many_values(std::string_view text) {
+  if (text.size() <= 2 * kMostValues) return false;
+  const auto values = std::count_if(text.begin(), text.end(),
+                                    [](char c) { return c == ',' || c == '[' || c == '{'; });
+  return static_cast<size_t>(values) > kMostValues;
+}
+
 }  // namespace
 
 // The operation is what stands between the text's first and last character. In a patch that is its
 // first element, or begins with it.
-PqRequest::PqRequest(std::string_view text) : patch_(parse_json(text)) {
+PqRequest::PqRequest(std::string_view text) {
+  if (holds_too_many_values(text)) {
+    kProtocolLog.error()("request of %zu bytes dropped: it holds more than %zu values\n",
+                         text.size(), kMostValues);
+    return;
+  }
+  patch_ = parse_json(text);
   if (cJSON_IsArray(patch_.get()) && text[0] == '[') {
     operation_ = patch_->child;
   } else {
@@ -49,7 +68,8 @@ PqRequest::PqRequest(std::string_view text) : patch_(parse_json(text)) {
 }
 
 JsonPtr PqRequest::take_patch() {
-  if (!lone_operation_) operation_ = nullptr;
+  operation_ = nullptr;
+  lone_operation_.reset();
   return std::move(patch_);
 }
 

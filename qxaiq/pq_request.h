@@ -12,15 +12,16 @@ namespace pq {
 
 class PqRequest {
  public:
-  // text: the request with its outer brackets, not terminated. What is no request parses to one
-  // whose path names no section.
+  // text: the request with its outer brackets, not terminated. What is no request, or holds more
+  // than a million values, parses to one whose path names no section.
   explicit PqRequest(std::string_view text);
 
   // Null when nothing could be parsed; else a JSON item, usually the operation object.
   cJSON* operation() const { return operation_; }
 
   // The whole text as a patch, null when it is no JSON. The operation goes with it, so this comes
-  // last; what the path names stays known.
+  // last: a large request must not stay in memory while the display takes its seconds. What the
+  // path names stays known.
   JsonPtr take_patch();
 
   // The member as a text; null when the operation has none, or no text there.
@@ -41,8 +42,8 @@ class PqRequest {
 
  private:
   JsonPtr patch_;
-  JsonPtr lone_operation_;  // of a text that is no patch
-  cJSON* operation_;        // in one of the two
+  JsonPtr lone_operation_;      // of a text that is no patch
+  cJSON* operation_ = nullptr;  // in one of the two
   std::string path_;
 };
 

@@ -41,6 +41,15 @@ TEST(PqRequest, TheOperationIsWhatStandsBetweenTheBrackets) {
   EXPECT_GT(parsed, 10'000);
 }
 
+TEST(PqRequest, OfMoreThanAMillionValuesIsNone) {
+  std::string text = R"([{"path":"/csc","pad":[0)";
+  for (int i = 0; i < 1'000'000; ++i)
+    text += ",0";
+  pq::PqRequest request(text + "]}]");
+  EXPECT_FALSE(request.path_names("csc"));
+  EXPECT_EQ(request.take_patch(), nullptr);
+}
+
 // So a document that is saved needs no reading back.
 TEST(PrintJson, WhatPrintsCanBeReadAgain) {
   const std::string deep = std::string(255, '[') + std::string(255, ']');
