@@ -94,7 +94,7 @@ void serve() {
 
 int main(int argc, char* argv[]) {
   pq::share_one_heap();
-  block_ending_signals();  // before the first line: whoever sees it may send one at once
+  block_signals();  // before the first line: whoever sees it may send one at once
   open_standard_descriptors();
   kDaemonLog.error()("#### PQ tool server version: %s ####\n", kVersion);
   install_signal_handlers();

@@ -10,14 +10,6 @@ namespace {
 
 constexpr std::array<int, 3> kEndingSignals = {SIGINT, SIGQUIT, SIGTERM};
 
-sigset_t ending_signals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (const int signal : kEndingSignals)
-    sigaddset(&signals, signal);
-  return signals;
-}
-
 // What is blocked while the main thread waits: what is blocked now, but for the ending signals.
 sigset_t mask_while_waiting() {
   sigset_t mask;
@@ -29,8 +21,12 @@ sigset_t mask_while_waiting() {
 
 }  // namespace
 
-void block_ending_signals() {
-  const sigset_t signals = ending_signals();
+void block_signals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGPIPE);
+  for (const int signal : kEndingSignals)
+    sigaddset(&signals, signal);
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
@@ -53,6 +49,7 @@ void wait_for_end(const TCPServer& server) {
 }
 
 void signal_handle(int sig) {
+  block_signals();  // another one must not find us in the log
   kDaemonLog.error()("signal_handle %d ", sig);
   pq::quit_requested = true;
 }

@@ -44,11 +44,12 @@ int run_program(Exec exec) {
 
   const pid_t child = fork();
   if (child == 0) {
-    // The threads that call us block signals, and a program would inherit that.
+    write_in_child(before);
+    // The threads that call us block signals, and a program would inherit that. Not any earlier:
+    // until the program runs, our handlers would answer them, and in here nobody waits for those.
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);
-    write_in_child(before);
     exec();
     write_in_child(after);
     _exit(kExecFailedStatus);

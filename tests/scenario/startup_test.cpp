@@ -58,6 +58,14 @@ TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
     EXPECT_EQ(std::filesystem::read_symlink(folder + descriptor), "/dev/null");
 }
 
+TEST_F(Startup, OutlivesWhoeverReadItsLog) {
+  constexpr char kRun[] = "mkfifo /data/log; : </data/log & exec \"$0\" 2>/data/log";
+  power_on("tv", {.daemon = "/bin/sh", .arguments = {"-c", kRun, PQ_DAEMON}});
+  put_documents("tv");
+  start_daemon();
+  EXPECT_TRUE(serves());
+}
+
 TEST_F(Startup, AWrongEnableRtspEndsItBeforeAnythingIsCreated) {
   board::BoardOptions options;
   options.arguments = {"-r", "2"};
