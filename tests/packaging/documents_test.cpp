@@ -1,10 +1,10 @@
 // docs/documents.md, the client's table of members, and the daemon's: the three have to agree.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 
@@ -79,10 +79,18 @@ TEST(Documents, NameEveryMemberOfTheDaemonInItsOrder) {
                                   << "j2s/pq_schema.h: " << documented.begin()->first;
 }
 
+// Without the types, of which the client knows only how many entries there are.
+std::string names_and_sizes(const std::string& members) {
+  std::istringstream lines(members);
+  std::string known;
+  for (std::string name, type; lines >> name >> type;) {
+    known += name + type.substr(std::min(type.find('['), type.size())) + "\n";
+  }
+  return known;
+}
+
 TEST(Documents, AreWhatTheClientKnows) {
-  // Of types the client knows only how many entries there are.
-  const std::regex type(" [^\\[\n]*");
-  const Structures daemon = in_the_daemon();
+  Structures daemon = in_the_daemon();
   for (const pqclient::Section& section : pqclient::sections()) {
     const std::string name(section.name);
     std::string known;
@@ -90,7 +98,7 @@ TEST(Documents, AreWhatTheClientKnows) {
       known += member.name;
       known += member.is_table() ? "[" + std::to_string(member.count) + "]\n" : "\n";
     }
-    EXPECT_EQ(known, std::regex_replace(daemon.at(name), type, ""))
+    EXPECT_EQ(known, names_and_sizes(daemon[name]))
         << "client/schema.cpp (-) and j2s/pq_schema.h (+) differ in the members of " << name
         << ": pqctl needs a line for each, with its range";
   }

@@ -175,7 +175,7 @@ TEST(JsonPatchLibrary, GivesTheSameResults) {
     return text;
   };
   int applied = 0;
-  for (int i = 0; i < 20'000; ++i) {
+  for (int i = 0; i < 5'000; ++i) {
     std::string operation = R"([{"op":")" + pick(kOperations) + R"(","path":")" + pointer() +
                             R"(","from":")" + pointer() + "\"";
     if (random() % 20 != 0) operation += R"(,"value":{"v":[1,"two"]})";
@@ -190,7 +190,7 @@ TEST(JsonPatchLibrary, GivesTheSameResults) {
     ASSERT_EQ(outcome.document, text ? text.get() : "nothing") << operation;
     ++applied;
   }
-  EXPECT_GT(applied, 2'000);
+  EXPECT_GT(applied, 500);
 }
 
 }  // namespace
