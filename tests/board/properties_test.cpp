@@ -1,18 +1,30 @@
 // System properties as the daemon calls them (libcutils) and as everybody else finds them.
 #include <cutils/properties.h>
+#include <gtest/gtest.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 
-#include "board/board_files_test.h"
 #include "properties/property_store.h"
+#include "support/temporary_folder.h"
 
 namespace board {
 namespace {
 
-class Properties : public BoardFilesTest {
+class Properties : public testing::Test {
  protected:
+  Properties() {
+    ::setenv("BOARD_DIR", folder().path().c_str(), 1);
+    std::filesystem::remove_all(folder().path() / "properties");
+  }
+  // One for the whole program: the library may look its folder up only once.
+  static const TemporaryFolder& folder() {
+    static const TemporaryFolder temporary;
+    return temporary;
+  }
   static std::string get(const char* name, const char* default_value) {
     std::array<char, PROPERTY_VALUE_MAX> value{};
     const int length = property_get(name, value.data(), default_value);

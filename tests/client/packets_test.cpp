@@ -9,22 +9,6 @@
 namespace pqclient {
 namespace {
 
-TEST(DocumentPacket, IsHeaderTextAndFourZeros) {
-  const Bytes expected = {0x51, 0xAA, 0xFF, 0x58, 3, 0, 0, 0, 0, 0,   0,   0, 0, 0, 0,
-                          0,    0,    0,    0,    0, 2, 0, 0, 0, '{', '}', 0, 0, 0, 0};
-  EXPECT_EQ(make_document_packet(DocumentCommand::kReadAipq, "{}"), expected);
-}
-
-TEST(CommandPacket, CarriesCommandLengthAndArguments) {
-  const Bytes packet = make_command_packet(Command::kPattern, Bytes{255, 128, 1});
-  Bytes expected(72);
-  std::ranges::copy(std::string_view("QXISP-AK"), expected.begin());
-  expected[10] = 3;
-  expected[20] = 3;
-  std::ranges::copy(Bytes{255, 128, 1}, expected.begin() + 22);
-  EXPECT_EQ(packet, expected);
-}
-
 TEST(Reply, LengthIsBelievedWithinBounds) {
   DocumentHeader header{.magic = kDocumentMagic, .command = 0, .reserved = {}, .data_length = 2};
   EXPECT_EQ(reply_bytes_after(header), 6U);

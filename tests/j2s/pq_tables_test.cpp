@@ -2,9 +2,9 @@
 #include "j2s/pq_schema.h"
 
 #include <cmath>
+#include <random>
 #include <thread>
 
-#include "tests/j2s/configuration_texts.h"
 #include "tests/j2s/synthetic.h"
 
 namespace j2s_test {
@@ -19,15 +19,29 @@ class PqTables : public testing::Test {
   ~PqTables() override { j2s_deinit(&ctx_); }
 
   j2s_ctx ctx_ = {};
+  std::mt19937 random_{5};
 };
 
-// A configuration in which every byte of every number counts.
-std::unique_ptr<pq_config> patterned_config() {
+template <typename Action>
+void for_each_text(pq_config& config, Action action) {
+  pq_tuning_param& pq = config.pq_tuning_param;
+  for (char** text : {&pq.csc.name, &pq.csc.cscMode, &pq.dci.name, &pq.acm.name, &pq.gamma.name,
+                      &pq.sharp.name}) {
+    action(*text);
+  }
+  for (struct dci& scene : config.aipq_tuning_param.dci)
+    action(scene.name);
+  for (struct acm& scene : config.aipq_tuning_param.acm)
+    action(scene.name);
+}
+
+// Every byte of every number counts; some texts are there.
+std::unique_ptr<pq_config> random_config(std::mt19937& random) {
   auto config = std::make_unique<pq_config>();
-  auto* bytes = reinterpret_cast<unsigned char*>(config.get());
-  for (size_t i = 0; i < sizeof(pq_config); ++i)
-    bytes[i] = static_cast<unsigned char>(i * 37 + 11);
-  for_each_text(*config, [](char*& text) { text = nullptr; });
+  std::generate_n(reinterpret_cast<unsigned char*>(config.get()), sizeof(pq_config),
+                  std::ref(random));
+  static char any[] = "any";
+  for_each_text(*config, [&](char*& text) { text = random() % 2 == 0 ? &any[0] : nullptr; });
   return config;
 }
 
@@ -52,7 +66,7 @@ TEST_F(PqTables, ARecordDescribesItsMember) {
 }
 
 TEST_F(PqTables, AWholeConfigurationSurvivesItsTextInSeveralThreads) {
-  const std::string text = dump(ctx_, *patterned_config());
+  const std::string text = dump(ctx_, *random_config(random_));
   const auto convert = [&](cJSON* json) {
     for (int round = 0; round < 3; ++round) {
       j2s_ctx ctx = {};
@@ -70,6 +84,17 @@ TEST_F(PqTables, AWholeConfigurationSurvivesItsTextInSeveralThreads) {
   std::thread other(convert, theirs.get());
   convert(ours.get());
   other.join();
+}
+
+TEST_F(PqTables, APrintableTreePrintsAsTheRealOne) {
+  for (int i = 0; i < 20; ++i) {
+    const auto config = random_config(random_);
+    const Json real = own(j2s_struct_to_json(&ctx_, nullptr, config.get()));
+    const Json formatted = own(j2s_struct_to_printable(&ctx_, nullptr, config.get(), true));
+    const Json compact = own(j2s_struct_to_printable(&ctx_, nullptr, config.get(), false));
+    ASSERT_EQ(print_formatted(formatted.get()), print_formatted(real.get()));
+    ASSERT_EQ(print(compact.get()), print(real.get()));
+  }
 }
 
 }  // namespace

@@ -3,16 +3,10 @@
 #include <random>
 
 #include "j2s/saturate.h"
-#include "tests/j2s/configuration_texts.h"
 #include "tests/j2s/synthetic.h"
 
 namespace j2s_test {
 namespace {
-
-std::string take(char* text) {
-  const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
-  return text == nullptr ? "" : text;
-}
 
 // As the parser makes numbers.
 cJSON* make_number(double value) {
@@ -87,38 +81,14 @@ TEST(MakePrintable, KeepsEveryByteOfTheTexts) {
   for (int i = 0; i < 5'000; ++i) {
     const Json tree = own(random.object(4));
     const Json copy = own(cJSON_Duplicate(tree.get(), 1));
-    const Texts before = {take(cJSON_Print(tree.get())), print(tree.get())};
+    const Texts before = {print_formatted(tree.get()), print(tree.get())};
     j2s_make_printable(tree.get(), true);
     j2s_make_printable(copy.get(), false);
-    ASSERT_EQ(take(cJSON_Print(tree.get())), before.formatted);
+    ASSERT_EQ(print_formatted(tree.get()), before.formatted);
     ASSERT_EQ(print(copy.get()), before.compact);
     // What the parser made of the numbers that no text can hold is a null.
     ASSERT_EQ(print(parse(before.formatted).get()), print(parse(before.compact).get()));
   }
-}
-
-void fill_at_random(pq_config& record, std::mt19937& random) {
-  std::generate_n(reinterpret_cast<unsigned char*>(&record), sizeof record, std::ref(random));
-  static char text[] = "any";
-  for_each_text(record, [&](char*& pointer) { pointer = random() % 2 == 0 ? &text[0] : nullptr; });
-}
-
-TEST(StructToPrintable, PrintsAsTheRealTree) {
-  std::mt19937 random(5);
-  const auto record = std::make_unique<pq_config>();
-  ::setenv("J2S_NO_CACHE", "1", 1);
-  j2s_ctx context = {};
-  j2s_init(&context);
-  ::unsetenv("J2S_NO_CACHE");
-  for (int i = 0; i < 5; ++i) {
-    fill_at_random(*record, random);
-    const Json real = own(j2s_struct_to_json(&context, nullptr, record.get()));
-    const Json formatted = own(j2s_struct_to_printable(&context, nullptr, record.get(), true));
-    const Json compact = own(j2s_struct_to_printable(&context, nullptr, record.get(), false));
-    ASSERT_EQ(take(cJSON_Print(formatted.get())), take(cJSON_Print(real.get())));
-    ASSERT_EQ(print(compact.get()), print(real.get()));
-  }
-  j2s_deinit(&context);
 }
 
 TEST(LoadArray, StoresEachElementAsAMemberOfItsOwn) {

@@ -19,6 +19,11 @@ inline std::string stderr_of(const std::function<void()>& action) {
   return testing::internal::GetCapturedStderr();
 }
 
+inline std::string print_formatted(const cJSON* item) {
+  const std::unique_ptr<char, decltype(&std::free)> text(cJSON_Print(item), &std::free);
+  return text == nullptr ? "" : text.get();
+}
+
 // Runs `check` on each object of a JSON array in the folder of test cases.
 inline void for_each_case(const std::string& file, const std::function<void(cJSON*)>& check) {
   const std::unique_ptr<char, decltype(&std::free)> text(

@@ -39,14 +39,6 @@ struct SocketPair {
   pq::UniqueFd ours, clients;
 };
 
-TEST(Reply, IsFramedWithAnOpeningBracketAndATerminatingZero) {
-  const SocketPair pair;
-  EXPECT_EQ(sendData(pair.ours.get(), "abc"), 33);
-  const std::string expected(
-      "\x51\xAA\xFF\x58\0\0\0\0\1\0\0\0\1\0\0\0\5\0\0\0\5\0\0\0[abc\0\0\0\0\0", 33);
-  EXPECT_EQ(pair.receive(33), expected);
-}
-
 TEST(Reply, NothingIsSentForANullText) {
   SocketPair pair;
   EXPECT_EQ(sendData(pair.ours.get(), nullptr), -1);

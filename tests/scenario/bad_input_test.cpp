@@ -1,7 +1,6 @@
 // What no tool should send, and documents that nobody should have left on the board. The daemon
 // goes on serving, and what is stored stays as it was.
 #include <filesystem>
-#include <random>
 #include <thread>
 
 #include "scenario/daemon_test.h"
@@ -20,30 +19,6 @@ class BadInput : public DaemonTest {
     std::this_thread::sleep_for(20ms);
   }
 };
-
-TEST_F(BadInput, PacketsThatMakeNoSenseChangeNothing) {
-  board::Board& board = start_with_documents();
-  const std::string before = board.read(kPqDocument);
-  std::mt19937 random(7);
-  for (size_t length = 1; length <= 80; ++length) {
-    std::string noise(length, '\0');
-    for (char& byte : noise)
-      byte = static_cast<char>(random());
-    send_alone(noise);
-    // Every shorter length of both headers.
-    if (length < 24) send_alone(header(0, 0).substr(0, length));
-    if (length < 8) send_alone(std::string("QXISP-AK").substr(0, length));
-  }
-  for (const uint32_t length :
-       {0U, 1U, 100U, 0x7FFFFFFBU, 0x80000000U, 0xFFFFFFFBU, 0xFFFFFFFCU, 0xFFFFFFFFU}) {
-    for (const uint32_t command : {0U, 1U, 2U, 3U, 4U, 0xFFFFFFFFU}) {
-      send_alone(header(command, length));
-      send_alone(header(command, length) + "[{\"path\":");
-    }
-  }
-  EXPECT_TRUE(serves());
-  EXPECT_EQ(board.read(kPqDocument), before);
-}
 
 TEST_F(BadInput, RequestsThatAreNoRequestsChangeNothing) {
   board::Board& board = start_with_documents();
