@@ -19,6 +19,7 @@ class Properties : public testing::Test {
   Properties() {
     ::setenv("BOARD_DIR", folder().path().c_str(), 1);
     std::filesystem::remove_all(folder().path() / "properties");
+    std::filesystem::create_directory(folder().path() / "properties");
   }
   // One for the whole program: the library may look its folder up only once.
   static const TemporaryFolder& folder() {
