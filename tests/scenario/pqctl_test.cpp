@@ -143,9 +143,9 @@ TEST_F(Pqctl, PatternModeIsEnteredOnceAndLeavingKeepsDciOn) {
 }
 
 TEST_F(Pqctl, PatternLeavesDciAsItWasAlsoOnCtrlC) {
-  EXPECT_EQ(run(">" + file("shown") + " pattern sequence builtin --pause 60 & until grep -q . " +
+  EXPECT_EQ(run(">" + file("shown") + " pattern sequence builtin --pause 60 & until [ -s " +
                 board().file("/board/screen/pattern").string() +
-                " 2>&-; do sleep 0.05; done; kill -INT $!; wait $!")
+                " ]; do sleep 0.05; done; kill -INT $!; wait $!")
                 .status,
             130);
   EXPECT_EQ(output_of("get dci/dciEnable"), "1\n");
