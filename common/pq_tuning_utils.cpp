@@ -45,6 +45,8 @@ int run_program(Exec exec) {
   const pid_t child = fork();
   if (child == 0) {
     write_in_child(before);
+    // A log that nobody reads has raised SIGPIPE, which waits to be let in. Ignoring drops it.
+    std::signal(SIGPIPE, std::signal(SIGPIPE, SIG_IGN));
     // The threads that call us block signals, and a program would inherit that. Not any earlier:
     // until the program runs, our handlers would answer them, and in here nobody waits for those.
     sigset_t none;
