@@ -18,8 +18,8 @@ bool holds_numbers_only(const j2s_ctx& ctx, const Member& array, size_t begin, s
   if (owner < 0) return false;
   for (const int index : MemberChain(ctx, owner)) {
     const Member member(ctx, index);
-    const bool plain = !member.is_pointer() && !member.is_struct() && !is_length_member(ctx, index);
-    if (!plain && overlaps(member, begin, end)) return false;
+    if (!overlaps(member, begin, end)) continue;
+    if (member.is_pointer() || member.is_struct() || is_length_member(ctx, index)) return false;
   }
   return true;
 }
