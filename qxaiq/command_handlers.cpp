@@ -102,11 +102,12 @@ void change_document(uint8_t flag) {
 void send_dump(int sock, const CommandData_t& request) {
   kProtocolLog.debug()("3 HandlerTCPMessage dat[0] %d\n", request.dat[0]);
   request_dump(request.dat[0]);
-  const std::optional<Dump> dump = fetch_dump();
+  std::optional<Dump> dump = fetch_dump();
   if (!dump) return;
   std::vector<char> reply(sizeof(dump->header) + dump->size);
   std::memcpy(reply.data(), &dump->header, sizeof(dump->header));
   std::memcpy(reply.data() + sizeof(dump->header), dump->bytes.get(), dump->size);
+  dump.reset();  // megabytes, and who reads slowly takes long
   kProtocolLog.error()("send ret %zd", send_all(sock, reply));
 }
 
