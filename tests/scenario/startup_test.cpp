@@ -1,10 +1,12 @@
 // Start-up, options, signals and the two documents that the daemon creates.
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 
 #include "scenario/daemon_test.h"
@@ -56,6 +58,24 @@ TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
   const std::string folder = "/proc/" + std::to_string(board().daemon_pid()) + "/fd/";
   for (const char* descriptor : {"0", "1", "2"})
     EXPECT_EQ(std::filesystem::read_symlink(folder + descriptor), "/dev/null");
+}
+
+// A program that outlives the daemon would hold them, and the port with them.
+TEST_F(Startup, KeepsItsSocketsFromTheProgramsThatItStarts) {
+  start_with_documents();
+  const auto client = connect();
+  EXPECT_TRUE(serves());
+  const std::string folder = "/proc/" + std::to_string(board().daemon_pid()) + "/fdinfo";
+  for (const auto& descriptor : std::filesystem::directory_iterator(folder)) {
+    std::ifstream info(descriptor.path());
+    std::string word;
+    while (info >> word && word != "flags:") {
+    }
+    int flags = 0;
+    info >> std::oct >> flags;
+    const bool standard = std::stoi(descriptor.path().filename()) <= STDERR_FILENO;
+    EXPECT_TRUE(standard || (flags & O_CLOEXEC) != 0) << descriptor.path();
+  }
 }
 
 TEST_F(Startup, OutlivesWhoeverReadItsLog) {

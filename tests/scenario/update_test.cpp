@@ -89,14 +89,14 @@ TEST_F(Update, LowLatencyWithoutEnableIsNeutral) {
 
 TEST_F(Update, HighQualityIsNeutralButForTheGainsAndTellsTheDisplayService) {
   start_with_documents();
-  board().set_property(kTimeline, "41");
+  board().set_property(kTimeline, "2147483647");
   change(R"({"op":"replace","path":"/csc/cscMode","value":"HIGH_QUALITY_MODE"})");
   EXPECT_EQ(controls().brightness, 50U);
-  EXPECT_EQ(timeline(), "42");
+  EXPECT_EQ(timeline(), "-2147483648");
   change(R"({"op":"add","path":"/csc","value":{"cscEnable":0,"cscGGain":127}})");
   EXPECT_EQ(as_ints(display().connectors[0].gamma.green), scaled(stored_table("gammaTab_G"), 127));
   EXPECT_EQ(as_ints(display().connectors[0].gamma.red), scaled(stored_table("gammaTab_R"), 0));
-  EXPECT_EQ(timeline(), "43");
+  EXPECT_EQ(timeline(), "-2147483647");
   EXPECT_TRUE(logged_in_order({"HIGH_QUALITY", "set_3x1d_gamma end", "before execl am"}));
 }
 
