@@ -111,10 +111,12 @@ TEST_F(Query, ReplyIsExactToTheByte) {
   send(connection, document_packet(1, R"([{"path":"/csc","extra":[1]}])"));
 
   std::string reply = receive(connection, 24);
-  ASSERT_EQ(reply.size(), 24U);
+  ASSERT_GE(reply.size(), 24U);
   uint32_t length = 0;
   std::memcpy(&length, reply.data() + 20, sizeof length);
-  reply += receive(connection, length + 4);
+  const size_t size = 24 + length + 4;
+  if (reply.size() < size) reply += receive(connection, size - reply.size());
+  ASSERT_EQ(reply.size(), size);
   std::string start = header(0, length);
   start[8] = start[12] = 1;
   start.replace(16, 4, start, 20, 4);
