@@ -143,6 +143,10 @@ int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte
   } else if (const auto length = saturate<int32_t>(value);
              length != saturate<int32_t>(read_number(structure, member))) {
     resize_dynamic_arrays(ctx, member.index, structure, length);
+    if (length < 0 || length > kLongestArray) {
+      report_null_pointer(kFunction, member);
+      return -1;
+    }
   }
   return 0;
 }
