@@ -121,10 +121,14 @@ TEST_F(TcpServerTest, ServesAgainAfterItRanShortOfDescriptors) {
   // Server and clients share this process's descriptors: 100 for clients is more than enough.
   ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
   serve_echo();
+  testing::internal::CaptureStderr();
   std::vector<pq::UniqueFd> clients;
-  for (int i = 0; i < 60; ++i)
+  for (int i = 0; i < 60; ++i) {
     clients.push_back(connect_client(SOCK_NONBLOCK));
-  std::this_thread::sleep_for(500ms);
+    std::this_thread::sleep_for(5ms);  // the server's queue is short
+  }
+  std::this_thread::sleep_for(200ms);
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("too few descriptors"), std::string::npos);
   EXPECT_FALSE(server_.stopped());
   clients.clear();
   EXPECT_EQ(ask(connect_client(), "again"), "again");
