@@ -5,7 +5,6 @@
 #include <span>
 #include <string>
 
-#include "fuzz/support/board.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/input.h"
 #include "j2s/pq_schema.h"
