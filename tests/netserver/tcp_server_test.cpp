@@ -15,6 +15,7 @@
 
 #include "common/owner.h"
 #include "support/private_network.h"
+#include "support/slack.h"
 
 namespace {
 
@@ -93,13 +94,15 @@ TEST_F(TcpServerTest, HandsOverChunksOfAtMost8192BytesInOrder) {
 }
 
 TEST_F(TcpServerTest, WhatACallbackThrowsEndsThatChunkOnly) {
-  serve([](int socket, char* data, int length) {
-    if (data[0] == '!') throw std::length_error("too long");
+  std::atomic<bool> throws = false;
+  serve([&](int socket, char* data, int length) {
+    throws = data[0] == '!';
+    if (throws) throw std::length_error("too long");
     return static_cast<int>(send(socket, data, static_cast<size_t>(length), MSG_NOSIGNAL));
   });
   const pq::UniqueFd client = connect_client();
   send(client.get(), "!", 1, 0);
-  std::this_thread::sleep_for(100ms);
+  EXPECT_TRUE(comes_true([&] { return throws.load(); }));
   EXPECT_EQ(ask(client, "still there"), "still there");
 }
 

@@ -36,19 +36,19 @@ class DaemonTest : public board::BoardTest {
 
   // A bare connection, for what no well-behaved tool would send.
   static pqclient::Connection connect() {
-    return {pqclient::Address{}, pqclient::Deadline(std::chrono::seconds(5))};
+    return {pqclient::Address{}, pqclient::Deadline(std::chrono::seconds(20))};
   }
   static void send(pqclient::Connection& connection, std::string_view bytes);
   // What arrives until `size` bytes are there, or the time is over.
   static std::string receive(pqclient::Connection& connection, size_t size,
-                             std::chrono::milliseconds time = std::chrono::seconds(5));
+                             std::chrono::milliseconds time = std::chrono::seconds(20));
 
   // One command and its arguments, as a packet.
   static std::string command_packet(uint16_t number, const std::vector<uint8_t>& arguments);
   // Sends it on a connection of its own. Returns what comes back until `size` bytes are there, or
   // the time is over.
   static std::string command(uint16_t number, const std::vector<uint8_t>& arguments,
-                             std::chrono::milliseconds time = std::chrono::seconds(8),
+                             std::chrono::milliseconds time = std::chrono::seconds(20),
                              size_t size = sizeof(pqclient::CommandPacket));
 
   // Sends one operation for the PQ or the AIPQ document and waits until the daemon is through with

@@ -72,7 +72,7 @@ class ScreenTest : public DaemonTest {
 
   // The display service works beside the daemon: waits some seconds for it.
   static bool soon(const std::function<bool()>& condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {
       if (std::chrono::steady_clock::now() > end) return false;
       std::this_thread::sleep_for(std::chrono::milliseconds(20));

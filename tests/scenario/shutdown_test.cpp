@@ -7,6 +7,7 @@
 
 #include "scenario/daemon_test.h"
 #include "support/process_end.h"
+#include "support/slack.h"
 
 namespace scenario {
 namespace {
@@ -14,12 +15,6 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
-// The sanitizers look through the whole process at its end.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr milliseconds kSlack{5000};
-#else
-constexpr milliseconds kSlack{0};
-#endif
 constexpr milliseconds kIdle{3200};
 constexpr milliseconds kInARequest{5000};
 constexpr milliseconds kInStartUp{5500};  // it goes to its end first

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "scenario/daemon_test.h"
+#include "support/slack.h"
 
 namespace scenario {
 namespace {
@@ -106,7 +107,7 @@ TEST_F(Startup, ASignalDuringStartUpIsNotLost) {
     board().start();
     if (!board().wait_for_log("PQ tool server version: 1.0.8")) FAIL() << "does not start";
     std::this_thread::sleep_for(delay);
-    EXPECT_EQ(board().stop(SIGTERM, 5s), 0) << delay.count() << " ms after its first line";
+    EXPECT_EQ(board().stop(SIGTERM), 0) << delay.count() << " ms after its first line";
   }
 }
 

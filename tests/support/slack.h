@@ -1,0 +1,14 @@
+// What bounds in real time get on top where every step takes many times as long: under a sanitizer,
+// or on an emulated processor.
+#ifndef TESTS_SUPPORT_SLACK_H_
+#define TESTS_SUPPORT_SLACK_H_
+
+#include <chrono>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(PQ_EMULATED)
+inline constexpr std::chrono::milliseconds kSlack{5000};
+#else
+inline constexpr std::chrono::milliseconds kSlack{0};
+#endif
+
+#endif  // TESTS_SUPPORT_SLACK_H_
