@@ -82,25 +82,5 @@ TEST_F(StructToJson, WritesASkeletonInTemplateMode) {
             R"("list":[0],"rows":[[0,0]],"names":[""],"name_count":1})");
 }
 
-int allocations_left = 0;
-void* allocate_some(size_t size) {
-  return allocations_left-- > 0 ? std::malloc(size) : nullptr;
-}
-
-TEST_F(StructToJson, SurvivesEveryFailedAllocation) {
-  cJSON_Hooks hooks = {allocate_some, std::free};
-  cJSON_InitHooks(&hooks);
-  const std::string before = tables_.bytes();
-  tables_.context()->emit_enums = 1;
-  (void)stderr_of([&] {
-    for (int allowed = 0; allowed < 150; ++allowed) {
-      allocations_left = allowed;
-      std::free(j2s_dump_struct(tables_.context(), nullptr, &shapes_));
-    }
-  });
-  cJSON_InitHooks(nullptr);
-  EXPECT_EQ(tables_.bytes(), before);
-}
-
 }  // namespace
 }  // namespace j2s_test

@@ -99,19 +99,5 @@ TEST_F(Commands, ADumpIsSentWholeAndItsFileDeleted) {
   EXPECT_EQ(board().property("vendor.tvinput.qxpq.dump.path"), "");
 }
 
-// Somebody else may write the property; the file it names is sent to the network and deleted.
-TEST_F(Commands, ADumpPathOutsideTheDumpsIsLeftAlone) {
-  start_with_documents();
-  for (const char* path :
-       {"/data/vendor/qxalgo/pq_config.json", "/data/vendor/qxalgo/pq_dump_in_/../pq_config.json",
-        "/data/vendor/qxalgo/pq_dump_in_9x9.yuv"}) {
-    board().write("/data/vendor/qxalgo/pq_dump_in_9x9.yuv", "x");
-    board().set_property("vendor.tvinput.qxpq.dump.path", path);
-    EXPECT_EQ(command(kDump, {0}, 5s), "") << path;
-    EXPECT_TRUE(std::filesystem::exists(board().file(kPqDocument)));
-  }
-  EXPECT_TRUE(serves());
-}
-
 }  // namespace
 }  // namespace scenario
