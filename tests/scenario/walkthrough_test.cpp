@@ -76,7 +76,7 @@ TEST_F(Walkthrough, ShowsWhatHappens) {
   const auto steps = steps_of(PQCTL_WALKTHROUGH);
   ASSERT_GT(steps.size(), 40U);
   board::BoardOptions options;
-  options.hurry = 10;  // it would take a minute and a half
+  options.hurry = 3;  // it would take a minute and a half; a dump needs its second
   power_on("tv", options);
   put_documents("tv");
   start_daemon();
