@@ -91,7 +91,7 @@ bool run_idle(size_t clients) {
   const ProcessFigures during = board.figures();
   Waits beside = query_at_once();
   idle.clear();
-  const ProcessFigures after = board.settled(idle_threads);
+  const ProcessFigures after = board.at_rest(idle_threads);
 
   idle = connect_idle(clients);
   const ProcessEnd daemon(board.board().daemon_pid());
