@@ -104,9 +104,11 @@ void send_dump(int sock, const CommandData_t& request) {
   request_dump(request.dat[0]);
   std::optional<Dump> dump = fetch_dump();
   if (!dump) return;
-  std::vector<char> reply(sizeof(dump->header) + dump->size);
-  std::memcpy(reply.data(), &dump->header, sizeof(dump->header));
-  std::memcpy(reply.data() + sizeof(dump->header), dump->bytes.get(), dump->size);
+  const auto* header = reinterpret_cast<const char*>(&dump->header);
+  std::vector<char> reply;
+  reply.reserve(sizeof(dump->header) + dump->size);
+  reply.assign(header, header + sizeof(dump->header));
+  reply.insert(reply.end(), dump->bytes.get(), dump->bytes.get() + dump->size);
   dump.reset();  // megabytes, and who reads slowly takes long
   kProtocolLog.error()("send ret %zd", send_all(sock, reply));
 }
