@@ -65,7 +65,9 @@ Wire::Wire(uint32_t source, int receive_buffer)
     set_option(socket_, SOL_SOCKET, SO_RCVTIMEO, timeval{kPatience.count(), 0});
     set_option(socket_, SOL_SOCKET, SO_SNDTIMEO, timeval{kPatience.count(), 0});
     set_option(socket_, IPPROTO_TCP, TCP_NODELAY, 1);
-    set_option(socket_, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, 1);
+    // So that very many connections find a port. An emulated kernel may not know it.
+    const int on = 1;
+    (void)setsockopt(socket_, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &on, sizeof(on));
     if (receive_buffer > 0) set_option(socket_, SOL_SOCKET, SO_RCVBUF, receive_buffer);
     const sockaddr_in from = address(source, 0);
     if (bind(socket_, reinterpret_cast<const sockaddr*>(&from), sizeof(from)) != 0) fail("bind");

@@ -1,6 +1,8 @@
 // pqctl as a program, where docs/pqctl.md does not show it already: what it prints, what it leaves
 // on the board, and how it ends.
+#include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "scenario/pqctl_on_board.h"
 
@@ -13,7 +15,13 @@ class Pqctl : public PqctlOnBoard {
     PqctlOnBoard::SetUp();
     if (!IsSkipped()) start_with_documents("tv", {.hurry = 50});
   }
-  std::string pattern() { return board().read("/board/screen/pattern"); }
+  // A hurried daemon does not wait until the program that shows the pattern has come so far.
+  std::string pattern() {
+    const auto file = board().file("/board/screen/pattern");
+    for (int i = 0; i < 500 && !std::filesystem::exists(file); ++i)
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    return board().read("/board/screen/pattern");
+  }
   // Runs pqctl until its output begins, then presses Ctrl-C. Returns its exit status.
   int interrupt(const std::string& arguments) const {
     const std::string shown = file("shown");
