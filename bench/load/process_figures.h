@@ -20,7 +20,7 @@ ProcessFigures read_process(pid_t process);
 
 // A sanitizer's own bookkeeping hides what the daemon itself holds.
 constexpr bool memory_is_comparable() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(PQ_EMULATED)
   return false;
 #else
   return true;
