@@ -35,6 +35,7 @@ const std::map<std::string, ColourCoding::Range> kRanges = {
 template <typename Value>
 std::vector<std::string> names_of(const std::map<std::string, Value>& values) {
   std::vector<std::string> names;
+  names.reserve(values.size());
   for (const auto& [name, value] : values)
     names.push_back(name);
   return names;

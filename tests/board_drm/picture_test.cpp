@@ -20,19 +20,6 @@ class Picture : public DisplayDevice {
   static board::DisplayConnector shown() { return state().connectors.at(0); }
 };
 
-TEST_F(Picture, ATableIsShownAfterItsBlobWasDestroyed) {
-  const Client client;
-  EXPECT_EQ(0, client.load_gamma(client.crtc, 1024, 7));
-  const board::GammaTable& gamma = shown().gamma;
-  ASSERT_EQ(1024U, gamma.blue.size());
-  EXPECT_EQ(7, gamma.red.front());
-  EXPECT_EQ(7 + 1023, gamma.blue.back());
-  const auto id = client.property(client.crtc, DRM_MODE_OBJECT_CRTC, "GAMMA_LUT");
-  const BlobPtr blob(drmModeGetPropertyBlob(client.descriptor, static_cast<uint32_t>(id)));
-  ASSERT_NE(nullptr, blob);
-  EXPECT_EQ(1024 * sizeof(drm_color_lut), blob->length);
-}
-
 TEST_F(Picture, ARefusedPropertyLeavesTheDisplayAsItWas) {
   const Client client;
   const int fd = client.descriptor;
