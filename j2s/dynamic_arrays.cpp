@@ -7,8 +7,8 @@ namespace {
 
 void* allocate(j2s_ctx& ctx, size_t elem_size, int length) {
   // Neither factor reaches 2^32, so the product fits.
-  const bool possible = length >= 0 && length <= kLongestArray;
-  return possible ? j2s_alloc_data(&ctx, elem_size * static_cast<size_t>(length)) : nullptr;
+  return is_possible_length(length) ? j2s_alloc_data(&ctx, elem_size * static_cast<size_t>(length))
+                                    : nullptr;
 }
 
 void replace_buffer(j2s_ctx& ctx, const Member& pointer, std::byte* structure, bool had_buffer,

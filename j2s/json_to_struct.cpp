@@ -88,7 +88,7 @@ int load_dynamic_array(j2s_ctx& ctx, const Member& pointer, cJSON* item, cJSON* 
   if (length != current) resize_dynamic_arrays(ctx, pointer.len_obj, structure, length);
   if (length == 0) return 0;
   auto* target = read_pointer<std::byte>(structure, pointer);
-  if (target == nullptr || length < 0 || length > kLongestArray) {
+  if (target == nullptr || !is_possible_length(length)) {
     report_null_pointer(kFunction, pointer);
     return -1;
   }
@@ -143,7 +143,7 @@ int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte
   } else if (const auto length = saturate<int32_t>(value);
              length != saturate<int32_t>(read_number(structure, member))) {
     resize_dynamic_arrays(ctx, member.index, structure, length);
-    if (length < 0 || length > kLongestArray) {
+    if (!is_possible_length(length)) {
       report_null_pointer(kFunction, member);
       return -1;
     }

@@ -12,6 +12,9 @@ namespace j2s {
 
 // Element counts of records have 16 bits; a longer dynamic array can't be described.
 inline constexpr int kLongestArray = 0xffff;
+constexpr bool is_possible_length(int length) {
+  return length >= 0 && length <= kLongestArray;
+}
 
 struct Member {
   explicit Member(const j2s_ctx& ctx, int obj_index)

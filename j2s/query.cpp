@@ -76,7 +76,7 @@ int query_dynamic_array(const j2s_ctx& ctx, const Member& pointer, cJSON* item, 
     const int length = read_length(ctx, structure, pointer);
     if (length == 0) return 0;
     const auto* target = read_pointer<const std::byte>(structure, pointer);
-    if (target == nullptr || length < 0 || length > kLongestArray) {
+    if (target == nullptr || !is_possible_length(length)) {
       report_null_pointer(kFunction, pointer);
       return -1;
     }

@@ -65,7 +65,7 @@ JsonPtr dynamic_array_to_json(const j2s_ctx& ctx, const Member& pointer, const s
   if (length == 0) return JsonPtr(cJSON_CreateArray());
   const auto* target = read_pointer<const std::byte>(structure, pointer);
   // No buffer can stand behind a length that is none.
-  if (target == nullptr || length < 0 || length > kLongestArray) {
+  if (target == nullptr || !is_possible_length(length)) {
     report_null_pointer("_j2s_obj_to_json", pointer);
     return nullptr;
   }
