@@ -186,7 +186,7 @@ Examples:
       .numbers("--gain", {"R G B", "Multiply the tables; 1 leaves them as they are"},
                arguments->gains, 3, {0, 100})
       .number("--full-scale", {"N", "Of a .csv file: the value for 65535"}, arguments->full_scale,
-              Bounds{0.001, 100'000})
+              Bounds{1e-6, 1e9})
       .flag("--as-given", "Keep entries that fall, refuse what would be clipped",
             arguments->as_given)
       .flag("-n,--dry-run",
