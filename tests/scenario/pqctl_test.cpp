@@ -15,19 +15,23 @@ class Pqctl : public PqctlOnBoard {
     PqctlOnBoard::SetUp();
     if (!IsSkipped()) start_with_documents("tv", {.hurry = 50});
   }
+  static constexpr char kPattern[] = "/board/screen/pattern";
+  std::string pattern_file() { return board().file(kPattern).string(); }
   // A hurried daemon does not wait until the program that shows the pattern has come so far.
   std::string pattern() {
-    const auto file = board().file("/board/screen/pattern");
-    for (int i = 0; i < 500 && !std::filesystem::exists(file); ++i)
+    for (int i = 0; i < 500 && !std::filesystem::exists(pattern_file()); ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    return board().read("/board/screen/pattern");
+    return board().read(kPattern);
   }
-  // Runs pqctl until its output begins, then presses Ctrl-C. Returns its exit status.
-  int interrupt(const std::string& arguments) const {
-    const std::string shown = file("shown");
-    return run(">" + shown + " " + arguments + " & until [ -s " + shown +
+  // Runs pqctl until a file has content, then presses Ctrl-C. Returns its exit status.
+  static int interrupt(const std::string& arguments, const std::string& begun) {
+    return run(arguments + " & until [ -s " + begun +
                " ]; do sleep 0.05; done; kill -INT $!; wait $!")
         .status;
+  }
+  // The same once its output begins.
+  int interrupt(const std::string& arguments) const {
+    return interrupt(">" + file("shown") + " " + arguments, file("shown"));
   }
 };
 
@@ -151,11 +155,7 @@ TEST_F(Pqctl, PatternModeIsEnteredOnceAndLeavingKeepsDciOn) {
 }
 
 TEST_F(Pqctl, PatternLeavesDciAsItWasAlsoOnCtrlC) {
-  EXPECT_EQ(run(">" + file("shown") + " pattern sequence builtin --pause 60 & until [ -s " +
-                board().file("/board/screen/pattern").string() +
-                " ]; do sleep 0.05; done; kill -INT $!; wait $!")
-                .status,
-            130);
+  EXPECT_EQ(interrupt("pattern sequence builtin --pause 60", pattern_file()), 130);
   EXPECT_EQ(output_of("get dci/dciEnable"), "1\n");
   output_of("set dci/dciEnable off");
   output_of("pattern sequence -", "# none of these stays\n#ff8000 0s\n255 0 0 0s\n");

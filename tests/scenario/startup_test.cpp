@@ -67,6 +67,7 @@ TEST_F(Startup, KeepsItsSocketsFromTheProgramsThatItStarts) {
   const auto client = connect();
   EXPECT_TRUE(serves());
   const std::string folder = "/proc/" + std::to_string(board().daemon_pid()) + "/fdinfo";
+  int looked_at = 0;
   for (const auto& descriptor : std::filesystem::directory_iterator(folder)) {
     std::ifstream info(descriptor.path());
     std::string word;
@@ -74,9 +75,11 @@ TEST_F(Startup, KeepsItsSocketsFromTheProgramsThatItStarts) {
     }
     int flags = 0;
     if (!(info >> std::oct >> flags)) continue;  // closed meanwhile
+    ++looked_at;
     const bool standard = std::stoi(descriptor.path().filename()) <= STDERR_FILENO;
     EXPECT_TRUE(standard || (flags & O_CLOEXEC) != 0) << descriptor.path();
   }
+  EXPECT_GE(looked_at, 5) << "the standard ones, the listening socket and the client's";
 }
 
 TEST_F(Startup, OutlivesWhoeverReadItsLog) {
