@@ -10,12 +10,14 @@ namespace {
 
 constexpr std::array<int, 3> kEndingSignals = {SIGINT, SIGQUIT, SIGTERM};
 
-// What is blocked while the main thread waits: what is blocked now, but for the ending signals.
+// What is blocked while the main thread waits: what is blocked now, but for the ending signals, and
+// for the ends of started programs. Whoever started us may have blocked those.
 sigset_t mask_while_waiting() {
   sigset_t mask;
   pthread_sigmask(SIG_SETMASK, nullptr, &mask);
   for (const int signal : kEndingSignals)
     sigdelset(&mask, signal);
+  sigdelset(&mask, SIGCHLD);
   return mask;
 }
 
