@@ -2,11 +2,14 @@
 
 #include <cjson/cJSON_Utils.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <string_view>
 #include <utility>
 
+#include "common/quit.h"
 #include "qxaiq/json_place.h"
 
 namespace pq {
@@ -20,6 +23,8 @@ constexpr int kMostDepth = 256;  // deeper trees overflow the stacks of those wh
 // What all operations of a patch may cost together, in items looked at: about a second on a board.
 // The document is locked meanwhile, and a few kilobytes of copies and tests could ask for minutes.
 constexpr size_t kMostSteps = 64'000'000;
+// The same once the process has been asked to end: the patches of many clients may wait in line.
+constexpr size_t kMostStepsAtEnd = 4'000'000;
 constexpr size_t kStepsToCopy = 16;  // an item
 constexpr size_t kTextInAStep = 64;  // bytes
 
@@ -45,24 +50,56 @@ size_t length_of(const char* text) {
 // Counts `item`, those behind it and all below them; false when they are too many, hold too much
 // text or nest too deep.
 bool count_items(const cJSON* item, int depth, Size& size) {
-  if (depth > kMostDepth) return false;
+  if (depth >= kMostDepth) return false;
   for (; item != nullptr; item = item->next) {
     size.text += length_of(item->string) + length_of(item->valuestring);
     if (++size.items > kMostItems || size.text > kMostText) return false;
-    if (!count_items(item->child, depth + 1, size)) return false;
+    if (item->child != nullptr && !count_items(item->child, depth + 1, size)) return false;
   }
   return true;
 }
 
-// Looks at all items once; false when they are too large a document, or the steps are used up.
-bool within_limits(const cJSON* document, size_t steps_to_item, size_t& steps_left) {
+// What one look at the item, those behind it and all below them costs; none when they are too large
+// a document.
+std::optional<size_t> steps_to_look_at(const cJSON* item) {
   Size size;
-  if (!count_items(document, 0, size)) return false;
-  const size_t steps = (size.items + size.text / kTextInAStep) * steps_to_item;
-  if (steps > steps_left) return false;
-  steps_left -= steps;
-  return true;
+  if (!count_items(item, 0, size)) return std::nullopt;
+  return size.items + size.text / kTextInAStep;
 }
+
+// The steps that the operations of a patch may still take. What a call does not allow must not be
+// done, or must not stay.
+class Allowance {
+ public:
+  // An operation has changed the document.
+  bool allows_document(const cJSON* document) {
+    look_ = steps_to_look_at(document);
+    return look_ && take(*look_);
+  }
+
+  // An operation looks for an item of the document, which may be the last one, and changes nothing.
+  bool allows_search(const cJSON* document) {
+    if (!look_) look_ = steps_to_look_at(document);
+    return look_ && take(*look_);
+  }
+
+  // An item's children are copied.
+  bool allows_copy(const cJSON* child) {
+    const std::optional<size_t> look = steps_to_look_at(child);
+    return look && take(*look * kStepsToCopy);
+  }
+
+ private:
+  bool take(size_t steps) {
+    if (quit_requested) left_ = std::min(left_, kMostStepsAtEnd);
+    if (steps > left_) return false;
+    left_ -= steps;
+    return true;
+  }
+
+  size_t left_ = kMostSteps;
+  std::optional<size_t> look_;  // at the whole document, when that is known
+};
 
 // Finds members as the library does, whatever the case of their names.
 const char* text_member(const cJSON* operation, const char* name) {
@@ -93,14 +130,15 @@ int apply_by_library(cJSON* document, JsonPtr operation) {
 
 // To compare, the library sorts members in place and leaves lists that later operations would break
 // on; and a test should change nothing. It gets a copy to sort, of what is tested alone.
-int test(cJSON* document, JsonPtr operation, size_t& steps_left) {
+int test(cJSON* document, JsonPtr operation, Allowance& allowance) {
   const char* path = text_member(operation.get(), "path");
   if (path == nullptr) return kNoPatch;
+  if (!allowance.allows_search(document)) return kTooLarge;
   const cJSON* tested = cJSONUtils_GetPointer(document, path);
   if (tested == nullptr) return kNotEqual;
   // Nothing to sort; and a text could be long to copy.
   if (tested->child == nullptr) return apply_by_library(document, std::move(operation));
-  if (!within_limits(tested->child, kStepsToCopy, steps_left)) return kTooLarge;
+  if (!allowance.allows_copy(tested->child)) return kTooLarge;
   JsonPtr root(cJSON_CreateString(""));
   if (!root) throw std::bad_alloc();
   // The member is there: only memory can be missing.
@@ -109,15 +147,14 @@ int test(cJSON* document, JsonPtr operation, size_t& steps_left) {
   return apply_by_library(copy_of(tested).get(), std::move(operation));
 }
 
-int put_value(cJSON* document, const char* path, const cJSON* operation) {
-  const cJSON* value = cJSON_GetObjectItem(operation, "value");
-  if (value == nullptr) return kNoValue;
-  JsonPtr item = copy_of(value);
-  return put_item(find_place(document, path), std::move(item));
+int put_value(cJSON* document, const char* path, cJSON* operation) {
+  JsonPtr value(cJSON_DetachItemFromObject(operation, "value"));
+  if (!value) return kNoValue;
+  return put_item(find_place(document, path), std::move(value));
 }
 
 // A member that is replaced moves to the end of its object.
-int replace(cJSON* document, const char* path, const cJSON* operation) {
+int replace(cJSON* document, const char* path, cJSON* operation) {
   if (!take_item(find_place(document, path))) return kNoItem;
   return put_value(document, path, operation);
 }
@@ -152,12 +189,12 @@ int change(cJSON* document, JsonPtr operation) {
   return apply_by_library(document, std::move(operation));
 }
 
-int apply_operation(cJSON* document, JsonPtr operation, size_t& steps_left) {
+int apply_operation(cJSON* document, JsonPtr operation, Allowance& allowance) {
   const char* name = text_member(operation.get(), "op");
-  if (is(name, "test")) return test(document, std::move(operation), steps_left);
+  if (is(name, "test")) return test(document, std::move(operation), allowance);
   const int status = change(document, std::move(operation));
   if (status != 0) return status;
-  return within_limits(document, 1, steps_left) ? 0 : kTooLarge;
+  return allowance.allows_document(document) ? 0 : kTooLarge;
 }
 
 }  // namespace
@@ -166,9 +203,9 @@ int apply_patch(JsonPtr& document, JsonPtr patch) {
   if (!cJSON_IsArray(patch.get())) return kNoPatch;
   if (!document) return kNoDocument;
   if (cJSON_GetArraySize(patch.get()) > kMostOperations) return kTooLarge;
-  size_t steps_left = kMostSteps;
+  Allowance allowance;
   while (JsonPtr operation{cJSON_DetachItemFromArray(patch.get(), 0)}) {
-    const int status = apply_operation(document.get(), std::move(operation), steps_left);
+    const int status = apply_operation(document.get(), std::move(operation), allowance);
     if (status != 0) return status;
   }
   return 0;

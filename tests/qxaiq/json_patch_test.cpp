@@ -7,6 +7,8 @@
 #include <random>
 #include <string>
 
+#include "common/quit.h"
+
 namespace {
 
 struct Outcome {
@@ -126,22 +128,43 @@ TEST(JsonPatchLimits, ManyOperationsOnAHugeDocumentEndAsFailure) {
   for (int i = 1; i < 10'000; ++i)
     operations += ",0";
   operations += "]}";
-  const auto repeat = [&](const char* operation, int times) {
-    for (int i = 0; i < times; ++i)
-      operations += operation;
-  };
-  repeat(R"(,{"op":"test","path":"/x/9999","value":0},{"op":"add","path":"/z","value":0})", 450);
+  for (int i = 0; i < 450; ++i)
+    operations += R"(,{"op":"test","path":"/x/9999","value":0},{"op":"add","path":"/z","value":0})";
   EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
   for (const char* copy : {"/a", "/b", "/c", "/d", "/e", "/f"})
     operations += R"(,{"op":"copy","from":"","path":")" + std::string(copy) + R"("})";
   EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
-  repeat(R"(,{"op":"add","path":"/z","value":0})", 93);
-  EXPECT_EQ(patch(kDocument, operations + "]").status, 8);
+  for (const char* operation :
+       {R"(,{"op":"add","path":"/z","value":0})", R"(,{"op":"test","path":"/z","value":0})"}) {
+    std::string more;
+    for (int i = 0; i < 93; ++i)
+      more += operation;
+    EXPECT_EQ(patch(kDocument, operations + more + "]").status, 8) << operation;
+  }
+}
+
+TEST(JsonPatchLimits, WhileTheProcessEndsOnlyOrdinaryPatchesAreDone) {
+  std::string operations = R"([{"op":"add","path":"/x","value":[0)";
+  for (int i = 1; i < 100'000; ++i)
+    operations += ",0";
+  operations += "]}";
+  std::string expensive = operations;
+  for (int i = 0; i < 50; ++i)
+    expensive += R"(,{"op":"add","path":"/y","value":0})";
+  EXPECT_EQ(patch(kDocument, expensive + "]").status, 0);
+  pq::quit_requested = true;
+  EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
+  EXPECT_EQ(patch(kDocument, expensive + "]").status, 8);
+  pq::quit_requested = false;
 }
 
 TEST(JsonPatchLimits, NestingDeeperThanStacksAllowEndsAsFailure) {
-  const std::string deep = std::string(300, '[') + std::string(300, ']');
-  EXPECT_EQ(patch(kDocument, R"([{"op":"add","path":"/x","value":)" + deep + "}]").status, 8);
+  const auto add_levels = [](size_t count) {
+    const std::string value = std::string(count, '[') + std::string(count, ']');
+    return patch(kDocument, R"([{"op":"add","path":"/x","value":)" + value + "}]").status;
+  };
+  EXPECT_EQ(add_levels(255), 0);  // the document itself is one
+  EXPECT_EQ(add_levels(256), 8);
 }
 
 TEST(JsonPatchLimits, AThousandOperationsAreTheMost) {
