@@ -4,6 +4,8 @@ set(not_emulated
   Picture.APacedDriverTakesOneNonblockingCommitAFrame
   # Two hundred clients, counted in seconds.
   Clients.TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd
+  # A minute of walking through a million items.
+  JsonPatchLimits.ManyOperationsOnAHugeDocumentEndAsFailure
   # A shell stands in for the daemon here: this machine's, which loads no library for Arm.
   Launch.GivesTheDaemonTheBoardsFilesAndPrograms/WithMappedPaths
   Launch.LeavesNothingBehindHoweverItEnds/WithMappedPaths)
