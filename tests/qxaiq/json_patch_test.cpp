@@ -115,45 +115,44 @@ TEST(JsonPatchLimits, DoublingByCopyEndsAsFailure) {
   EXPECT_EQ(patch(kDocument, operations).status, 8);
 }
 
+// With a comma in front of each.
+std::string repeated(int times, const std::string& item) {
+  std::string list;
+  for (int i = 0; i < times; ++i)
+    list += "," + item;
+  return list;
+}
+
+// The operation that puts a list of so many zeros to "/x".
+std::string add_zeros(int count) {
+  return R"({"op":"add","path":"/x","value":[0)" + repeated(count - 1, "0") + "]}";
+}
+
 TEST(JsonPatchLimits, CopyingALongTextEndsAsFailure) {
   const std::string text(1024 * 1024, 'x');
-  std::string operations = R"([{"op":"add","path":"/x/-","value":")" + text + R"("})";
-  for (int i = 1; i < 8; ++i)
-    operations += R"(,{"op":"copy","from":"/x/0","path":"/x/-"})";
+  const std::string operations = R"([{"op":"add","path":"/x/-","value":")" + text + R"("})" +
+                                 repeated(7, R"({"op":"copy","from":"/x/0","path":"/x/-"})");
   EXPECT_EQ(patch(R"({"x":[]})", operations + "]").status, 8);  // as there are names, too
 }
 
 TEST(JsonPatchLimits, ManyOperationsOnAHugeDocumentEndAsFailure) {
-  std::string operations = R"([{"op":"add","path":"/x","value":[0)";
-  for (int i = 1; i < 10'000; ++i)
-    operations += ",0";
-  operations += "]}";
-  for (int i = 0; i < 450; ++i)
-    operations += R"(,{"op":"test","path":"/x/9999","value":0},{"op":"add","path":"/z","value":0})";
+  const std::string add = R"({"op":"add","path":"/z","value":0})";
+  const std::string test = R"({"op":"test","path":"/z","value":0})";
+  std::string operations = "[" + add_zeros(10'000) + repeated(450, add + "," + test);
   EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
   for (const char* copy : {"/a", "/b", "/c", "/d", "/e", "/f"})
     operations += R"(,{"op":"copy","from":"","path":")" + std::string(copy) + R"("})";
   EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
-  for (const char* operation :
-       {R"(,{"op":"add","path":"/z","value":0})", R"(,{"op":"test","path":"/z","value":0})"}) {
-    std::string more;
-    for (int i = 0; i < 93; ++i)
-      more += operation;
-    EXPECT_EQ(patch(kDocument, operations + more + "]").status, 8) << operation;
-  }
+  EXPECT_EQ(patch(kDocument, operations + repeated(93, add) + "]").status, 8);
+  EXPECT_EQ(patch(kDocument, operations + repeated(93, test) + "]").status, 8);
 }
 
 TEST(JsonPatchLimits, WhileTheProcessEndsOnlyOrdinaryPatchesAreDone) {
-  std::string operations = R"([{"op":"add","path":"/x","value":[0)";
-  for (int i = 1; i < 100'000; ++i)
-    operations += ",0";
-  operations += "]}";
-  std::string expensive = operations;
-  for (int i = 0; i < 50; ++i)
-    expensive += R"(,{"op":"add","path":"/y","value":0})";
+  const std::string ordinary = "[" + add_zeros(100'000);
+  const std::string expensive = ordinary + repeated(50, R"({"op":"add","path":"/y","value":0})");
   EXPECT_EQ(patch(kDocument, expensive + "]").status, 0);
   pq::quit_requested = true;
-  EXPECT_EQ(patch(kDocument, operations + "]").status, 0);
+  EXPECT_EQ(patch(kDocument, ordinary + "]").status, 0);
   EXPECT_EQ(patch(kDocument, expensive + "]").status, 8);
   pq::quit_requested = false;
 }
@@ -168,16 +167,9 @@ TEST(JsonPatchLimits, NestingDeeperThanStacksAllowEndsAsFailure) {
 }
 
 TEST(JsonPatchLimits, AThousandOperationsAreTheMost) {
-  const auto times = [](int count) {
-    std::string operations = "[";
-    for (int i = 0; i < count; ++i) {
-      operations += R"({"op":"add","path":"/csc/gain/-","value":0},)";
-    }
-    operations.back() = ']';
-    return patch(kDocument, operations).status;
-  };
-  EXPECT_EQ(times(1000), 0);
-  EXPECT_EQ(times(1001), 8);
+  const std::string append = R"({"op":"add","path":"/csc/gain/-","value":0})";
+  EXPECT_EQ(patch(kDocument, "[" + append + repeated(999, append) + "]").status, 0);
+  EXPECT_EQ(patch(kDocument, "[" + append + repeated(1000, append) + "]").status, 8);
 }
 
 // Everything but what the library gets wrong: a source that is no text, and more than one operation
