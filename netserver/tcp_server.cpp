@@ -162,7 +162,10 @@ void TCPServer::start_receiving(int client_socket) {
   try {
     note_open(client_socket);
     recv_threads_.push_back(std::make_unique<std::thread>());
-    *recv_threads_.back() = std::thread(&TCPServer::Recvieve, this, client_socket, index);
+    *recv_threads_.back() = std::thread([this, client_socket, index] {
+      Recvieve(client_socket);
+      leave_to_join(index);
+    });
   } catch (const std::exception& error) {
     kLog.error()("no thread for the client on socket %d, closing it: %s\n", client_socket,
                  error.what());
@@ -174,7 +177,7 @@ void TCPServer::start_receiving(int client_socket) {
   kLog.debug()("socket accept close\n");
 }
 
-int32_t TCPServer::Recvieve(int32_t client_socket, size_t index) {
+int32_t TCPServer::Recvieve(int32_t client_socket) {
   leave_signals_to_main_thread();
   kLog.debug()("TCPServer::Recvieve enter %d\n", client_socket);
   const bool can_end = set_timeout(client_socket, SO_RCVTIMEO, kReceiveTimeout) &&
@@ -187,7 +190,7 @@ int32_t TCPServer::Recvieve(int32_t client_socket, size_t index) {
   }
   kLog.debug()("TCPServer::Recvieve exit %d\n", client_socket);
   close_client(client_socket);
-  note_finished(index);
+  note_finished();
   return 0;
 }
 
@@ -243,17 +246,25 @@ void TCPServer::end_receiving() {
     shutdown(client_socket, SHUT_RD);
 }
 
-void TCPServer::note_finished(size_t index) {
+void TCPServer::note_finished() {
   size_t count = 0;
   try {
     const std::lock_guard lock(finished_mutex_);
     recv_threads_finished_id_.push_back(std::this_thread::get_id());
     count = recv_threads_finished_id_.size();
-    to_join_.push_back(index);
   } catch (const std::bad_alloc&) {
-    // Not queued: this thread is joined at shutdown.
+    // Not counted.
   }
   kLog.debug()("TCPServer::recv_threads_finished_id_ len: %zu\n", count);
+}
+
+void TCPServer::leave_to_join(size_t index) {
+  try {
+    const std::lock_guard lock(finished_mutex_);
+    to_join_.push_back(index);
+  } catch (const std::bad_alloc&) {
+    // This thread is joined at shutdown.
+  }
 }
 
 size_t TCPServer::finished_count() const {

@@ -54,7 +54,7 @@ class TCPServer {
 
  private:
   void Accepted();
-  int32_t Recvieve(int32_t client_socket, size_t index);
+  int32_t Recvieve(int32_t client_socket);
 
   int fail(const char* message);
   void start_receiving(int client_socket);
@@ -63,7 +63,8 @@ class TCPServer {
   void note_open(int client_socket);
   void close_client(int client_socket);
   void end_receiving();
-  void note_finished(size_t index);
+  void note_finished();
+  void leave_to_join(size_t index);
   void join_finished();
   void release_memory_of_the_last_session();
   bool descriptors_are_scarce() const;
@@ -88,7 +89,7 @@ class TCPServer {
   mutable std::mutex finished_mutex_;  // guards the two lists below
   // Not a list of nodes: those, allocated by each thread at its end, would pin that thread's heap.
   std::vector<std::thread::id> recv_threads_finished_id_;
-  std::vector<size_t> to_join_;  // indexes in recv_threads_
+  std::vector<size_t> to_join_;  // indexes in recv_threads_ of threads that are about to end
 };
 
 #endif  // NETSERVER_TCP_SERVER_H_
