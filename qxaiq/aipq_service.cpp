@@ -1,3 +1,4 @@
+#include <array>
 #include <mutex>
 #include <utility>
 
@@ -11,10 +12,17 @@
 namespace pq {
 namespace {
 
-// The table that a path names; null when it names neither. One that names both is an ACM path.
-const char* find_table(const PqRequest& request) {
-  for (const char* table : {"acm", "dci"}) {
-    if (request.path_names(table)) return table;
+struct Table {
+  const char* name;     // in the path, and in the document
+  const char* counter;  // of its changes
+};
+
+// A path that names both is an ACM path.
+constexpr std::array<Table, 2> kTables = {{{"acm", kAcmCounter}, {"dci", kDciCounter}}};
+
+const Table* find_table(const PqRequest& request) {
+  for (const Table& table : kTables) {
+    if (request.path_names(table.name)) return &table;
   }
   return nullptr;
 }
@@ -43,22 +51,20 @@ int updateAIPQ(char* body, uint32_t length) {
   pq::PqRequest request({body, length});
   request.check_platform();
   pq::change_document(request.take_patch());
-  if (const char* table = pq::find_table(request)) {
-    pq::bump(table[0] == 'a' ? pq::kAcmCounter : pq::kDciCounter);
-  }
+  if (const pq::Table* table = pq::find_table(request)) pq::bump(table->counter);
   return 0;
 }
 
 char* getAIPQ(char* body, uint32_t length) {
   pq::PqRequest request({body, length});
   request.put_platform();
-  if (const char* table = pq::find_table(request)) {
+  if (const pq::Table* table = pq::find_table(request)) {
     pq::JsonPtr document;
     {
       const std::lock_guard lock(pq::document_mutex);
       document = pq::read_document(pq::kAipqDocument);
     }
-    pq::JsonPtr values(cJSON_DetachItemFromObjectCaseSensitive(document.get(), table));
+    pq::JsonPtr values(cJSON_DetachItemFromObjectCaseSensitive(document.get(), table->name));
     if (values) pq::add_to_object(request.operation(), "value", std::move(values));
   }
   return pq::print_json(request.operation()).release();
