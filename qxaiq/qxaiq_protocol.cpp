@@ -15,8 +15,7 @@ namespace {
 using pq::kProtocolLog;
 
 std::mutex protocol_mutex;
-bool running =
-    true;  // guarded by protocol_mutex; for whoever looks at the process, nothing reads it
+bool running = true;  // guarded by protocol_mutex; nothing reads it, it is for a debugger
 
 bool is_command_packet(std::string_view chunk) {
   return chunk.starts_with(pq::kRequestMagic);

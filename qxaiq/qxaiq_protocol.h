@@ -1,8 +1,7 @@
 // The tuning protocol: two families of packets on one TCP stream.
 //
-//   command packets    72 bytes, "QXISP-AK" first: dumps, test patterns, pattern mode. Handled
-//   whole;
-//                      one that arrives in pieces is not put together.
+//   command packets    72 bytes, "QXISP-AK" first: dumps, test patterns, pattern mode. One that
+//                      arrives in pieces is not put together.
 //   document packets   0x51 0xAA 0xFF 0x58 first: JSON documents, which may take many receives.
 //
 // One packet a chunk: a chunk that holds more than one is not split.
