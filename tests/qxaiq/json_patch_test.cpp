@@ -129,7 +129,7 @@ std::string add_zeros(int count) {
 }
 
 TEST(JsonPatchLimits, CopyingALongTextEndsAsFailure) {
-  const std::string text(1024 * 1024, 'x');
+  const std::string text(size_t{1024} * 1024, 'x');
   const std::string operations = R"([{"op":"add","path":"/x/-","value":")" + text + R"("})" +
                                  repeated(7, R"({"op":"copy","from":"/x/0","path":"/x/-"})");
   EXPECT_EQ(patch(R"({"x":[]})", operations + "]").status, 8);  // as there are names, too

@@ -78,7 +78,7 @@ TEST_F(Walkthrough, ShowsWhatHappens) {
   ASSERT_GT(steps.size(), 40U);
   board::BoardOptions options;
   // It would take a minute and a half; a dump needs its second, a slow one all of its time.
-  options.hurry = kSlack > kSlack.zero() ? 1 : 3;
+  options.hurry = kSlack.count() > 0 ? 1 : 3;
   power_on("tv", options);
   put_documents("tv");
   start_daemon();
