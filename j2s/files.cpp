@@ -6,7 +6,7 @@
 #include <climits>
 #include <cstring>
 
-#include "j2s/j2s.h"
+#include "j2s/j2s_utils.h"
 #include "j2s/report.h"
 
 namespace j2s {

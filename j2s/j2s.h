@@ -3,6 +3,7 @@
 // One record per member (j2s_obj), structure (j2s_struct), enumeration (j2s_enum) and enumeration
 // constant (j2s_enum_value) says where a value lies and what it is called in JSON. A context
 // (j2s_ctx) points at one set of tables; j2s_init points it at the set that is compiled in.
+// What the mapping itself needs, buffers of a context and whole files, is in j2s_utils.h.
 //
 // Threads: every thread uses a context of its own. Conversions only read the tables, so that any
 // number of them may run at once on different structures; one context, or one structure that is
@@ -18,6 +19,8 @@
 
 #include <cstddef>
 #include <cstdint>
+
+#include "j2s/j2s_utils.h"
 
 // Type codes: j2s_obj::type. Any other code is no scalar: it reads as 0 and is never written.
 enum j2s_type : uint8_t {
@@ -91,8 +94,6 @@ struct j2s_enum_value {
 };
 static_assert(sizeof(j2s_enum_value) == 68 && offsetof(j2s_enum_value, value) == 64);
 
-struct j2s_data_list;
-
 // A context. The caller owns the storage (usually on its stack) and zeroes it before j2s_init.
 struct j2s_ctx {
   uint32_t magic;  // fingerprint of the compiled-in tables
@@ -126,19 +127,6 @@ static_assert(offsetof(j2s_ctx, owns_data) == 71 && offsetof(j2s_ctx, data_list)
 
 #pragma pack(pop)
 
-// The registry: every heap buffer that the mapping put into a structure, and the cache's buffer.
-struct j2s_data_entry {
-  void* ptr;      // null marks a free slot
-  uint8_t owned;  // 1: the context frees it
-};
-static_assert(sizeof(j2s_data_entry) == 16 && offsetof(j2s_data_entry, owned) == 8);
-
-struct j2s_data_list {
-  int32_t count;
-  j2s_data_entry* entries;  // `count` of them
-};
-static_assert(sizeof(j2s_data_list) == 16 && offsetof(j2s_data_list, entries) == 8);
-
 // --- Context -----------------------------------------------------------------------------------
 
 // Points `ctx` at the compiled-in tables, or at an equal copy in the cache file.
@@ -155,19 +143,6 @@ void j2s_init(j2s_ctx* ctx);
 // dangle afterwards, and so do data_list and (with a cache) the tables: j2s_init comes before any
 // further use of the context.
 void j2s_deinit(j2s_ctx* ctx);
-
-// --- Registry of buffers -----------------------------------------------------------------------
-
-// Returns a zeroed buffer of `size` bytes that the context owns, or null.
-void* j2s_alloc_data(j2s_ctx* ctx, size_t size);
-
-// Registers `ptr` in the first free slot, or in a new one; `owned`: the context frees it.
-// Returns 0, or -1 when the registry cannot grow; it is empty then and `ptr` stays the caller's.
-int j2s_add_data(j2s_ctx* ctx, void* ptr, bool owned);
-
-// Frees `ptr` and its slot. A buffer registered without ownership is only forgotten; an
-// unregistered one is freed.
-void j2s_release_data(j2s_ctx* ctx, void* ptr);
 
 // --- Structure to JSON -------------------------------------------------------------------------
 
@@ -229,16 +204,5 @@ int _j2s_json_to_obj(j2s_ctx* ctx, cJSON* item, cJSON* parent, int obj_index, vo
 
 // Stores a number in a member of type 1 to 10, with the conversions of j2s_json_to_struct.
 void j2s_obj_set_value(j2s_ctx* ctx, int obj_index, void* ptr, double value);
-
-// --- Files -------------------------------------------------------------------------------------
-
-// Reads a whole regular file with one read. Returns a buffer of *size + 1 bytes, the last one 0,
-// that the caller frees with free; null after a message on standard error, *size untouched then.
-// `size` may be null.
-char* j2s_read_file(const char* path, size_t* size);
-
-// Replaces the file's content with `text` and syncs it. Returns the number of bytes written, or
-// -1 without a message; unless it could not be opened, the file is truncated then.
-int j2s_save_file(const char* path, const char* text);
 
 #endif  // J2S_J2S_H_
