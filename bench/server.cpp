@@ -131,8 +131,8 @@ void print_memory(const char* daemon) {
   for (const size_t count : {100, 1000}) {
     while (clients.size() < count) {
       clients.push_back(connect_to_daemon());
-      wait_for_threads(pid,
-                       clients.size());  // more at once than the backlog would have to try again
+      // One by one: who finds the server's queue full tries again only after a second.
+      wait_for_threads(pid, clients.size());
     }
     const long grown = resident_kilobytes(pid) - idle;
     std::printf("for each of %zu clients, B\t%ld\t0\n", count,

@@ -20,8 +20,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr size_t kLimit = 64;
-constexpr auto kAgainAfter =
-    10s;  // bound; a client whose first try was lost repeats it for seconds
+constexpr auto kAgainAfter = 10s;  // a client whose first try was lost repeats it for seconds
 
 // Connections that are only asked for: most of them can't be had.
 class Crowd {

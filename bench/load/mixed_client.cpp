@@ -14,7 +14,7 @@ namespace {
 using pqclient::Command;
 using pqclient::DocumentCommand;
 
-// Of 100 requests.
+// Of 100 requests, in the order of Kind.
 constexpr std::array<size_t, kKindCount> kShares = {36, 8, 20, 5, 6, 5, 4, 2, 5, 5, 4};
 static_assert(std::accumulate(kShares.begin(), kShares.end(), size_t{0}) == 100);
 

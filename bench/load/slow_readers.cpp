@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstdint>
 #include <exception>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -23,8 +25,23 @@ constexpr int kSmallBuffer = 4096;  // so that the daemon has to wait for the re
 constexpr size_t kPiece = 8192;     // at a time
 constexpr auto kPause = 20ms;       // between pieces: an answer of 270 KB takes a second
 
-// The bytes of the whole answer, read piece by piece.
-std::string read_slowly(Wire& wire, size_t size) {
+std::string question() {
+  return document_packet(pqclient::DocumentCommand::kReadAipq, query_text("/acm"));
+}
+
+// The bytes of the whole answer, read at once.
+std::string quick_answer() {
+  Wire wire;
+  wire.send(question());
+  std::string bytes = wire.receive(sizeof(pqclient::DocumentHeader));
+  pqclient::DocumentHeader header{};
+  std::copy(bytes.begin(), bytes.end(), reinterpret_cast<char*>(&header));
+  return bytes + wire.receive(pqclient::reply_bytes_after(header));
+}
+
+// The same, read piece by piece.
+std::string slow_answer(Wire& wire, size_t size) {
+  wire.send(question());
   std::string bytes;
   while (bytes.size() < size) {
     std::this_thread::sleep_for(kPause);
@@ -33,11 +50,71 @@ std::string read_slowly(Wire& wire, size_t size) {
   return bytes;
 }
 
-std::string raw_answer(Wire& wire) {
-  std::string bytes = wire.receive(sizeof(pqclient::DocumentHeader));
-  pqclient::DocumentHeader header{};
-  std::copy(bytes.begin(), bytes.end(), reinterpret_cast<char*>(&header));
-  return bytes + wire.receive(pqclient::reply_bytes_after(header));
+// Clients that ask and read slowly, each on a thread of its own, until they have so many answers
+// together.
+class SlowReaders {
+ public:
+  SlowReaders(size_t answers, const std::string& expected)
+      : expected_(expected), left_(static_cast<int64_t>(answers)) {
+    for (size_t i = 0; i < kSlowReaders; ++i)
+      threads_.emplace_back([this] { read(); });
+  }
+
+  bool are_done() const { return running_ == 0; }
+
+  // Waits for them. Returns what went wrong; a reader stops at its first failure.
+  const std::vector<std::string>& join() {
+    threads_.clear();
+    return failures_;
+  }
+
+ private:
+  void read() {
+    try {
+      Wire wire(kLoopback, kSmallBuffer);
+      while (left_-- > 0) {
+        if (slow_answer(wire, expected_.size()) != expected_) throw std::runtime_error("garbled");
+      }
+    } catch (const std::exception& error) {
+      const std::lock_guard lock(mutex_);
+      failures_.emplace_back(error.what());
+    }
+    --running_;
+  }
+
+  const std::string& expected_;
+  std::atomic<int64_t> left_;
+  std::atomic<size_t> running_ = kSlowReaders;
+  std::mutex mutex_;
+  std::vector<std::string> failures_;
+  std::vector<std::jthread> threads_;  // last: they use the others
+};
+
+// What another client notices of them.
+struct Beside {
+  std::vector<Clock::duration> waits;  // sorted
+  long most_memory = 0;                // KiB
+
+  Clock::duration median() const { return waits[waits.size() / 2]; }
+  Clock::duration longest() const { return waits.back(); }
+};
+
+Beside query_beside(const SlowReaders& readers, const LoadedBoard& board) {
+  Beside beside;
+  Wire wire;
+  do {
+    const auto asked = Clock::now();
+    ask(wire, pqclient::DocumentCommand::kReadPq, "/csc");
+    beside.waits.push_back(Clock::now() - asked);
+    beside.most_memory = std::max(beside.most_memory, board.figures().resident_kib);
+    std::this_thread::sleep_for(10ms);
+  } while (!readers.are_done());
+  std::ranges::sort(beside.waits);
+  return beside;
+}
+
+int64_t milliseconds(Clock::duration time) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
 }
 
 }  // namespace
@@ -46,71 +123,31 @@ bool run_slow_readers(size_t queries) {
   Report report("slow");
   LoadedBoard board;
   const size_t idle_threads = board.figures().threads;
-  const std::string question =
-      document_packet(pqclient::DocumentCommand::kReadAipq, query_text("/acm"));
-  std::string expected;
-  {
-    Wire wire;
-    wire.send(question);
-    expected = raw_answer(wire);
-  }
+  const std::string expected = quick_answer();
   const ProcessFigures before = board.settled(idle_threads);
 
-  std::atomic<size_t> left = queries;
-  std::atomic<size_t> readers = kSlowReaders;
-  std::mutex mutex;
-  std::vector<std::string> failures;
-  const auto read = [&] {
-    try {
-      Wire wire(kLoopback, kSmallBuffer);
-      while (left > 0 && left-- <= queries) {
-        wire.send(question);
-        if (read_slowly(wire, expected.size()) != expected) throw std::runtime_error("garbled");
-      }
-    } catch (const std::exception& error) {
-      const std::lock_guard lock(mutex);
-      failures.emplace_back(error.what());
-    }
-    --readers;
-  };
-  std::vector<std::thread> threads;
-  for (size_t i = 0; i < kSlowReaders; ++i)
-    threads.emplace_back(read);
-
   const auto start = Clock::now();
-  std::vector<Clock::duration> waits;
-  long most_memory = 0;
-  for (Wire wire; readers > 0;) {
-    const auto asked = Clock::now();
-    ask(wire, pqclient::DocumentCommand::kReadPq, "/csc");
-    waits.push_back(Clock::now() - asked);
-    most_memory = std::max(most_memory, board.figures().resident_kib);
-    std::this_thread::sleep_for(10ms);
-  }
-  for (auto& thread : threads)
-    thread.join();
+  SlowReaders readers(queries, expected);
+  const Beside beside = query_beside(readers, board);
+  const std::vector<std::string>& failures = readers.join();
+  const Clock::duration slow = (Clock::now() - start) * kSlowReaders / queries;
   const ProcessFigures after = board.settled(idle_threads);
   board.stop();
 
-  const Clock::duration slow = (Clock::now() - start) * kSlowReaders / queries;
-  const auto middle = waits.begin() + static_cast<ptrdiff_t>(waits.size() / 2);
-  std::nth_element(waits.begin(), middle, waits.end());
-  const auto milliseconds = [](Clock::duration time) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
-  };
   report
       .figure(queries, " answers of ", expected.size(), " bytes to ", kSlowReaders,
               " slow readers, whole, in ", milliseconds(slow), " ms each")
-      .figure(waits.size(), " quick queries meanwhile, half of them within ", milliseconds(*middle),
-              " ms, all within ", milliseconds(*std::max_element(waits.begin(), waits.end())),
+      .figure(beside.waits.size(), " quick queries meanwhile, half of them within ",
+              milliseconds(beside.median()), " ms, all within ", milliseconds(beside.longest()),
               " ms")
-      .figure("memory ", mebibytes(before.resident_kib), ", at most ", mebibytes(most_memory), ", ",
-              mebibytes(after.resident_kib), " after")
+      .figure("memory ", mebibytes(before.resident_kib), ", at most ",
+              mebibytes(beside.most_memory), ", ", mebibytes(after.resident_kib), " after")
       .figure("descriptors ", before.descriptors, " and ", after.descriptors);
   for (const auto& failure : failures)
     report.require(false, failure);
   // Who had to wait for slow readers would wait for several of their answers.
-  report.require(!memory_is_comparable() || *middle < slow / 2, "a slow reader delays the others");
+  report.require(!memory_is_comparable() || beside.median() < slow / 2,
+                 "a slow reader delays the others");
   report.require(after.descriptors == before.descriptors, "descriptors were lost");
   return report.finish();
 }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -20,13 +21,8 @@ constexpr long kMostGrowth = 1024;  // KiB
 
 // One step: so many requests, then quiet.
 TrafficResult run_step(size_t requests, unsigned seed) {
-  std::atomic<size_t> left = requests;
-  return run_mixed_clients(kClients, seed, [&left] {
-    size_t now = left;
-    while (now > 0 && !left.compare_exchange_weak(now, now - 1)) {
-    }
-    return now > 0;
-  });
+  std::atomic<int64_t> left = static_cast<int64_t>(requests);
+  return run_mixed_clients(kClients, seed, [&left] { return left-- > 0; });
 }
 
 // Interrupted uploads leave their bytes in the daemon's one collection, up to 8 MiB of them; some
