@@ -1,7 +1,6 @@
 #include "bench/operations.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <utility>
 
