@@ -1,8 +1,7 @@
 // JSON to structure and back, with the daemon's own tables. Lines after the first: a document, one
 // that is loaded over it, and a question.
-#include <cstring>
+#include <cstdlib>
 #include <memory>
-#include <span>
 #include <string>
 
 #include "fuzz/support/check.h"
@@ -37,7 +36,7 @@ class Configuration {
   std::string bytes() const {
     return {reinterpret_cast<const char*>(values_.get()), sizeof(*values_)};
   }
-  // Rewrites the question's members; `scenes` are the tables' last.
+  // Rewrites what the question holds of the two halves: they are the tables' last members.
   void query(j2s_ctx* context, cJSON* question) const {
     for (int index : {context->obj_count - 2, context->obj_count - 1}) {
       cJSON* item = cJSON_GetObjectItemCaseSensitive(question, context->obj_table[index].name);
