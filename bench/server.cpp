@@ -1,4 +1,4 @@
-// Measures the daemon as a process: bench_server DAEMON EMPTY_PROGRAM, inside bench/private_root.
+// Measures the daemon as a process: bench_server DAEMON EMPTY_PROGRAM, inside tools/private-root.
 //
 // Prints "NAME <tab> value <tab> what it is compared with" a line: microseconds from the start to
 // the first accepted connection, and from the start to the end of the empty program; resident
