@@ -1,7 +1,5 @@
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstring>
 #include <span>
 
 #include <baseparameter_api.h>

@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
-#include <memory>
 
 #include <cutils/properties.h>
 

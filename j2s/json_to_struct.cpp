@@ -1,5 +1,6 @@
 // JSON to structure: loading, and the entry to both modes.
 
+#include <cstdlib>
 #include <cstring>
 
 #include "j2s/dynamic_arrays.h"

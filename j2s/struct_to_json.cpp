@@ -1,6 +1,7 @@
 // Structure to JSON.
 
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
 
 #include "j2s/array_text.h"

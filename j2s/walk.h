@@ -4,7 +4,6 @@
 #define J2S_WALK_H_
 
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 
 #include "j2s/j2s.h"

@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <optional>
 #include <random>
-#include <string>
 
 #include "load/wire.h"
 

@@ -1,6 +1,5 @@
 #include "baseparameter/parameter_store.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sstream>

@@ -3,7 +3,6 @@
 #define BOARD_DISPLAY_SERVICE_PICTURE_DUMP_H_
 
 #include <filesystem>
-#include <string>
 
 #include "description/description.h"
 #include "screen/picture.h"

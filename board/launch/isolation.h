@@ -3,7 +3,6 @@
 #define BOARD_LAUNCH_ISOLATION_H_
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "launch/state_folder.h"

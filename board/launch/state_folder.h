@@ -7,7 +7,6 @@
 #define BOARD_LAUNCH_STATE_FOLDER_H_
 
 #include <filesystem>
-#include <string_view>
 #include <vector>
 
 #include "description/description.h"

@@ -16,7 +16,6 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 
 #include "paths/mapped_path.h"
 

@@ -1,5 +1,4 @@
 // /system/bin/setprop of the simulated board.
-#include <cstring>
 #include <iostream>
 
 #include "description/description.h"

@@ -3,9 +3,7 @@
 
 #include <cerrno>
 #include <cinttypes>
-#include <cstring>
 #include <string>
-#include <string_view>
 
 #include "description/description.h"
 #include "properties/property_store.h"

@@ -7,7 +7,6 @@
 #define BOARD_SCREEN_STATE_FILE_H_
 
 #include <filesystem>
-#include <string>
 
 #include "screen/display_state.h"
 

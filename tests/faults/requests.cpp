@@ -1,7 +1,6 @@
 // One request of each kind that a client can send.
 #include <array>
 #include <exception>
-#include <string_view>
 
 #include <cutils/properties.h>
 

@@ -8,10 +8,8 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
-#include <cstdio>
 #include <ctime>
 
 #include "faults/captured_reply.h"

@@ -7,7 +7,6 @@
 #include <chrono>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "common/owner.h"
 #include "qxaiq/document_packet.h"

@@ -1,9 +1,7 @@
 // Command packets: patterns, pattern mode, dumps.
 #include <dirent.h>
 
-#include <algorithm>
 #include <fstream>
-#include <thread>
 
 #include "scenario/daemon_test.h"
 

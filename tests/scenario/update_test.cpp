@@ -2,7 +2,6 @@
 #include <baseparameter_api.h>
 
 #include <algorithm>
-#include <cstring>
 #include <filesystem>
 
 #include "drm/display_state.h"
