@@ -16,22 +16,33 @@ struct Arguments {
   bool overwrites = false;
 };
 
+// A pipe or a device is written to; a file is to be whole or not there.
+void write_backup(const Arguments& arguments, const std::string& text) {
+  std::error_code unknown;  // writing will tell
+  const auto type = std::filesystem::status(arguments.file, unknown).type();
+  const bool is_file =
+      type == std::filesystem::file_type::regular || type == std::filesystem::file_type::not_found;
+  if (arguments.file != "-" && is_file) {
+    replace_file(arguments.file, text);
+  } else {
+    write_output(arguments.file, text);
+  }
+}
+
 void backup(Session& session, const Arguments& arguments) {
-  const bool is_file = arguments.file != "-";
-  if (is_file && !arguments.overwrites && std::filesystem::exists(arguments.file)) {
+  std::error_code unknown;
+  if (arguments.file != "-" && !arguments.overwrites &&
+      std::filesystem::is_regular_file(arguments.file, unknown)) {
     throw pqclient::Error(pqclient::ErrorKind::kFile,
                           arguments.file +
                               " is there already, and may be the only copy of a "
                               "calibration: give another name, or --force");
   }
   const Backup backup = read_board(session);
-  const std::string text = backup_text(backup);
-  if (!is_file) {
-    write_output("-", text);
-    return;
+  write_backup(arguments, backup_text(backup));
+  if (arguments.file != "-") {
+    session.note("both documents of board " + backup.board + " are in " + arguments.file);
   }
-  replace_file(arguments.file, text);
-  session.note("both documents of board " + backup.board + " are in " + arguments.file);
 }
 
 }  // namespace

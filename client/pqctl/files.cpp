@@ -49,10 +49,13 @@ void replace_file(const std::filesystem::path& path, std::string_view bytes) {
 
 std::string read_input(const std::string& path) {
   if (path == "-") return {std::istreambuf_iterator<char>(std::cin), {}};
-  std::ifstream file(path, std::ios::binary);
-  std::string text(std::istreambuf_iterator<char>(file), {});
-  if (!file.is_open() || file.bad()) throw file_error("read", path);
-  return text;
+  try {
+    std::ifstream file(path, std::ios::binary);
+    if (!file.is_open()) throw file_error("read", path);
+    return {std::istreambuf_iterator<char>(file), {}};
+  } catch (const std::ios_base::failure&) {  // of the read itself: a folder, a broken disk
+    throw file_error("read", path);
+  }
 }
 
 void write_output(const std::string& path, std::string_view bytes) {

@@ -1,4 +1,7 @@
 // pqctl: reads and changes the picture quality of a board from the command line.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <exception>
 #include <iostream>
 
@@ -34,9 +37,19 @@ ExitStatus run(const CommandLine& line) {
   }
 }
 
+// What the caller has closed would be given to the connection, and what is printed would go to the
+// board. Opened the wrong way round, so that reading and writing fail as they would have.
+void fill_closed_descriptors() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) >= 0) continue;
+    (void)open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  fill_closed_descriptors();
   try {
     CommandLine line;
     const auto ended = parse_command_line(argc, argv, line);
