@@ -23,6 +23,11 @@ using pqclient::ErrorKind;
   throw Error(ErrorKind::kInput, file + ": " + what);
 }
 
+[[noreturn]] void refuse_reading(const std::string& file) {
+  throw Error(ErrorKind::kFile,
+              "cannot read " + file + ": " + std::generic_category().message(errno));
+}
+
 bool truth(const std::string& file, const std::string& key, const std::string& text) {
   if (text == "true" || text == "yes" || text == "1") return true;
   if (text == "false" || text == "no" || text == "0") return false;
@@ -32,16 +37,26 @@ bool truth(const std::string& file, const std::string& key, const std::string& t
 double positive_seconds(const std::string& file, const std::string& text) {
   double seconds = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-  if (error != std::errc() || end != text.data() + text.size() || !(seconds > 0)) {
+  constexpr double kMost = 3600;
+  if (error != std::errc() || end != text.data() + text.size() ||
+      !(seconds > 0 && seconds <= kMost)) {
     refuse(file, "timeout cannot be \"" + text + "\": give seconds, such as 8");
   }
   return seconds;
 }
 
+pqclient::Address address_in(const std::string& file, const std::string& text) {
+  try {
+    return pqclient::parse_address(text);
+  } catch (const Error& error) {
+    refuse(file, error.what());
+  }
+}
+
 void apply(const std::string& file, const std::string& key, const std::string& value,
            Board& board) {
   if (key == "host") {
-    board.address = pqclient::parse_address(value);
+    board.address = address_in(file, value);
   } else if (key == "timeout") {
     board.timeout_seconds = positive_seconds(file, value);
   } else if (key == "read-only") {
@@ -52,10 +67,10 @@ void apply(const std::string& file, const std::string& key, const std::string& v
   }
 }
 
-std::string joined(const std::vector<std::string>& steps) {
+std::string joined(const std::vector<std::string>& words, const char* separator) {
   std::string text;
-  for (const std::string& step : steps)
-    text.append(text.empty() ? "" : ".").append(step);
+  for (const std::string& word : words)
+    text.append(text.empty() ? "" : separator).append(word);
   return text;
 }
 
@@ -67,13 +82,12 @@ Board& board_called(std::vector<Board>& boards, const std::string& name) {
 }
 
 void apply(const CLI::ConfigItem& item, Configuration& configuration) {
-  const std::string value = item.inputs.empty() ? "" : item.inputs.front();
-  if (item.name == "--") return;  // the parser's mark of a section's end
-  if (item.name == "++") {        // and of its start
-    board_called(configuration.boards, joined(item.parents));
-  } else if (!item.parents.empty()) {
+  // The parser's marks of where a section begins and ends: for [lab.tv] it says that [lab] begins.
+  if (item.name == "++" || item.name == "--") return;
+  const std::string value = joined(item.inputs, " ");
+  if (!item.parents.empty()) {
     apply(configuration.file, item.name, value,
-          board_called(configuration.boards, joined(item.parents)));
+          board_called(configuration.boards, joined(item.parents, ".")));
   } else if (item.name == "default") {
     configuration.default_board = value;
   } else {
@@ -131,11 +145,11 @@ Configuration read_configuration() {
   Configuration configuration;
   const auto folder = configuration_folder();
   configuration.file = folder / "boards.ini";
+  if (folder.empty()) return configuration;
   std::ifstream file(configuration.file);
   if (!file.is_open()) {
-    if (folder.empty() || errno == ENOENT || errno == ENOTDIR) return configuration;
-    throw Error(ErrorKind::kFile, "cannot read " + configuration.file + ": " +
-                                      std::generic_category().message(errno));
+    if (errno == ENOENT || errno == ENOTDIR) return configuration;
+    refuse_reading(configuration.file);
   }
   try {
     for (const CLI::ConfigItem& item : CLI::ConfigINI().from_config(file))
@@ -143,6 +157,7 @@ Configuration read_configuration() {
   } catch (const CLI::Error& error) {
     refuse(configuration.file, error.what());
   }
+  if (file.bad()) refuse_reading(configuration.file);  // what is read-only must not get lost
   return configuration;
 }
 

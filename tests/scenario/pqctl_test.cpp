@@ -166,10 +166,10 @@ TEST_F(Pqctl, PatternLeavesDciAsItWasAlsoOnCtrlC) {
 
 TEST_F(Pqctl, ReadOnlyBoardIsNeverChangedHoweverItIsNamed) {
   const std::string before = stored();
-  home_.write("pqctl/boards.ini", "[lab]\nread-only = yes\nhost = 127.0.0.1\n");
+  home_.write("pqctl/boards.ini", "[lab.tv]\nread-only = yes\nhost = 127.0.0.1\n");
   for (const char* change : {"set csc/cscHue 1", "patch -", "pattern 1 2 3", "pattern-mode on"}) {
     const std::string patch = R"({"op":"replace","path":"/csc/cscHue","value":1})";
-    EXPECT_EQ(run(std::string("--board lab ") + change, patch).status, 1) << change;
+    EXPECT_EQ(run(std::string("--board lab.tv ") + change, patch).status, 1) << change;
     EXPECT_EQ(run(std::string("--host 127.0.0.1 ") + change, patch).status, 1) << change;
   }
   EXPECT_EQ(stored(), before);
@@ -210,6 +210,8 @@ TEST_F(Pqctl, ExitStatusTellsTheTroubleApart) {
            {"pattern 0 0 256", 1},
            {"--port 1 get csc", 2},
            {"get csc >/dev/full", 7},
+           {"get csc >&-", 7},  // and not to the board, whose connection would be next
+           {"restore /", 7},
            {"backup /no/such/folder/x.json", 7},
        }) {
     EXPECT_EQ(run(arguments).status, status) << arguments;
