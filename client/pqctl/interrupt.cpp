@@ -18,7 +18,10 @@ bool interrupted = false;
 // Single keys instead of lines, and nothing echoed.
 class KeyInput {
  public:
-  KeyInput() : is_terminal_(tcgetattr(STDIN_FILENO, &previous_) == 0) {
+  // In the background the keys are somebody else's, and asking for them would stop the program.
+  KeyInput()
+      : is_terminal_(tcgetpgrp(STDIN_FILENO) == getpgrp() &&
+                     tcgetattr(STDIN_FILENO, &previous_) == 0) {
     if (!is_terminal_) return;
     termios keys = previous_;
     keys.c_lflag &= ~static_cast<tcflag_t>(ICANON | ECHO);

@@ -59,6 +59,7 @@ void show_colour(Session& session, const Arguments& arguments) {
     guard.wait(in_milliseconds(*arguments.seconds));
   }
   mode.leave();
+  if (guard.is_interrupted()) throw Interrupted{};
 }
 
 void show_sequence(Session& session, const Arguments& arguments) {

@@ -105,7 +105,7 @@ void watch(Session& session, const Arguments& arguments) {
       if (!is_away) session.note(std::string("trying on: ") + error.what());
       is_away = true;
     }
-    std::cout.flush();
+    if (!std::cout.flush()) return;  // nobody reads on
   }
 }
 
