@@ -147,7 +147,8 @@ JsonPtr parse_value(const Target& target, std::string_view text) {
   JsonPtr value = typed_value(target, text);
   if (!value) {
     throw Error(ErrorKind::kInput,
-                target.text() + " cannot be \"" + std::string(text) + "\": that is no number");
+                target.text() + " cannot be \"" + std::string(text) +
+                    "\": " + (target.member->max == 1 ? "use on or off" : "that is no number"));
   }
   check_value(target, *value);
   return value;

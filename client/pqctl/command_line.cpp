@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "command_syntax.h"
 #include "pqclient/schema.h"
 
 namespace {
@@ -47,19 +48,26 @@ const std::map<std::string, ColorUse> kColorUses = {
     {"auto", ColorUse::kAuto}, {"always", ColorUse::kAlways}, {"never", ColorUse::kNever}};
 
 void add_global_options(CLI::App& app, Options& options) {
-  CLI::Option* host =
-      app.add_option("--host", options.host, "Address of the board")->option_text("HOST[:PORT]");
+  // An empty one would fall back to another board than the one that was meant.
+  const auto not_empty = [](const std::string& word) {
+    return word.empty() ? "it is empty" : std::string();
+  };
+  CLI::Option* host = app.add_option("--host", options.host, "Address of the board")
+                          ->option_text("HOST[:PORT]")
+                          ->check(not_empty);
   app.add_option("--port", options.port, "TCP port of the server (5543)")
       ->option_text("N")
       ->check(CLI::Range(1, 65535));
   app.add_option("--board", options.board, "Board by its name in boards.ini, see pqctl boards")
       ->option_text("NAME")
+      ->check(not_empty)
       ->excludes(host);
-  app.add_option("--timeout", options.timeout_seconds,
-                 "Longest wait for the connection and for each answer (5; 10 where the\n"
-                 "board redraws first, 20 for a dump)")
-      ->option_text("SECONDS")
-      ->check(CLI::Range(0.001, 3600.0));
+  CommandSyntax(app).number(
+      "--timeout",
+      {"SECONDS",
+       "Longest wait for the connection and for each answer (5; 10 where the\n"
+       "board redraws first, 20 for a dump)"},
+      options.timeout_seconds, Bounds{0.001, 3600});
   app.add_flag("--json", options.json, "JSON on standard output, and nothing else there");
   app.add_flag("-q,--quiet", options.quiet, "No notes and no progress, only errors");
   app.add_option_function<std::string>(
@@ -80,6 +88,12 @@ std::vector<std::string> words_of(int argc, char** argv) {
     }
   }
   return words;
+}
+
+// " pattern sequence"
+std::string chosen_commands(const CLI::App& app) {
+  const auto chosen = app.get_subcommands();
+  return chosen.empty() ? "" : " " + chosen.front()->get_name() + chosen_commands(*chosen.front());
 }
 
 // Without a known command the parser only says that it wants one.
@@ -137,7 +151,8 @@ std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine&
   } catch (const CLI::ParseError& error) {
     // Help and version, too, come by way of this exception.
     if (error.get_exit_code() == 0) return static_cast<ExitStatus>(app.exit(error));
-    std::cerr << "pqctl: " << explained(error, app, words) << ". See pqctl --help\n";
+    std::cerr << "pqctl: " << explained(error, app, words) << ". See pqctl" << chosen_commands(app)
+              << " --help\n";
     return ExitStatus::kUsage;
   }
   return std::nullopt;
