@@ -1,6 +1,7 @@
 #include "pqclient/change.h"
 
 #include <string_view>
+#include <utility>
 
 namespace pqclient {
 namespace {
@@ -31,19 +32,30 @@ struct Place {
   const cJSON* asked;
   const cJSON* stored;
 
-  // By name, or in an array by position.
-  [[nodiscard]] Place below(const std::string& name, const char* member, int position) const {
+  [[nodiscard]] Place member(const char* name, int position) const {
     const auto in = [&](const cJSON* tree) {
-      if (tree == nullptr) return tree;
-      return member != nullptr ? last_member(*tree, member) : element(*tree, position);
+      return tree != nullptr ? last_member(*tree, name) : nullptr;
     };
     return {.path = path + "/" + name,
-            .table = member != nullptr ? "" : path,
+            .table = "",
             .index = position,
             .before = in(before),
             .asked = in(asked),
             .stored = in(stored)};
   }
+};
+
+// The entries of an array, one after the other: looking each one up would take a list's length.
+class Entries {
+ public:
+  explicit Entries(const cJSON* array)
+      : next_(cJSON_IsArray(array) != 0 ? array->child : nullptr) {}
+
+  // Null behind the last one.
+  const cJSON* take() { return next_ != nullptr ? std::exchange(next_, next_->next) : nullptr; }
+
+ private:
+  const cJSON* next_;
 };
 
 bool has_scenes(const Target& place) {
@@ -68,22 +80,31 @@ void compare_below(const Place& place, bool entries_are_scenes,
   }
   // By the kind of the parent: an entry that a patch has put into an array still has a name.
   const bool is_object = cJSON_IsObject(shape) != 0;
+  Entries before_entries(before);
+  Entries asked_entries(asked);
+  Entries stored_entries(stored);
   int position = 0;
   for (const cJSON* child = shape->child; child != nullptr; child = child->next, ++position) {
-    const std::string name =
-        is_object ? child->string : name_of_entry(entries_are_scenes, position);
-    compare_below(place.below(name, is_object ? child->string : nullptr, position), false, changes);
+    const Place below = is_object ? place.member(child->string, position)
+                                  : Place{path + "/" + name_of_entry(entries_are_scenes, position),
+                                          path,
+                                          position,
+                                          before_entries.take(),
+                                          asked_entries.take(),
+                                          stored_entries.take()};
+    compare_below(below, false, changes);
   }
 }
 
 // The one child that differs; null when there are several, or when the two have not the same
 // children.
 const cJSON* only_difference(const cJSON& before, const cJSON& asked, int& index) {
+  const bool is_object = cJSON_IsObject(&asked) != 0;
+  if (is_object != (cJSON_IsObject(&before) != 0)) return nullptr;
   const cJSON* found = nullptr;
   const cJSON* old = before.child;
   const cJSON* item = asked.child;
   for (int i = 0; old != nullptr && item != nullptr; old = old->next, item = item->next, ++i) {
-    const bool is_object = cJSON_IsObject(&asked) != 0;
     if (is_object && std::string_view(old->string) != item->string) return nullptr;
     if (is_identical(*old, *item)) continue;
     if (found != nullptr) return nullptr;

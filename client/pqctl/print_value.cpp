@@ -60,7 +60,11 @@ void print_scenes(std::ostream& out, const cJSON& scenes, const Section& section
   int number = 0;
   for (const cJSON* scene = scenes.child; scene != nullptr; scene = scene->next, ++number) {
     out << (number > 0 ? "\n" : "") << "scene " << number << '\n';
-    print_section(out, *scene, section);
+    if (cJSON_IsObject(scene) != 0) {
+      print_section(out, *scene, section);
+    } else {
+      out << bare(*scene) << '\n';  // the board keeps this document as it is, whatever it holds
+    }
   }
 }
 
