@@ -59,9 +59,18 @@ std::vector<pqclient::ChangedValue> differences(const SectionTree& left, const S
   return all;
 }
 
+Backup read_noting_damage(const Session& session, const std::string& file) {
+  Backup backup = read_backup(file);
+  if (backup.has_checksum && !backup.is_as_written) {
+    session.note(file + " has been changed since it was written, or is damaged");
+  }
+  return backup;
+}
+
 void diff(Session& session, const Arguments& arguments) {
-  const Backup left = read_backup(arguments.left);
-  const Backup right = arguments.right.empty() ? read_board(session) : read_backup(arguments.right);
+  const Backup left = read_noting_damage(session, arguments.left);
+  const Backup right =
+      arguments.right.empty() ? read_board(session) : read_noting_damage(session, arguments.right);
   const auto values = differences(left.documents, right.documents);
   if (!values.empty()) session.end_with(ExitStatus::kDifferent);
   if (session.options().json) {

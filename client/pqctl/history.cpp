@@ -142,6 +142,11 @@ std::vector<HistoryEntry> History::entries() const {
   return entries;
 }
 
+std::filesystem::path History::unreadable_newest() const {
+  const std::vector<int> known = numbers();
+  return known.empty() || read(known.back()) ? std::filesystem::path() : file_of(known.back());
+}
+
 int History::add(HistoryEntry entry) const {
   std::error_code error;
   std::filesystem::create_directories(folder_, error);

@@ -36,8 +36,11 @@ class History {
   // Of this board: by its name, else by its address.
   explicit History(const Board& board);
 
-  // Oldest first. A file that is none of ours, or damaged, is passed over.
+  // Oldest first. What is damaged, or of another version of pqctl, is passed over.
   [[nodiscard]] std::vector<HistoryEntry> entries() const;
+
+  // The newest file, when it is passed over; else empty.
+  [[nodiscard]] std::filesystem::path unreadable_newest() const;
 
   // Gives the entry its number and keeps the newest few hundred.
   int add(HistoryEntry entry) const;

@@ -28,9 +28,16 @@ struct Arguments {
   bool is_forced = false;
 };
 
+[[noreturn]] void refuse_shape(const Target& place) {
+  throw Error(ErrorKind::kInput,
+              "the backup's " + place.text() + " has another shape than the board's, nothing sent");
+}
+
 // The backup's values for the names that the board has, in the backup's order, and the board's own
 // for names that the backup lacks: it may come from an older or newer version.
 JsonPtr merged(const Target& place, const cJSON& board, const cJSON& kept, Session& session) {
+  if (cJSON_IsObject(&kept) == 0) refuse_shape(place);
+  if (cJSON_IsObject(&board) == 0) return pqclient::copy_json(kept);  // a scene that got lost
   JsonPtr section(cJSON_CreateObject());
   for (const cJSON* item = kept.child; item != nullptr; item = item->next) {
     if (pqclient::last_member(board, item->string) != nullptr) {
@@ -51,13 +58,10 @@ JsonPtr merged(const Target& place, const cJSON& board, const cJSON& kept, Sessi
 
 JsonPtr merged_section(const Target& section, const cJSON& board, const cJSON& kept,
                        Session& session) {
-  const bool is_usable = cJSON_IsObject(&kept) != 0 || cJSON_IsArray(&kept) != 0;
-  if (!is_usable || cJSON_IsArray(&kept) != cJSON_IsArray(&board) ||
-      (cJSON_IsArray(&kept) != 0 && cJSON_GetArraySize(&kept) != cJSON_GetArraySize(&board))) {
-    throw Error(ErrorKind::kInput, "the backup's " + section.text() +
-                                       " has another shape than the board's, nothing sent");
-  }
   if (section.document == Document::kPq) return merged(section, board, kept, session);
+  if (cJSON_IsArray(&kept) == 0 || cJSON_GetArraySize(&kept) != cJSON_GetArraySize(&board)) {
+    refuse_shape(section);
+  }
   JsonPtr scenes(cJSON_CreateArray());
   Target scene = section;
   scene.scene = 0;
@@ -132,13 +136,16 @@ void write_scenes_whole(Session& session, std::vector<PlannedWrite>& writes) {
   }
 }
 
-void check_backup(Session& session, const Backup& backup, const Arguments& arguments) {
+void check_checksum(const Backup& backup, const Arguments& arguments) {
+  if (arguments.is_forced || !backup.has_checksum || backup.is_as_written) return;
+  throw Error(ErrorKind::kInput, arguments.file +
+                                     " has been changed since it was written, or is damaged: its "
+                                     "checksum does not fit. --force takes it all the same");
+}
+
+// Once the board has answered.
+void check_platform(Session& session, const Backup& backup, const Arguments& arguments) {
   if (arguments.is_forced) return;
-  if (backup.has_checksum && !backup.is_as_written) {
-    throw Error(ErrorKind::kInput, arguments.file +
-                                       " has been changed since it was written, or is damaged: its "
-                                       "checksum does not fit. --force takes it all the same");
-  }
   const auto platform = session.client().platform();
   if (backup.platform && platform && *backup.platform != *platform) {
     throw Error(ErrorKind::kInput, arguments.file + " is of a board of platform " +
@@ -151,6 +158,7 @@ void check_backup(Session& session, const Backup& backup, const Arguments& argum
 
 void restore(Session& session, const Arguments& arguments) {
   const Backup backup = read_backup(arguments.file);
+  check_checksum(backup, arguments);
   if (!arguments.is_dry_run) session.require_writable();
   const std::vector<Target> places = wanted_places(arguments);
   std::vector<PlannedWrite> writes;
@@ -160,11 +168,13 @@ void restore(Session& session, const Arguments& arguments) {
     }
   }
   if (arguments.only.empty()) write_scenes_whole(session, writes);
-  check_backup(session, backup, arguments);
+  check_platform(session, backup, arguments);
   if (!backup.time.empty()) {
     session.note("restoring what board " + backup.board + " had on " + local_text(backup.time));
   }
-  write_all(session, std::move(writes), {.is_dry_run = arguments.is_dry_run});
+  write_all(session, std::move(writes),
+            {.is_dry_run = arguments.is_dry_run,
+             .remedy = ". The same command again goes on, pqctl undo takes it back"});
 }
 
 }  // namespace

@@ -54,10 +54,14 @@ struct Trial {
 
 void take_back(Session& session, Trial& trial) {
   try {
-    write_all(session, std::move(trial.back), {.heeds_interrupt = false, .filing = Filing::kNot});
+    write_all(session, std::move(trial.back),
+              {.heeds_interrupt = false, .filing = Filing::kNot, .remedy = ""});
   } catch (const pqclient::Error& error) {
-    throw pqclient::Error(error.kind(), std::string("taking it back failed: ") + error.what() +
-                                            ". Once the board answers: pqctl undo");
+    throw pqclient::Error(
+        error.kind(),
+        std::string("taking it back failed: ") + error.what() +
+            (trial.number ? ". Once the board answers: pqctl undo " + std::to_string(*trial.number)
+                          : ". The history does not know it: set it back by hand"));
   }
   if (trial.number) History(session.board()).mark_undone(*trial.number);
 }
@@ -77,7 +81,7 @@ void try_out(Session& session, const Arguments& arguments) {
   Trial trial{.back = reversed(writes), .number = {}};
   Decision decision = Decision::kTakeBack;
   try {
-    write_all(session, std::move(writes), {.number = &trial.number});
+    write_all(session, std::move(writes), {.number = &trial.number, .remedy = ""});
     decision = wait_for_decision(session, guard, time);
   } catch (...) {
     take_back(session, trial);

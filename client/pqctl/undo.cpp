@@ -18,7 +18,14 @@ struct Arguments {
 };
 
 HistoryEntry chosen_entry(Session& session, std::optional<int> number) {
-  std::vector<HistoryEntry> entries = History(session.board()).entries();
+  const History history(session.board());
+  if (const auto file = history.unreadable_newest(); !number && !file.empty()) {
+    throw pqclient::Error(pqclient::ErrorKind::kFile,
+                          "cannot read the last change, " + file.string() +
+                              ": damaged, or of another version of pqctl. For one before it: pqctl "
+                              "undo NUMBER, see pqctl history");
+  }
+  std::vector<HistoryEntry> entries = history.entries();
   const auto is_chosen = [number](const HistoryEntry& entry) {
     return number ? entry.number == *number : !entry.is_undo && !entry.is_undone;
   };
@@ -39,7 +46,9 @@ void undo(Session& session, const Arguments& arguments) {
   session.note("undoing change " + std::to_string(entry.number) + " of " + local_text(entry.time) +
                ": " + entry.command);
   write_all(session, plan_take_back(session, entry),
-            {.is_dry_run = arguments.is_dry_run, .filing = Filing::kAsUndo});
+            {.is_dry_run = arguments.is_dry_run,
+             .filing = Filing::kAsUndo,
+             .remedy = ". The same command again goes on"});
   if (!arguments.is_dry_run) History(session.board()).mark_undone(entry.number);
 }
 

@@ -127,12 +127,11 @@ std::string names_of(std::span<const PlannedWrite> writes) {
 
 // Of several sections, after the first `done`.
 void note_progress(const Session& session, const std::vector<PlannedWrite>& writes,
-                   std::size_t done) {
+                   std::size_t done, const WriteOptions& options) {
   if (writes.size() < 2) return;
   const std::span all(writes);
   session.note("written: " + (done > 0 ? names_of(all.first(done)) : "nothing") +
-               "; not, or not for certain: " + names_of(all.subspan(done)) +
-               ". The same command again goes on, pqctl undo takes it back");
+               "; not, or not for certain: " + names_of(all.subspan(done)) + options.remedy);
 }
 
 void write_each(Session& session, const std::vector<PlannedWrite>& writes,
@@ -151,7 +150,7 @@ void write_each(Session& session, const std::vector<PlannedWrite>& writes,
     }
   } catch (...) {
     print_report(session, report);
-    note_progress(session, writes, done);
+    note_progress(session, writes, done, options);
     throw;
   }
 }

@@ -30,6 +30,9 @@ struct WriteOptions {
   bool heeds_interrupt = true;           // false: Ctrl-C does not keep it from being finished
   Filing filing = Filing::kAsChange;     // how the history has it
   std::optional<int>* number = nullptr;  // set to the number in the history before anything is sent
+  // What helps when only a part was written. That the same command goes on, is not for every one to
+  // say: it would take a step or a gain twice.
+  const char* remedy = "; pqctl undo takes it back";
 };
 
 // Sorts the writes, adds csc after gamma where its gains would be lost, notes in the history what
