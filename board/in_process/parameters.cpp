@@ -24,9 +24,12 @@ baseparameter_api::baseparameter_api() = default;
 baseparameter_api::~baseparameter_api() = default;
 
 int baseparameter_api::get_version(unsigned short* first, unsigned short* second) {
-  *first = stored.version[0];
-  *second = stored.version[1];
-  return answer();
+  const int result = answer();
+  if (result == 0) {
+    *first = stored.version[0];
+    *second = stored.version[1];
+  }
+  return result;
 }
 int baseparameter_api::get_pq_tuning_info(pq_tuning_info* info) {
   return give(stored.tuning, info);

@@ -203,7 +203,6 @@ class Loop {
 int main(int argc, char** argv) {
   using namespace faults;
   if (argc < 2) return 2;
-  in_process::platform.parameters.version[0] = 2;
   in_process::platform.fails = [](in_process::Call call) {
     return call == in_process::Call::kParameters && strike(Call::kParameters) != 0;
   };
