@@ -17,8 +17,6 @@
 #include <system_error>
 #include <thread>
 
-#include "pqclient/error.h"
-
 namespace pqclient {
 namespace {
 
@@ -66,15 +64,19 @@ AddressList look_up(const Address& address) {
   return AddressList(list);
 }
 
+// 0 or the errno of what has happened to the connection.
+int pending_error(int socket) {
+  int error = 0;
+  socklen_t size = sizeof error;
+  return getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) != 0 ? errno : error;
+}
+
 // Returns 0 or the errno of the failure.
 int connect_before(int socket, const addrinfo& to, const Deadline& deadline) {
   if (connect(socket, to.ai_addr, to.ai_addrlen) == 0) return 0;
   if (errno != EINPROGRESS && errno != EINTR) return errno;
   if (!wait_until_ready(socket, POLLOUT, deadline)) return ETIMEDOUT;
-  int error = 0;
-  socklen_t size = sizeof error;
-  if (getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
-  return error;
+  return pending_error(socket);
 }
 
 }  // namespace
@@ -159,6 +161,11 @@ std::string Connection::busy_text(const Deadline& deadline) const {
          ": the server is busy or has stopped";
 }
 
+Error Connection::lost_while_sending(int error) const {
+  return {ErrorKind::kConnectionLost,
+          "lost the connection to " + address_ + " while sending: " + error_text(error)};
+}
+
 void Connection::send_all(ByteView bytes, Deadline deadline) {
   while (!bytes.empty()) {
     const ssize_t sent = send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -169,8 +176,7 @@ void Connection::send_all(ByteView bytes, Deadline deadline) {
         throw Error(ErrorKind::kTimeout, busy_text(deadline));
       }
     } else if (errno != EINTR) {
-      throw Error(ErrorKind::kConnectionLost,
-                  "lost the connection to " + address_ + " while sending: " + error_text(errno));
+      throw lost_while_sending(errno);
     }
   }
 }
@@ -178,6 +184,8 @@ void Connection::send_all(ByteView bytes, Deadline deadline) {
 void Connection::wait_until_arrived(Deadline deadline) {
   constexpr milliseconds kPause{2};
   for (int waiting = 0; ioctl(socket_, SIOCOUTQ, &waiting) == 0 && waiting > 0;) {
+    // What was waiting when the board reset the connection, is said to wait for ever.
+    if (const int error = pending_error(socket_); error != 0) throw lost_while_sending(error);
     if (deadline.left() == milliseconds(0)) throw Error(ErrorKind::kTimeout, busy_text(deadline));
     std::this_thread::sleep_for(kPause);
   }

@@ -121,11 +121,13 @@ Dump TuningClient::request_dump(DumpSide side) {
   return dump;
 }
 
-// Moved out, so that an exception on the way drops it; put back after a complete exchange.
+// Moved out, so that an exception on the way drops it; put back after a complete exchange. One that
+// the board has closed is renewed, unless a change went over it: what a query says over another
+// one, does not tell what became of the change.
 Connection TuningClient::take_connection() {
   std::this_thread::sleep_until(quiet_until_);
   std::optional<Connection> kept = std::exchange(connection_, std::nullopt);
-  if (kept && kept->is_idle()) return std::move(*kept);
+  if (kept && (change_pending_ || kept->is_idle())) return std::move(*kept);
   return {address_, Deadline(timing_.connect)};
 }
 

@@ -153,6 +153,15 @@ TEST(PqctlWithABrokenServer, SaysWhatIsStoredInsteadAndWhoDoesNotAnswer) {
   EXPECT_EQ(stored.output, "csc/cscHue: was 300, now 256, stored 300\n");
   EXPECT_NE(stored.errors.find("csc/cscHue should be 256, is 300"), std::string::npos);
 
+  // What it says over another connection, does not tell what became of the change.
+  const FakeBoard dying([](Visitor& visitor) {
+    visitor.receive_request();
+    visitor.reply(kCsc);
+    visitor.receive_request();
+  });
+  EXPECT_EQ(run_pqctl("set csc/cscHue 256 --port " + std::to_string(dying.address().port)).status,
+            6);
+
   const FakeBoard silent([](Visitor& visitor) { visitor.stall(); });
   const Outcome unanswered =
       run_pqctl("get csc --timeout 0.1 --port " + std::to_string(silent.address().port));

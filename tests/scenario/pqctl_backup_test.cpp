@@ -91,6 +91,8 @@ TEST_F(Backup, RestoresOnlyWhatIsSoundAndMeantForTheBoard) {
   EXPECT_EQ(restore_with("\"platform\":\t1", "\"platform\":\t0"), 1);
   EXPECT_EQ(restore_with("\"cscEnable\":\t1", "\"cscEnable\":\t0"), 1);
   EXPECT_EQ(restore_with("{", "{"), 0);
+  std::ofstream(file("scenes.json")) << R"({"dci":[1,[2],{},3,4,5,6,7,8,9,10,11]})";
+  EXPECT_EQ(run("restore " + file("scenes.json")).status, 1);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <utility>
 
+#include "pqclient/error.h"
 #include "pqclient/packets.h"
 
 namespace pqclient {
@@ -62,7 +63,7 @@ class Connection {
   void send_all(ByteView bytes, Deadline deadline);
 
   // Waits until the other end's TCP has acknowledged all that was sent (through adb: adb's own).
-  // Throws kTimeout.
+  // Throws kTimeout, or kConnectionLost on a reset.
   void wait_until_arrived(Deadline deadline);
 
   // Waits for at least one byte; returns how many arrived, 0 when the board has closed.
@@ -80,6 +81,7 @@ class Connection {
 
  private:
   std::string busy_text(const Deadline& deadline) const;
+  Error lost_while_sending(int error) const;
   std::optional<std::size_t> try_receive(std::span<std::uint8_t> into, const Deadline& deadline);
 
   std::string address_;
