@@ -104,8 +104,9 @@ void enter_pattern_mode(Session& session, bool force) {
   session.client().pattern_mode(true);
 }
 
-// Leaving without having entered turns DCI off, which nobody wants who closes a test colour.
+// Where nobody has entered, leaving may turn DCI off, which nobody wants who closes a test colour.
 void leave_pattern_mode(Session& session) {
+  const InterruptGuard guard;  // not in between
   const bool was_on = is_dci_on(session);
   session.client().pattern_mode(false);
   if (is_dci_on(session)) return;

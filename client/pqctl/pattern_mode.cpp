@@ -47,4 +47,8 @@ void PatternMode::leave() {
   session_.client().pattern_mode(false);
   is_active_ = false;
   if (is_dci_on(session_) != dci_was_on_) switch_dci(session_, dci_was_on_);
+  if (!dci_was_on_) {  // by the user, or by a test colour that was kept, or whose pqctl was killed
+    session_.note(
+        "DCI was off before, so it is off. If only for a test colour: pqctl pattern-mode off");
+  }
 }

@@ -120,6 +120,9 @@ const char* const kCommands[] = {
     "backup -",
 };
 
+// Changes are noted in a history, which is not to be the user's.
+const int kOwnHistory = setenv("XDG_STATE_HOME", testing::TempDir().c_str(), 1);
+
 void expect_status(const std::function<void(Visitor&)>& script, int status) {
   const FakeBoard board(script);
   const std::string port = std::to_string(board.address().port);
@@ -128,7 +131,6 @@ void expect_status(const std::function<void(Visitor&)>& script, int status) {
 }
 
 TEST(PqctlWithABrokenServer, EndsWithTheDocumentedStatus) {
-  setenv("XDG_STATE_HOME", testing::TempDir().c_str(), 1);
   expect_status([](Visitor& visitor) { visitor.stall(); }, 4);
   expect_status([](Visitor& visitor) { visitor.receive_request(); }, 6);
   expect_status(
@@ -138,7 +140,6 @@ TEST(PqctlWithABrokenServer, EndsWithTheDocumentedStatus) {
         visitor.stall();
       },
       5);
-  unsetenv("XDG_STATE_HOME");
 }
 
 TEST(PqctlWithABrokenServer, SaysWhatIsStoredInsteadAndWhoDoesNotAnswer) {

@@ -72,7 +72,8 @@ class TuningClient {
 
   // true: the board saves its DCI switch and turns it off. false: it closes the test colour and
   // restores the switch. Enter once and leave once: a second enter loses the saved switch, and
-  // without an enter, leaving turns DCI off.
+  // leaving without an enter restores that of the last one, off where there was none since the
+  // server's start.
   void pattern_mode(bool enter);
 
   // One picture as the display service dumps it. kTimeout also when the service dumps nothing,
