@@ -1,6 +1,8 @@
 #include "difference_text.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 
 namespace {
 
@@ -15,8 +17,9 @@ std::size_t length_of_run(ChangedValues changes) {
 }
 
 std::string signed_text(double step) {
-  const auto whole = static_cast<long long>(step);
-  return (whole > 0 ? "+" : "") + std::to_string(whole);
+  std::array<char, 32> text{};
+  (void)std::snprintf(text.data(), text.size(), step == 0 ? "%.15g" : "%+.15g", step);
+  return text.data();
 }
 
 }  // namespace

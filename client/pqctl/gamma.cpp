@@ -116,7 +116,8 @@ JsonPtr section_with(const cJSON& stored, const GammaTables& tables) {
     JsonPtr table(cJSON_CreateArray());
     for (const std::uint16_t entry : tables.entries.at(channel))
       add_element(*table, JsonPtr(cJSON_CreateNumber(entry)));
-    cJSON_ReplaceItemInObjectCaseSensitive(section.get(), kTables.at(channel), table.release());
+    pqclient::parse_target(std::string("gamma/") + kTables.at(channel))
+        .replace_in(section, std::move(table));
   }
   return section;
 }
