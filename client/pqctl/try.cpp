@@ -61,7 +61,7 @@ void take_back(Session& session, Trial& trial) {
         error.kind(),
         std::string("taking it back failed: ") + error.what() +
             (trial.number ? ". Once the board answers: pqctl undo " + std::to_string(*trial.number)
-                          : ". The history does not know it: set it back by hand"));
+                          : ""));
   }
   if (trial.number) History(session.board()).mark_undone(*trial.number);
 }
