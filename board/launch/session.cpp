@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -33,6 +34,13 @@ std::vector<char*> pointers(const std::vector<std::string>& words) {
     result.push_back(const_cast<char*>(word.c_str()));
   result.push_back(nullptr);
   return result;
+}
+
+bool has_ended(pid_t process) {
+  siginfo_t information{};
+  const auto id = static_cast<id_t>(process);
+  return process > 0 && ::waitid(P_PID, id, &information, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+         information.si_pid == process;
 }
 
 bool readable(int descriptor, std::chrono::milliseconds timeout) {
@@ -175,6 +183,10 @@ void Session::signal(int number) {
 }
 
 std::optional<int> Session::wait(std::chrono::milliseconds timeout) {
+  // bubblewrap, when it is killed, is gone a moment before the processes that go with it; nothing
+  // would tell the caller to ask again.
+  if (has_ended(first_process_))
+    timeout = std::max<std::chrono::milliseconds>(timeout, kEndTimeout);
   if (ended_ || !readable(status_socket_, timeout)) return ended_;
   const auto received = receive(status_socket_);
   // Without a last word, board_init itself was killed, and the daemon with it.
