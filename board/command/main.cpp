@@ -1,10 +1,12 @@
 // qxboard: runs a simulated board, and looks at one that runs.
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <exception>
 #include <filesystem>
 #include <iostream>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,8 @@
 #include "launch/board.h"
 
 namespace {
+
+constexpr int kFailed = 1;
 
 struct Arguments {
   std::string board = "tv";
@@ -76,7 +80,7 @@ void add_run(CLI::App& app, Arguments& arguments) {
       ->type_name("N");
   command->add_option("--daemon", options.daemon, "Program to run (default: this build's)")
       ->type_name("FILE");
-  command->add_option("arguments", options.arguments, "The daemon's own arguments, after --");
+  command->footer("The daemon's own arguments stand after --, as in: qxboard run -- -f 150");
   command->callback([&] {
     make_absolute(options);
     options.isolation = kIsolations.at(arguments.isolation);
@@ -118,17 +122,45 @@ void add_inspections(CLI::App& app, Arguments& arguments) {
   app.add_subcommand("list", "Show the boards there are")->callback(board::print_boards);
 }
 
+// What stands behind "run ... --" is the daemon's. Taken off here, so that the parser refuses every
+// other word, such as a board's name without --board.
+std::vector<std::string> take_daemon_arguments(std::vector<std::string>& words) {
+  if (words.empty() || words.front() != "run") return {};
+  const auto dashes = std::ranges::find(words, "--");
+  if (dashes == words.end()) return {};
+  std::vector<std::string> arguments(dashes + 1, words.end());
+  words.erase(dashes, words.end());
+  return arguments;
+}
+
+// words: the command line. Help, too, comes by way of an exception.
+int explain(const CLI::ParseError& error, const CLI::App& app,
+            const std::vector<std::string>& words) {
+  if (error.get_exit_code() == 0) return app.exit(error);
+  const auto commands = app.get_subcommands();
+  const bool unknown_command =
+      commands.empty() && !words.empty() && !words.front().starts_with('-');
+  std::cerr << "qxboard: "
+            << (unknown_command ? "there is no command \"" + words.front() + '"' : error.what())
+            << ". See qxboard " << (commands.empty() ? "" : commands.front()->get_name() + " ")
+            << "--help\n";
+  return kFailed;
+}
+
 int run(int argc, char** argv) {
   CLI::App app("A simulated display board that runs the PQ tool server.", "qxboard");
   app.require_subcommand(1);
   Arguments arguments;
+  std::vector<std::string> words(argv + 1, argv + argc);
+  arguments.options.arguments = take_daemon_arguments(words);
   add_run(app, arguments);
   add_inspections(app, arguments);
   try {
-    app.parse(argc, argv);
+    app.parse(std::vector(words.rbegin(), words.rend()));  // the parser takes them from the end
   } catch (const CLI::ParseError& error) {
-    return app.exit(error);
+    return explain(error, app, words);
   }
+  if (!(std::cout << std::flush)) throw std::runtime_error("cannot write to standard output");
   return arguments.status;
 }
 
@@ -139,6 +171,6 @@ int main(int argc, char** argv) {
     return run(argc, argv);
   } catch (const std::exception& error) {
     std::cerr << "qxboard: " << error.what() << '\n';
-    return 1;
+    return kFailed;
   }
 }
