@@ -1,7 +1,12 @@
 #include "command/run_board.h"
 
 #include <csignal>
+#include <cstdint>
+#include <cstring>
 #include <iostream>
+#include <stdexcept>
+
+#include "launch/listening.h"
 
 namespace board {
 namespace {
@@ -9,12 +14,33 @@ namespace {
 // An impatient user gets rid of a daemon that does not end.
 constexpr int kInterruptsUntilKill = 3;
 
+constexpr uint16_t kDaemonPort = 5543;
+constexpr int kSignalStatus = 128;  // and the signal's number
+
 void explain_fallback() {
   std::cerr << "qxboard: cannot make a private root here: " << private_root_obstacle()
             << "\nqxboard: the board's paths are mapped inside the daemon instead; it works, but "
                "the daemon sees\nqxboard: the rest of this machine. For a private root, install "
                "bubblewrap and allow user namespaces\nqxboard: (sysctl "
                "kernel.unprivileged_userns_clone=1, or run outside a restricted container).\n";
+}
+
+// Daemons share the port without a word, and the kernel deals the clients out among them.
+void refuse_shared_port() {
+  if (!listening(kDaemonPort)) return;
+  throw std::runtime_error("something listens on port " + std::to_string(kDaemonPort) +
+                           " already, perhaps another board; end it first");
+}
+
+void explain_end(int status) {
+  if (status == 0) return;
+  std::cerr << "qxboard: the daemon ";
+  if (status > kSignalStatus) {
+    const int signal = status - kSignalStatus;
+    std::cerr << "was ended by signal " << signal << " (" << ::strsignal(signal) << ")\n";
+  } else {
+    std::cerr << "ended with status " << status << '\n';
+  }
 }
 
 sigset_t watched_signals() {
@@ -41,6 +67,9 @@ int follow(Board& board) {
 int run_in_foreground(const std::string& name_or_file, const BoardOptions& options) {
   const sigset_t signals = watched_signals();
   ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+  // Nobody may be left to read what is printed; the board is put away all the same.
+  ::signal(SIGPIPE, SIG_IGN);
+  refuse_shared_port();
   Board board(name_or_file, options);
   if (options.isolation == Isolation::kAuto && board.isolation() == Isolation::kPreload) {
     explain_fallback();
@@ -48,7 +77,9 @@ int run_in_foreground(const std::string& name_or_file, const BoardOptions& optio
   std::cerr << "qxboard: board " << board.description().name << ", state in "
             << board.state().string() << '\n';
   board.start();
-  return follow(board);
+  const int status = follow(board);
+  explain_end(status);
+  return status;
 }
 
 }  // namespace board
