@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <stdexcept>
 
 #include "launch/installation.h"
 
@@ -83,6 +84,10 @@ std::vector<std::string> private_root_command(const std::vector<Mount>& mounts,
 std::string path_mapping(const std::vector<Mount>& mounts) {
   std::string text;
   for (const auto& mount : mounts) {
+    if (mount.on_host.string().find(':') != std::string::npos) {
+      throw std::runtime_error("cannot map " + mount.on_host.string() +
+                               " without a private root: its name holds a colon");
+    }
     text += (text.empty() ? "" : ":") + mount.on_board.string() + "=" + mount.on_host.string();
   }
   return text;

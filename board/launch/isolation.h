@@ -28,7 +28,8 @@ Isolation choose_isolation(Isolation wanted);
 std::vector<std::string> private_root_command(const std::vector<Mount>& mounts,
                                               const std::vector<std::filesystem::path>& extra);
 
-// The mounts as libboardpaths.so reads them from BOARD_PATHS: "/data=/host/data:..."
+// The mounts as libboardpaths.so reads them from BOARD_PATHS: "/data=/host/data:...".
+// Throws std::runtime_error when a folder's name holds a colon.
 std::string path_mapping(const std::vector<Mount>& mounts);
 
 }  // namespace board

@@ -67,6 +67,13 @@ fs::path make_temporary_folder() {
   return name;
 }
 
+void make_folder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (!error) return;
+  throw std::runtime_error("cannot make the folder " + folder.string() + ": " + error.message());
+}
+
 void boot_store(const fs::path& folder, const Description& description) {
   if (description.store_empty || fs::exists(folder / "version")) return;
   ParameterStore(folder).seed(
@@ -91,7 +98,7 @@ StateFolder::StateFolder(const fs::path& path, bool announced) : temporary_(path
   path_ = temporary_ ? make_temporary_folder() : fs::absolute(path).lexically_normal();
   for (const char* folder : {"data/vendor/qxalgo", "var/cache", "board/properties",
                              "board/baseparameter", "board/screen"}) {
-    fs::create_directories(path_ / folder);
+    make_folder(path_ / folder);
   }
   lock();
   if (temporary_) publish(announced);
