@@ -96,18 +96,27 @@ void boot_screen(const fs::path& folder) {
 
 StateFolder::StateFolder(const fs::path& path, bool announced) : temporary_(path.empty()) {
   path_ = temporary_ ? make_temporary_folder() : fs::absolute(path).lexically_normal();
-  for (const char* folder : {"data/vendor/qxalgo", "var/cache", "board/properties",
-                             "board/baseparameter", "board/screen"}) {
-    make_folder(path_ / folder);
+  try {
+    for (const char* folder : {"data/vendor/qxalgo", "var/cache", "board/properties",
+                               "board/baseparameter", "board/screen"}) {
+      make_folder(path_ / folder);
+    }
+    lock();
+    if (temporary_) publish(announced);
+  } catch (...) {
+    put_away();
+    throw;
   }
-  lock();
-  if (temporary_) publish(announced);
 }
 
 StateFolder::~StateFolder() {
+  put_away();
+}
+
+void StateFolder::put_away() {
   std::error_code ignored;
   if (temporary_) fs::remove_all(path_, ignored);
-  ::close(lock_);
+  if (lock_ >= 0) ::close(lock_);
 }
 
 void StateFolder::lock() {
@@ -115,7 +124,6 @@ void StateFolder::lock() {
   lock_ = ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
   if (lock_ >= 0 && ::flock(lock_, LOCK_EX | LOCK_NB) == 0) return;
   const int error = errno;
-  if (lock_ >= 0) ::close(lock_);
   throw std::runtime_error(error == EWOULDBLOCK
                                ? "another board is running with the state folder " + path_.string()
                                : "cannot lock " + file.string() + ": " + std::strerror(error));

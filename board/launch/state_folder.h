@@ -44,6 +44,7 @@ class StateFolder {
 
  private:
   void lock();
+  void put_away();
   void publish(bool announced);
 
   std::filesystem::path path_;
