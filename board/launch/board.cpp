@@ -88,7 +88,8 @@ void Board::start() {
     session_ = std::make_unique<Session>(
         Session::Options{command(), init_arguments(), clean_environment(), output});
   } catch (const std::exception& error) {
-    if (!options_.log_to_terminal) ::close(output);
+    if (options_.log_to_terminal) throw;
+    ::close(output);
     throw std::runtime_error(std::string(error.what()) + "\n" + log());
   }
   if (!options_.log_to_terminal) ::close(output);
