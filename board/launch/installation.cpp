@@ -31,11 +31,11 @@ fs::path daemon_program() {
   return kBuildFolder / "qxaiq_tool_server";
 }
 fs::path path_mapping_library() {
-  return library_folder() / "libboardpaths.so";
+  return "libboardpaths.so";
 }
 
 fs::path quick_clock_library() {
-  return library_folder() / "libboardclock.so";
+  return "libboardclock.so";
 }
 
 fs::path engine_folder(Engine engine) {
@@ -60,7 +60,7 @@ std::vector<fs::path> companion_programs() {
 std::vector<fs::path> preload_libraries() {
   std::vector<fs::path> libraries;
   for (const auto name : kPreloadLibraries) {
-    if (fs::exists(library_folder() / name)) libraries.push_back(library_folder() / name);
+    if (fs::exists(library_folder() / name)) libraries.emplace_back(name);
   }
   return libraries;
 }

@@ -22,7 +22,8 @@ std::vector<std::filesystem::path> companion_programs();
 // can do without. Empty when it does.
 std::filesystem::path engine_folder(Engine engine);
 
-// Libraries that every program of the board is started with, in this order.
+// Libraries that every program of the board is started with, in this order. They and the next two
+// are names in library_folder(): the loader takes a blank in a path for the end of it.
 std::vector<std::filesystem::path> preload_libraries();
 
 // Answers for absolute paths where a private root cannot be made.

@@ -99,7 +99,8 @@ TEST_P(Launch, LeavesNothingBehindHoweverItEnds) {
   options_.state = folder.path();
   std::optional<Board> board(
       std::in_place, "tv",
-      script("setsid flock /data/held sleep 10000 & " + std::string(kWait), options_));
+      script("trap 'exit 7' TERM; setsid flock /data/held sleep 10000 & " + std::string(kWait),
+             options_));
   const auto start = [&] {
     board->start();
     for (int i = 0; i < 500 && !locked(held); ++i)
