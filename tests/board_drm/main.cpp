@@ -18,8 +18,11 @@ constexpr char kPrivateRoot[] =
     " --dir /dev/board --symlink board/drm/dri /dev/dri ";
 
 // The sanitizer wants to be loaded first, but works as well after a library that it doesn't watch.
-constexpr char kSettings[] = "--setenv BOARD_DIR /dev/board --setenv LD_PRELOAD '" DEVICE_LIBRARY
-                             "' --setenv ASAN_OPTIONS \"$ASAN_OPTIONS:verify_asan_link_order=0\" ";
+// The loader ends a path at a blank, and finds a mere name in the folder.
+constexpr char kSettings[] =
+    "--setenv BOARD_DIR /dev/board --setenv LD_LIBRARY_PATH '" DEVICE_FOLDER
+    "' --setenv LD_PRELOAD " DEVICE_LIBRARY
+    " --setenv ASAN_OPTIONS \"$ASAN_OPTIONS:verify_asan_link_order=0\" ";
 
 // Returns when there is no shell only.
 void run_inside(char** argv) {

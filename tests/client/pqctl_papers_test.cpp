@@ -65,8 +65,8 @@ TEST(PqctlPapers, NameEveryCommandAndItsOptions) {
 }
 
 TEST(PqctlPapers, CompleteInBash) {
-  const std::string complete = "PATH=$(dirname " PQCTL_PROGRAM "):$PATH bash -c '. " PQCTL_SOURCES
-                               "/completions/pqctl.bash; COMP_CWORD=$#; "
+  const std::string complete = "PATH=$(dirname " PQCTL_PROGRAM "):$PATH CLIENT='" PQCTL_SOURCES
+                               "' bash -c '. \"$CLIENT/completions/pqctl.bash\"; COMP_CWORD=$#; "
                                "COMP_WORDS=($0 \"$@\"); _pqctl; echo \"${COMPREPLY[*]}\"' pqctl ";
   EXPECT_EQ(output_of(complete + "rest"), "restore\n");
   EXPECT_EQ(output_of(complete + "set csc/cscBr"), "csc/cscBrightness\n");

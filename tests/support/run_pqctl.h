@@ -15,7 +15,7 @@ struct Outcome {
   std::string errors;
 };
 
-// arguments: as for a shell. The program is the build's, PQCTL_PROGRAM.
+// arguments: as for a shell. The program is the build's, PQCTL_PROGRAM, for a shell, too.
 inline Outcome run_pqctl(const std::string& arguments, const std::string& input = "") {
   const TemporaryFolder folder;
   const std::string in = folder.path() / "";
