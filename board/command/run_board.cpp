@@ -1,7 +1,6 @@
 #include "command/run_board.h"
 
 #include <csignal>
-#include <cstdint>
 #include <cstring>
 #include <iostream>
 #include <stdexcept>
@@ -14,7 +13,6 @@ namespace {
 // An impatient user gets rid of a daemon that does not end.
 constexpr int kInterruptsUntilKill = 3;
 
-constexpr uint16_t kDaemonPort = 5543;
 constexpr int kSignalStatus = 128;  // and the signal's number
 
 void explain_fallback() {

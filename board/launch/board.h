@@ -29,6 +29,8 @@
 
 namespace board {
 
+inline constexpr uint16_t kDaemonPort = 5543;
+
 struct BoardOptions {
   std::filesystem::path daemon{};        // empty: this build's
   std::vector<std::string> arguments{};  // of the daemon

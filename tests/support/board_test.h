@@ -13,8 +13,6 @@
 
 namespace board {
 
-inline constexpr uint16_t kDaemonPort = 5543;
-
 class BoardTest : public testing::Test {
  protected:
   // Skips the test where this machine allows no private network and root.
