@@ -16,11 +16,6 @@ std::string_view object_text(ByteView payload) {
   return text;
 }
 
-// Quoted, and control characters escaped: they would reach the user's terminal.
-std::string shown(std::string_view text) {
-  return print_json(*make_string(text));
-}
-
 }  // namespace
 
 Answer parse_answer(ByteView payload) {
@@ -29,7 +24,7 @@ Answer parse_answer(ByteView payload) {
   answer.request = parse_json(text);
   if (cJSON_IsObject(answer.request.get()) == 0) {
     throw Error(ErrorKind::kBadAnswer,
-                "the answer is no JSON object: " + shown(text.substr(0, kShownText)) +
+                "the answer is no JSON object: " + quoted(text.substr(0, kShownText)) +
                     (text.size() > kShownText ? "..." : ""));
   }
   if (const cJSON* path = last_member(*answer.request, "path"); cJSON_IsString(path) != 0) {

@@ -71,6 +71,10 @@ JsonPtr make_string(std::string_view text) {
   return item;
 }
 
+std::string quoted(std::string_view text) {
+  return print_json(*make_string(text));
+}
+
 void add_member(cJSON& object, const char* name, JsonPtr item) {
   if (cJSON_AddItemToObject(&object, name, item.get()) == 0) throw std::bad_alloc();
   (void)item.release();

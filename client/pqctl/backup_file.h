@@ -22,6 +22,8 @@ struct Backup {
   SectionTree documents;
   bool has_checksum = false;
   bool is_as_written = false;  // the checksum fits
+
+  [[nodiscard]] bool is_damaged() const { return has_checksum && !is_as_written; }
 };
 
 // All seven sections, with the time of now.

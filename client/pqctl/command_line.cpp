@@ -67,7 +67,7 @@ void add_global_options(CLI::App& app, Options& options) {
       {"SECONDS",
        "Longest wait for the connection and for each answer (5; 10 where the\n"
        "board redraws first, 20 for a dump)"},
-      options.timeout_seconds, Bounds{0.001, 3600});
+      options.timeout_seconds, Bounds{0.001, kLongestTimeoutSeconds});
   app.add_flag("--json", options.json, "JSON on standard output, and nothing else there");
   app.add_flag("-q,--quiet", options.quiet, "No notes and no progress, only errors");
   app.add_option_function<std::string>(

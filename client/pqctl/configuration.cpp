@@ -10,6 +10,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "files.h"
 #include "pqclient/error.h"
 #include "pqclient/schema.h"
 #include "user_folders.h"
@@ -23,11 +24,6 @@ using pqclient::ErrorKind;
   throw Error(ErrorKind::kInput, file + ": " + what);
 }
 
-[[noreturn]] void refuse_reading(const std::string& file) {
-  throw Error(ErrorKind::kFile,
-              "cannot read " + file + ": " + std::generic_category().message(errno));
-}
-
 bool truth(const std::string& file, const std::string& key, const std::string& text) {
   if (text == "true" || text == "yes" || text == "1") return true;
   if (text == "false" || text == "no" || text == "0") return false;
@@ -37,9 +33,8 @@ bool truth(const std::string& file, const std::string& key, const std::string& t
 double positive_seconds(const std::string& file, const std::string& text) {
   double seconds = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-  constexpr double kMost = 3600;
   if (error != std::errc() || end != text.data() + text.size() ||
-      !(seconds > 0 && seconds <= kMost)) {
+      !(seconds > 0 && seconds <= kLongestTimeoutSeconds)) {
     refuse(file, "timeout cannot be \"" + text + "\": give seconds, such as 8");
   }
   return seconds;
@@ -149,7 +144,7 @@ Configuration read_configuration() {
   std::ifstream file(configuration.file);
   if (!file.is_open()) {
     if (errno == ENOENT || errno == ENOTDIR) return configuration;
-    refuse_reading(configuration.file);
+    throw file_error("read", configuration.file);
   }
   try {
     for (const CLI::ConfigItem& item : CLI::ConfigINI().from_config(file))
@@ -157,7 +152,8 @@ Configuration read_configuration() {
   } catch (const CLI::Error& error) {
     refuse(configuration.file, error.what());
   }
-  if (file.bad()) refuse_reading(configuration.file);  // what is read-only must not get lost
+  // What is read-only must not get lost.
+  if (file.bad()) throw file_error("read", configuration.file);
   return configuration;
 }
 

@@ -61,7 +61,7 @@ std::vector<pqclient::ChangedValue> differences(const SectionTree& left, const S
 
 Backup read_noting_damage(const Session& session, const std::string& file) {
   Backup backup = read_backup(file);
-  if (backup.has_checksum && !backup.is_as_written) {
+  if (backup.is_damaged()) {
     session.note(file + " has been changed since it was written, or is damaged");
   }
   return backup;

@@ -8,6 +8,8 @@
 
 enum class ColorUse { kAuto, kAlways, kNever };
 
+inline constexpr double kLongestTimeoutSeconds = 3600;
+
 struct Options {
   std::string host;                       // as given: HOST or HOST:PORT; empty: not given
   std::optional<std::uint16_t> port;      // over the one in `host`

@@ -137,7 +137,7 @@ void write_scenes_whole(Session& session, std::vector<PlannedWrite>& writes) {
 }
 
 void check_checksum(const Backup& backup, const Arguments& arguments) {
-  if (arguments.is_forced || !backup.has_checksum || backup.is_as_written) return;
+  if (arguments.is_forced || !backup.is_damaged()) return;
   throw Error(ErrorKind::kInput, arguments.file +
                                      " has been changed since it was written, or is damaged: its "
                                      "checksum does not fit. --force takes it all the same");
