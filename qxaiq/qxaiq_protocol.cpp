@@ -1,7 +1,6 @@
 #include "qxaiq/qxaiq_protocol.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstring>
 #include <mutex>
 #include <string_view>
