@@ -44,16 +44,27 @@ char* constant_text(const char* text) {
   return const_cast<char*>(text);
 }
 
+template <typename From, typename To>
+void copy_table(const From& from, To& to) {
+  static_assert(std::tuple_size_v<From> == std::extent_v<To>);
+  std::copy(from.begin(), from.end(), std::begin(to));
+}
+
+template <typename To, typename Value>
+void fill_table(To& to, Value value) {
+  std::fill(std::begin(to), std::end(to), value);
+}
+
 void fill(dci& scene, const char* name) {
   scene.name = constant_text(name);
   scene.dciEnable = 1;
   scene.dciIsActive = 1;
-  std::ranges::copy(kCoefficientsLow, scene.dciWgtCoef_low);
-  std::ranges::copy(kCoefficientsMid, scene.dciWgtCoef_mid);
-  std::ranges::copy(kCoefficientsHigh, scene.dciWgtCoef_high);
-  std::ranges::copy(kWeightsLow, scene.dciWeight_low);
-  std::ranges::copy(kWeightsMid, scene.dciWeight_mid);
-  std::ranges::copy(kWeightsHigh, scene.dciWeight_high);
+  copy_table(kCoefficientsLow, scene.dciWgtCoef_low);
+  copy_table(kCoefficientsMid, scene.dciWgtCoef_mid);
+  copy_table(kCoefficientsHigh, scene.dciWgtCoef_high);
+  copy_table(kWeightsLow, scene.dciWeight_low);
+  copy_table(kWeightsMid, scene.dciWeight_mid);
+  copy_table(kWeightsHigh, scene.dciWeight_high);
 }
 
 // The delta tables stay zero: no shift at any hue.
@@ -61,12 +72,12 @@ void fill(acm& scene, const char* name) {
   scene.name = constant_text(name);
   scene.acmEnable = 1;
   scene.acmIsActive = 1;
-  std::ranges::fill(scene.acmTableGainYbyY, kNeutralTableGain);
-  std::ranges::fill(scene.acmTableGainHbyY, kNeutralTableGain);
-  std::ranges::fill(scene.acmTableGainSbyY, kNeutralTableGain);
-  std::ranges::fill(scene.acmTableGainYbyS, kNeutralTableGain);
-  std::ranges::fill(scene.acmTableGainHbyS, kNeutralTableGain);
-  std::ranges::fill(scene.acmTableGainSbyS, kNeutralTableGain);
+  fill_table(scene.acmTableGainYbyY, kNeutralTableGain);
+  fill_table(scene.acmTableGainHbyY, kNeutralTableGain);
+  fill_table(scene.acmTableGainSbyY, kNeutralTableGain);
+  fill_table(scene.acmTableGainYbyS, kNeutralTableGain);
+  fill_table(scene.acmTableGainHbyS, kNeutralTableGain);
+  fill_table(scene.acmTableGainSbyS, kNeutralTableGain);
   scene.lumGain = kNeutralGain;
   scene.hueGain = kNeutralGain;
   scene.satGain = kNeutralGain;

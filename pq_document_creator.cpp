@@ -94,8 +94,9 @@ void convert_hue_delta(std::span<int16_t> to, std::span<const int16_t> from) {
 // The first row serves all hues.
 void spread_gain_row(std::span<int16_t> to, std::span<const int16_t> from) {
   constexpr size_t kHues = std::extent_v<decltype(acm::acmTableDeltaYbyH)>;
-  const size_t row_length = to.size() / kHues;
-  for (size_t i = 0; i < to.size(); ++i) {
+  const auto size = static_cast<size_t>(to.size());  // signed in Android's standard library
+  const size_t row_length = size / kHues;
+  for (size_t i = 0; i < size; ++i) {
     to[i] = std::clamp<int16_t>(from[i % row_length], 0, 127);
   }
 }

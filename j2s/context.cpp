@@ -33,7 +33,8 @@ const char* cache_path() {
 // Writes only what differs: other threads may be converting, and find nothing changed.
 template <typename Record>
 void restore(std::span<const Record> master, std::span<Record> working) {
-  for (size_t i = 0; i < master.size(); ++i) {
+  const auto count = static_cast<size_t>(master.size());  // signed in Android's standard library
+  for (size_t i = 0; i < count; ++i) {
     if (std::memcmp(&working[i], &master[i], sizeof(Record)) != 0) working[i] = master[i];
   }
 }

@@ -1,7 +1,6 @@
 // The tables that are compiled in: those of the picture-quality parameters.
 
 #include <array>
-#include <bit>
 
 #include "j2s/generated_tables.h"
 #include "j2s/pq_schema.h"
@@ -17,7 +16,9 @@ constexpr int32_t kRootStruct = 7;  // pq_config, the last of them
 // FNV-1a over all bytes of a table.
 template <typename Table>
 constexpr uint32_t checksum(uint32_t sum, const Table& table) {
-  for (const unsigned char byte : std::bit_cast<std::array<unsigned char, sizeof table>>(table)) {
+  // The built-in: Android's standard library has no std::bit_cast.
+  using Bytes = std::array<unsigned char, sizeof table>;
+  for (const unsigned char byte : __builtin_bit_cast(Bytes, table)) {
     sum = (sum ^ byte) * 16777619U;
   }
   return sum;

@@ -11,7 +11,7 @@ namespace {
 
 std::span<j2s_data_entry> entries_of(const j2s_data_list* list) {
   if (list == nullptr || list->count < 1) return {};
-  return {list->entries, static_cast<size_t>(list->count)};
+  return {list->entries, list->entries + list->count};
 }
 
 j2s_data_entry* find_entry(const j2s_data_list* list, const void* ptr) {

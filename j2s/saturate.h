@@ -2,14 +2,15 @@
 #ifndef J2S_SATURATE_H_
 #define J2S_SATURATE_H_
 
-#include <concepts>
 #include <limits>
+#include <type_traits>
 
 namespace j2s {
 
 // Truncates toward zero; what is out of range becomes the nearest limit, NaN becomes 0.
 // A plain cast is undefined there, and differs between processors.
-template <std::integral Integer>
+template <typename Integer>
+requires std::is_integral_v<Integer>
 constexpr Integer saturate(double value) {
   constexpr Integer kLowest = std::numeric_limits<Integer>::min();
   constexpr Integer kHighest = std::numeric_limits<Integer>::max();

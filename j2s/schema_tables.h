@@ -3,9 +3,7 @@
 #ifndef J2S_SCHEMA_TABLES_H_
 #define J2S_SCHEMA_TABLES_H_
 
-#include <algorithm>
 #include <array>
-#include <concepts>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -57,7 +55,8 @@ consteval uint8_t flag_bits() {
 
 constexpr void set_name(char (&field)[kJ2sNameSize], std::string_view name) {
   if (name.size() >= kJ2sNameSize) throw "a name of at most 63 characters";
-  std::copy(name.begin(), name.end(), field);
+  for (size_t i = 0; i < name.size(); ++i)
+    field[i] = name[i];
 }
 
 // Position of a structure in the list, -1 when it is none of them.

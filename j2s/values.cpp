@@ -41,8 +41,8 @@ const j2s_enum& enum_of(const j2s_ctx& ctx, const Member& member) {
 
 std::span<const j2s_enum_value> constants_of(const j2s_ctx& ctx, const j2s_enum& enumeration) {
   if (enumeration.value_count < 1) return {};
-  return {ctx.enum_value_table + enumeration.first_value,
-          static_cast<size_t>(enumeration.value_count)};
+  const j2s_enum_value* first = ctx.enum_value_table + enumeration.first_value;
+  return {first, first + enumeration.value_count};
 }
 
 }  // namespace
@@ -100,7 +100,7 @@ int32_t enum_value(const j2s_ctx& ctx, const Member& member, const char* name) {
 
 const char* first_enum_name(const j2s_ctx& ctx, const Member& member) {
   const auto constants = constants_of(ctx, enum_of(ctx, member));
-  return constants.empty() ? kNoSuchConstant : constants.front().name;
+  return constants.empty() ? kNoSuchConstant : constants[0].name;
 }
 
 cJSON* create_number(double value) {
