@@ -1,5 +1,5 @@
-// docs/protocol.md shows packets as hexadecimal dumps. Here they are built anew, compared with what
-// is shown there, and sent to the daemon; its replies are compared with the document too.
+// docs/protocol.md shows packets as hexadecimal dumps. These tests build each packet, compare it
+// with the document, send it to the daemon, and compare the reply with the document too.
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -65,7 +65,7 @@ class ProtocolDocument : public DaemonTest {
  protected:
   void TearDown() override {
     for (const auto& [name, block] : examples_)
-      EXPECT_EQ(block, "") << "no test knows the example " << name;
+      EXPECT_EQ(block, "") << "no test checks the example " << name;
     DaemonTest::TearDown();
   }
 
@@ -88,7 +88,7 @@ class ProtocolDocument : public DaemonTest {
   }
   std::string reply(size_t size) { return receive(*connection_, size, std::chrono::seconds(20)); }
 
-  // As a client reads it: the header tells how much follows.
+  // Reads the header, which tells how much follows, then the rest.
   std::string document_reply() {
     std::string bytes = reply(sizeof(pqclient::DocumentHeader));
     pqclient::DocumentHeader header{};
@@ -98,7 +98,7 @@ class ProtocolDocument : public DaemonTest {
     return bytes;
   }
 
-  // A member of the stored PQ document, once what was sent before has been handled.
+  // A member of the stored PQ document, after all earlier requests were handled.
   double stored(const std::string& path, const char* member) {
     wait_until_taken();
     send(*connection_, document_packet(1, R"([{"path":")" + path + R"("}])"));
@@ -120,19 +120,19 @@ TEST_F(ProtocolDocument, ShowsPacketsThatTheBoardTakesAndSends) {
   start_with_documents();
   connect_to_board();
   const std::string query = R"([{"path":"/csc","toolversion":"1.0.0","platform":0}])";
-  send_document("read-pq", DocumentCommand::kReadPq, query);
-  shown("read-pq-reply", document_reply());
+  send_document("query-pq", DocumentCommand::kReadPq, query);
+  shown("query-pq-reply", document_reply());
 
-  send_document("write-pq", DocumentCommand::kWritePq,
+  send_document("update-pq", DocumentCommand::kWritePq,
                 R"([{"op":"replace","path":"/csc/cscBrightness","value":330,)"
                 R"("toolversion":"1.0.0","platform":1}])");
   EXPECT_EQ(stored("/csc", "cscBrightness"), 330);
 
-  send_document("read-aipq", DocumentCommand::kReadAipq,
+  send_document("query-aipq", DocumentCommand::kReadAipq,
                 R"([{"path":"/dci","toolversion":"1.0.0","platform":0}])");
-  shown("read-aipq-reply-start", document_reply().substr(0, 96));
+  shown("query-aipq-reply-start", document_reply().substr(0, 96));
 
-  send_document("write-aipq", DocumentCommand::kWriteAipq,
+  send_document("update-aipq", DocumentCommand::kWriteAipq,
                 R"([{"op":"replace","path":"/dci/4/dciEnable","value":0,)"
                 R"("toolversion":"1.0.0","platform":1}])");
   EXPECT_EQ(stored("/csc", "cscBrightness"), 330);
