@@ -13,17 +13,17 @@
 
 #include <cutils/properties.h>
 
-#include "common/memory.h"
+#include "base/log.h"
+#include "base/memory.h"
+#include "base/quit.h"
+#include "base/wait.h"
 #include "common/pq_tuning_utils.h"
-#include "common/quit.h"
-#include "common/wait.h"
-#include "daemon_log.h"
-#include "document_creators.h"
+#include "documents/document_creators.h"
+#include "documents/document_file.h"
 #include "netserver/tcp_server.h"
-#include "options.h"
-#include "qxaiq/document_file.h"
 #include "qxaiq/qxaiq_protocol.h"
-#include "signals.h"
+#include "startup/options.h"
+#include "startup/signals.h"
 
 namespace {
 
@@ -73,7 +73,7 @@ void prepare_document(const char* path, void (*create)(char* path)) {
     pq::restore_document(path);
     if (is_missing(path)) create(const_cast<char*>(path));
   } catch (const std::exception& error) {
-    kDaemonLog.error()("cannot prepare %s: %s\n", path, error.what());
+    pq::log_error()("cannot prepare %s: %s\n", path, error.what());
   }
 }
 
@@ -95,7 +95,7 @@ int main(int argc, char* argv[]) {
   pq::share_one_heap();
   block_signals();  // before the first line: whoever sees it may send one at once
   open_standard_descriptors();
-  kDaemonLog.error()("#### PQ tool server version: %s ####\n", kVersion);
+  pq::log_error()("#### PQ tool server version: %s ####\n", kVersion);
   install_signal_handlers();
   pq::log_level = read_hexadecimal("persist.vendor.aiqtool.log", "5");
   // Boards set it; the program that it once ended is no longer there.
@@ -103,7 +103,7 @@ int main(int argc, char* argv[]) {
 
   Options options;
   if (!parse_options(argc, argv, options)) {
-    kDaemonLog.error()("Tool server args parse error.\n");
+    pq::log_error()("Tool server args parse error.\n");
     return 1;
   }
   prepare_document(pq::kPqDocument, create_pq_document);
@@ -111,7 +111,7 @@ int main(int argc, char* argv[]) {
   try {
     serve();
   } catch (const std::exception& error) {
-    kDaemonLog.error()("cannot serve: %s\n", error.what());
+    pq::log_error()("cannot serve: %s\n", error.what());
     return 1;
   }
   return 0;

@@ -7,9 +7,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "document_creators.h"
+#include "documents/document_creators.h"
+#include "documents/document_file.h"
 #include "in_process/platform.h"
-#include "qxaiq/document_file.h"
 
 namespace bench {
 namespace {

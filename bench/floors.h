@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 namespace bench {
 

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "bench/floors.h"
-#include "document_creators.h"
-#include "qxaiq/document_file.h"
-#include "qxaiq/pq_parameters.h"
+#include "documents/document_creators.h"
+#include "documents/document_file.h"
+#include "documents/pq_parameters.h"
 #include "qxaiq/pq_service.h"
 
 namespace bench {

@@ -21,8 +21,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/owner.h"
 #include "bench/documents.h"
-#include "common/owner.h"
 
 namespace {
 

@@ -16,8 +16,8 @@
 #include <baseparameter_api.h>
 #include <cutils/properties.h>
 
+#include "base/log.h"
 #include "common/drm_owner.h"
-#include "common/log.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 
 #include <baseparameter_api.h>
 
+#include "base/log.h"
+#include "base/owner.h"
 #include "common/drm_api.h"
-#include "common/log.h"
-#include "common/owner.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <memory>
 
-#include "common/owner.h"
+#include "base/owner.h"
 
 namespace pq {
 

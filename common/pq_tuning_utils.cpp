@@ -10,12 +10,11 @@
 
 #include <android/log.h>
 
-#include "common/log.h"
-#include "common/wait.h"
+#include "base/log.h"
+#include "base/wait.h"
 
 namespace {
 
-constexpr pq::Log kLog("common/pq_tuning_utils", nullptr);
 constexpr int kExecFailedStatus = 4;
 constexpr std::chrono::seconds kProgramTime{2};
 
@@ -39,8 +38,8 @@ template <typename Exec>
 int run_program(Exec exec) {
   std::signal(SIGCHLD, child_handler);
   // "execl am" whatever the program: people search logs for these texts.
-  const pq::LogText before = kLog.debug().text("before execl am");
-  const pq::LogText after = kLog.debug().text("after execl am");
+  const pq::LogText before = pq::log_debug().text("before execl am");
+  const pq::LogText after = pq::log_debug().text("after execl am");
 
   const pid_t child = fork();
   if (child == 0) {
@@ -58,7 +57,7 @@ int run_program(Exec exec) {
   }
   if (child < 0) return child;
   pq::wait_whole(kProgramTime);
-  kLog.debug()("after fork am %d", child);
+  pq::log_debug()("after fork am %d", child);
   return child;
 }
 

@@ -9,10 +9,6 @@
 namespace j2s {
 namespace {
 
-struct FreeText {
-  void operator()(char* text) const { cJSON_free(text); }
-};
-
 // Collects the text "[1, 2, 3]", or "[1,2,3]".
 template <typename Integer>
 class ArrayText {
@@ -48,7 +44,7 @@ class ArrayText {
   static constexpr size_t kMostDigits =
       std::numeric_limits<Integer>::digits10 + (std::is_signed_v<Integer> ? 2 : 1);
 
-  std::unique_ptr<char, FreeText> text_;
+  std::unique_ptr<char, pq::Call<cJSON_free>> text_;
   char* end_;  // where the next character goes, null without memory
   bool spaced_;
 };

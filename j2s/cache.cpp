@@ -25,13 +25,13 @@ struct Layout {
 // Null unless it is a file of ours of the one size a cache can have. The path is asked first, so
 // that a missing or foreign cache is passed over without a word; what counts is then asked of the
 // descriptor, since the path may lead elsewhere by now.
-Buffer read_candidate(const char* path, size_t size) {
+pq::TextPtr read_candidate(const char* path, size_t size) {
   struct stat status = {};
   if (stat(path, &status) != 0 || status.st_uid != getuid()) return nullptr;
-  const Descriptor file = open_for_reading(path, O_NOFOLLOW, status);
+  const pq::UniqueFd file = open_for_reading(path, O_NOFOLLOW, status);
   if (!file.valid() || status.st_uid != getuid()) return nullptr;
   if (S_ISREG(status.st_mode) && static_cast<size_t>(status.st_size) != size) return nullptr;
-  Buffer content = read_opened(file, path, status);
+  pq::TextPtr content = read_opened(file, path, status);
   return static_cast<size_t>(status.st_size) == size ? std::move(content) : nullptr;
 }
 
@@ -55,7 +55,7 @@ bool tables_equal(const char* content, const Layout& layout, const GeneratedTabl
 
 bool load_cache(const char* path, const GeneratedTables& tables, j2s_ctx& ctx) {
   const Layout layout(tables);
-  Buffer content = read_candidate(path, layout.end);
+  pq::TextPtr content = read_candidate(path, layout.end);
   if (content == nullptr) return false;
 
   j2s_ctx cached = {};
@@ -79,7 +79,7 @@ bool load_cache(const char* path, const GeneratedTables& tables, j2s_ctx& ctx) {
 
 void write_cache(const char* path, const j2s_ctx& ctx) {
   // Not through a link, and not into a pipe that nobody reads.
-  const Descriptor file(
+  const pq::UniqueFd file(
       open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
   if (!file.valid()) return;
   j2s_ctx header = ctx;

@@ -24,29 +24,29 @@ bool is_readable_kind(const struct stat& status) {
 }
 
 // Not valid after a message.
-Descriptor open_existing(const char* path, struct stat& status) {
+pq::UniqueFd open_existing(const char* path, struct stat& status) {
   if (path == nullptr || stat(path, &status) != 0) {
     report_error(read_file_origin(), "no such file: '%s'", path ? path : "<null>");
-    return Descriptor(-1);
+    return {};
   }
   // Asked before opening too: to open some devices is to act on them.
   if (!is_readable_kind(status)) {
     report_error(read_file_origin(), "failed to open: '%s'", path);
-    return Descriptor(-1);
+    return {};
   }
   return open_for_reading(path, 0, status);
 }
 
 // Room for the file and a terminating 0; null after a message.
-Buffer allocate_for(const struct stat& status) {
-  Buffer buffer(static_cast<char*>(std::malloc(static_cast<size_t>(status.st_size) + 1)));
+pq::TextPtr allocate_for(const struct stat& status) {
+  pq::TextPtr buffer(static_cast<char*>(std::malloc(static_cast<size_t>(status.st_size) + 1)));
   if (buffer == nullptr) report_assertion(read_file_origin(), "buf");
   return buffer;
 }
 
 // Reads into `buffer`; frees it after a message when that fails.
-Buffer read_into(Buffer buffer, const Descriptor& file, const char* path,
-                 const struct stat& status) {
+pq::TextPtr read_into(pq::TextPtr buffer, const pq::UniqueFd& file, const char* path,
+                      const struct stat& status) {
   const auto size = static_cast<size_t>(status.st_size);
   const ssize_t length = read(file.get(), buffer.get(), size);
   if (length != status.st_size) {
@@ -60,25 +60,25 @@ Buffer read_into(Buffer buffer, const Descriptor& file, const char* path,
 
 }  // namespace
 
-Descriptor open_for_reading(const char* path, int extra_flags, struct stat& status) {
-  Descriptor file(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | extra_flags));
+pq::UniqueFd open_for_reading(const char* path, int extra_flags, struct stat& status) {
+  pq::UniqueFd file(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | extra_flags));
   if (file.valid() && fstat(file.get(), &status) == 0 && is_readable_kind(status)) {
-    return Descriptor(file.release());
+    return file;
   }
   report_error(read_file_origin(), "failed to open: '%s'", path);
-  return Descriptor(-1);
+  return {};
 }
 
-Buffer read_opened(const Descriptor& file, const char* path, const struct stat& status) {
-  Buffer buffer = allocate_for(status);
+pq::TextPtr read_opened(const pq::UniqueFd& file, const char* path, const struct stat& status) {
+  pq::TextPtr buffer = allocate_for(status);
   return buffer == nullptr ? nullptr : read_into(std::move(buffer), file, path, status);
 }
 
-Buffer read_file(const char* path, size_t* size) {
+pq::TextPtr read_file(const char* path, size_t* size) {
   struct stat status = {};
-  const Descriptor file = open_existing(path, status);
+  const pq::UniqueFd file = open_existing(path, status);
   if (!file.valid()) return nullptr;
-  Buffer buffer = read_opened(file, path, status);
+  pq::TextPtr buffer = read_opened(file, path, status);
   if (buffer != nullptr && size != nullptr) *size = static_cast<size_t>(status.st_size);
   return buffer;
 }
@@ -87,9 +87,9 @@ Buffer read_file(const char* path, size_t* size) {
 
 char* j2s_read_file(const char* path, size_t* size) {
   struct stat status = {};
-  j2s::Descriptor file = j2s::open_existing(path, status);
+  pq::UniqueFd file = j2s::open_existing(path, status);
   if (!file.valid()) return nullptr;
-  j2s::Buffer buffer = j2s::allocate_for(status);
+  pq::TextPtr buffer = j2s::allocate_for(status);
   if (buffer == nullptr) {
     (void)file.release();  // stays open on this path alone, as the interface has always promised
     return nullptr;
@@ -103,7 +103,7 @@ int j2s_save_file(const char* path, const char* text) {
   if (path == nullptr || text == nullptr) return -1;
   // Without waiting for a reader, should there be a pipe.
   constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC;
-  const j2s::Descriptor file(open(path, kFlags, 0666));
+  const pq::UniqueFd file(open(path, kFlags, 0666));
   if (!file.valid()) return -1;
   const size_t length = std::strlen(text);
   (void)lseek(file.get(), 0, SEEK_SET);

@@ -1,7 +1,7 @@
 // Index keys: partial arrays, whose slots the JSON lists.
 
+#include "base/saturate.h"
 #include "j2s/report.h"
-#include "j2s/saturate.h"
 #include "j2s/tables.h"
 #include "j2s/walk.h"
 
@@ -38,7 +38,7 @@ cJSON* find_index(const Member& array, cJSON* parent) {
 }
 
 bool select_slot(const j2s_ctx& ctx, const Member& array, const cJSON* slot, Member& element) {
-  const auto number = saturate<int32_t>(cJSON_GetNumberValue(slot));
+  const auto number = pq::saturate<int32_t>(cJSON_GetNumberValue(slot));
   if (number >= static_cast<int64_t>(array.elem_count)) return false;
   const auto stride = static_cast<int64_t>(array.elem_size);
   const int64_t offset = static_cast<int64_t>(array.offset) + stride * number;

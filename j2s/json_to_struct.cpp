@@ -3,9 +3,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/saturate.h"
 #include "j2s/dynamic_arrays.h"
 #include "j2s/report.h"
-#include "j2s/saturate.h"
 #include "j2s/tables.h"
 #include "j2s/values.h"
 #include "j2s/walk.h"
@@ -71,7 +71,7 @@ int wanted_length(const j2s_ctx& ctx, const Member& pointer, const cJSON* item, 
                   int current) {
   const char* length_name = ctx.obj_table[pointer.len_obj].name;
   const cJSON* length = cJSON_GetObjectItemCaseSensitive(parent, length_name);
-  if (length != nullptr) return saturate<int32_t>(cJSON_GetNumberValue(length));
+  if (length != nullptr) return pq::saturate<int32_t>(cJSON_GetNumberValue(length));
   report_warning(kFunction, "missing len in json for dynamic array '%s'", pointer.name());
   const IndexKey key(pointer);
   const bool partial = cJSON_GetObjectItemCaseSensitive(parent, key.text()) != nullptr;
@@ -141,8 +141,8 @@ int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte
   const bool counts_elements = member.record->flags == 0 && is_length_member(ctx, member.index);
   if (!counts_elements) {
     store_number(structure, member, value);
-  } else if (const auto length = saturate<int32_t>(value);
-             length != saturate<int32_t>(read_number(structure, member))) {
+  } else if (const auto length = pq::saturate<int32_t>(value);
+             length != pq::saturate<int32_t>(read_number(structure, member))) {
     resize_dynamic_arrays(ctx, member.index, structure, length);
     if (!is_possible_length(length)) {
       report_null_pointer(kFunction, member);

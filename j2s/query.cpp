@@ -1,8 +1,8 @@
 // JSON to structure, query mode: the JSON says what is asked for and is rewritten with the
 // structure's values.
 
+#include "base/saturate.h"
 #include "j2s/report.h"
-#include "j2s/saturate.h"
 #include "j2s/tables.h"
 #include "j2s/values.h"
 #include "j2s/walk.h"
@@ -112,7 +112,7 @@ void query_scalar(const j2s_ctx& ctx, const Member& member, cJSON* item,
                   const std::byte* structure) {
   const double value = read_number(structure, member);
   if (member.record->enum_ref >= 0) {
-    const char* name = enum_name(ctx, member, saturate<int32_t>(value));
+    const char* name = enum_name(ctx, member, pq::saturate<int32_t>(value));
     (void)cJSON_SetValuestring(item, name);
   } else {
     set_number(item, value);

@@ -4,9 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/saturate.h"
 #include "j2s/array_text.h"
 #include "j2s/report.h"
-#include "j2s/saturate.h"
 #include "j2s/tables.h"
 #include "j2s/values.h"
 #include "j2s/walk.h"
@@ -30,8 +30,7 @@ JsonPtr text_to_json(const Member& member, const std::byte* structure) {
   }
   // A full char array has no terminator.
   const auto* text = reinterpret_cast<const char*>(address_of(structure, member));
-  const std::unique_ptr<char, decltype(&std::free)> copy(strndup(text, member.elem_count),
-                                                         &std::free);
+  const pq::TextPtr copy(strndup(text, member.elem_count));
   return JsonPtr(copy == nullptr ? nullptr : cJSON_CreateString(copy.get()));
 }
 
@@ -83,7 +82,7 @@ JsonPtr scalar_to_json(const j2s_ctx& ctx, const Member& member, const std::byte
   if (template_mode) return scalar_template(ctx, member);
   const double value = read_number(structure, member);
   if (member.record->enum_ref < 0) return JsonPtr(create_number(value));
-  return JsonPtr(cJSON_CreateString(enum_name(ctx, member, saturate<int32_t>(value))));
+  return JsonPtr(cJSON_CreateString(enum_name(ctx, member, pq::saturate<int32_t>(value))));
 }
 
 // Adds the member's description, if there is one. False: it could not be made.
@@ -179,7 +178,7 @@ cJSON* j2s_struct_to_printable(j2s_ctx* ctx, const char* name, const void* ptr, 
 
 cJSON* j2s_enums_to_json(j2s_ctx* ctx) {
   if (ctx->enum_count < 1) return nullptr;
-  j2s::JsonPtr root(cJSON_CreateObject());
+  pq::JsonPtr root(cJSON_CreateObject());
   if (root == nullptr) {
     j2s::report_assertion("j2s_enums_to_json", "root");
     return nullptr;
@@ -193,13 +192,13 @@ cJSON* j2s_enums_to_json(j2s_ctx* ctx) {
 
 char* j2s_dump_struct(j2s_ctx* ctx, const char* name, const void* ptr) {
   const bool formatted = ctx->pretty_print != 0;
-  const j2s::JsonPtr json(j2s_struct_to_printable(ctx, name, ptr, formatted));
+  const pq::JsonPtr json(j2s_struct_to_printable(ctx, name, ptr, formatted));
   if (json == nullptr) {
     j2s::report_assertion("j2s_dump_struct", "json");
     return nullptr;
   }
   if (ctx->emit_enums != 0) {
-    j2s::add_member(json.get(), "@enum", j2s::JsonPtr(j2s_enums_to_json(ctx)));
+    j2s::add_member(json.get(), "@enum", pq::JsonPtr(j2s_enums_to_json(ctx)));
   }
   return formatted ? cJSON_Print(json.get()) : cJSON_PrintUnformatted(json.get());
 }

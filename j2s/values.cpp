@@ -4,9 +4,9 @@
 #include <span>
 #include <type_traits>
 
+#include "base/saturate.h"
 #include "j2s/number_types.h"
 #include "j2s/report.h"
-#include "j2s/saturate.h"
 #include "j2s/tables.h"
 
 namespace j2s {
@@ -21,9 +21,9 @@ Number convert(double value) {
     return static_cast<Number>(value);
   } else if constexpr (sizeof(Number) < sizeof(int32_t)) {
     // The narrow types keep the low bits of 32: tools see 300 come back as 44.
-    return static_cast<Number>(saturate<int32_t>(value));
+    return static_cast<Number>(pq::saturate<int32_t>(value));
   } else {
-    return saturate<Number>(value);
+    return pq::saturate<Number>(value);
   }
 }
 
@@ -77,7 +77,7 @@ void store_numbers(std::byte* structure, const Member& array, const cJSON* first
 
 int read_length(const j2s_ctx& ctx, const std::byte* structure, const Member& array) {
   if (find_obj(ctx, array.len_obj) == nullptr) return 0;
-  return saturate<int32_t>(read_number(structure, Member(ctx, array.len_obj)));
+  return pq::saturate<int32_t>(read_number(structure, Member(ctx, array.len_obj)));
 }
 
 const char* enum_name(const j2s_ctx& ctx, const Member& member, int32_t value) {
@@ -112,7 +112,7 @@ cJSON* create_number(double value) {
 void set_number(cJSON* item, double value) {
   if (item == nullptr) return;
   item->valuedouble = value;
-  item->valueint = saturate<int>(value);  // NaN prints as null, whatever stands here
+  item->valueint = pq::saturate<int>(value);  // NaN prints as null, whatever stands here
 }
 
 }  // namespace j2s

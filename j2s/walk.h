@@ -4,18 +4,15 @@
 #define J2S_WALK_H_
 
 #include <cstdio>
-#include <memory>
 
 #include "j2s/j2s.h"
+#include "j2s/json_owner.h"
 #include "j2s/member.h"
 #include "j2s/report.h"
 
 namespace j2s {
 
-struct DeleteJson {
-  void operator()(cJSON* item) const { cJSON_Delete(item); }
-};
-using JsonPtr = std::unique_ptr<cJSON, DeleteJson>;
+using pq::JsonPtr;
 
 // What arrays of integers become: real arrays, or texts that print alike (array_text.h).
 enum class ArrayForm { kItems, kFormattedText, kCompactText };

@@ -15,13 +15,11 @@
 #include <new>
 #include <system_error>
 
-#include "common/log.h"
-#include "common/memory.h"
+#include "base/log.h"
+#include "base/memory.h"
 #include "netserver/receive_buffer.h"
 
 namespace {
-
-constexpr pq::Log kLog("netserver/tcp_server");
 
 constexpr int kBacklog = 5;
 constexpr std::chrono::milliseconds kAcceptTimeout{1000};   // how long a shutdown waits for accept
@@ -49,7 +47,7 @@ void leave_signals_to_main_thread() {
 bool set_timeout(int socket, int option, std::chrono::milliseconds time) {
   const timeval timeout{time.count() / 1000, time.count() % 1000 * 1000};
   if (setsockopt(socket, SOL_SOCKET, option, &timeout, sizeof(timeout)) == 0) return true;
-  kLog.error()("no time-out for socket %d, leaving it: errno %d\n", socket, errno);
+  pq::log_error()("no time-out for socket %d, leaving it: errno %d\n", socket, errno);
   return false;
 }
 
@@ -76,7 +74,7 @@ TCPServer::~TCPServer() {
 
 int TCPServer::Process(int32_t port) {
   stopped_ = false;
-  kLog.debug()("TCPServer::Process\n");
+  pq::log_debug()("TCPServer::Process\n");
   raise_descriptor_limit();
 
   // Closed on exec, as every descriptor here: a program that outlives the daemon would otherwise
@@ -104,13 +102,13 @@ int TCPServer::Process(int32_t port) {
 
 // The socket stays open: SaveExit closes it.
 int TCPServer::fail(const char* message) {
-  kLog.error()("%s", message);
+  pq::log_error()("%s", message);
   stopped_ = true;
   return -1;
 }
 
 void TCPServer::Accepted() {
-  kLog.info()("TCPServer::Accepted\n");
+  pq::log_info()("TCPServer::Accepted\n");
   leave_signals_to_main_thread();
   const bool can_end = set_timeout(sock_, SO_RCVTIMEO, kAcceptTimeout);
   set_flag(sock_, SO_REUSEADDR);
@@ -119,7 +117,8 @@ void TCPServer::Accepted() {
   while (can_end && !quit_) {
     join_finished();
     if (descriptors_are_scarce()) {
-      if (!waits) kLog.error()("too few descriptors left, accepting nobody until some are free\n");
+      if (!waits)
+        pq::log_error()("too few descriptors left, accepting nobody until some are free\n");
       waits = true;
       std::this_thread::sleep_for(kScarcityPause);
       continue;
@@ -133,14 +132,14 @@ void TCPServer::Accepted() {
     } else if (errno == EAGAIN) {
       release_memory_of_the_last_session();
     } else if (errno != EINTR) {
-      kLog.error()("Error socket accept failed %d %d\n", client_socket, errno);
+      pq::log_error()("Error socket accept failed %d %d\n", client_socket, errno);
       break;
     }
   }
   close(sock_);
   sock_ = -1;
   stopped_ = true;
-  kLog.debug()("socket accept exit\n");
+  pq::log_debug()("socket accept exit\n");
 }
 
 // Descriptors are given out lowest first, so a fresh one's number tells how many are left.
@@ -157,7 +156,7 @@ bool TCPServer::descriptors_are_scarce() const {
 void TCPServer::start_receiving(int client_socket) {
   std::array<char, INET_ADDRSTRLEN> address{};
   inet_ntop(AF_INET, &client_addr_.sin_addr, address.data(), address.size());
-  kLog.debug()("socket accept ip %s\n", address.data());
+  pq::log_debug()("socket accept ip %s\n", address.data());
   const size_t index = recv_threads_.size();
   try {
     note_open(client_socket);
@@ -167,28 +166,28 @@ void TCPServer::start_receiving(int client_socket) {
       leave_to_join(index);
     });
   } catch (const std::exception& error) {
-    kLog.error()("no thread for the client on socket %d, closing it: %s\n", client_socket,
-                 error.what());
+    pq::log_error()("no thread for the client on socket %d, closing it: %s\n", client_socket,
+                    error.what());
     recv_threads_.resize(index);
     close_client(client_socket);
     return;
   }
   // The text is an old one that people look for; the socket stays open.
-  kLog.debug()("socket accept close\n");
+  pq::log_debug()("socket accept close\n");
 }
 
 int32_t TCPServer::Recvieve(int32_t client_socket) {
   leave_signals_to_main_thread();
-  kLog.debug()("TCPServer::Recvieve enter %d\n", client_socket);
+  pq::log_debug()("TCPServer::Recvieve enter %d\n", client_socket);
   const bool can_end = set_timeout(client_socket, SO_RCVTIMEO, kReceiveTimeout) &&
                        set_timeout(client_socket, SO_SNDTIMEO, kSendTimeout);
   set_flag(client_socket, SO_KEEPALIVE);  // a client that lost its power is noticed one day
   try {
     if (can_end) receive_until_gone(client_socket);
   } catch (const std::bad_alloc&) {
-    kLog.error()("no memory for the client on socket %d, closing it\n", client_socket);
+    pq::log_error()("no memory for the client on socket %d, closing it\n", client_socket);
   }
-  kLog.debug()("TCPServer::Recvieve exit %d\n", client_socket);
+  pq::log_debug()("TCPServer::Recvieve exit %d\n", client_socket);
   close_client(client_socket);
   note_finished();
   return 0;
@@ -201,14 +200,14 @@ void TCPServer::receive_until_gone(int client_socket) {
     const ssize_t length =
         recvfrom(client_socket, buffer.data(), buffer.size(), 0, nullptr, nullptr);
     if (length == 0) {
-      kLog.debug()("socket recvieve exit\n");
+      pq::log_debug()("socket recvieve exit\n");
       return;
     }
     if (length < 0) {
       if (errno == EAGAIN || errno == EINTR) continue;
       return;
     }
-    kLog.debug()("socket recvieve length: %zd\n", length);
+    pq::log_debug()("socket recvieve length: %zd\n", length);
     // A request that comes this late would hold up the end by the seconds that it takes.
     if (quit_) return;
     handle_chunk(client_socket, buffer.data(), static_cast<int>(length));
@@ -220,7 +219,7 @@ void TCPServer::handle_chunk(int client_socket, char* data, int length) {
   try {
     callback_(client_socket, data, length);
   } catch (const std::exception& error) {
-    kLog.error()("chunk of %d bytes dropped: %s\n", length, error.what());
+    pq::log_error()("chunk of %d bytes dropped: %s\n", length, error.what());
   }
 }
 
@@ -255,7 +254,7 @@ void TCPServer::note_finished() {
   } catch (const std::bad_alloc&) {
     // Not counted.
   }
-  kLog.debug()("TCPServer::recv_threads_finished_id_ len: %zu\n", count);
+  pq::log_debug()("TCPServer::recv_threads_finished_id_ len: %zu\n", count);
 }
 
 void TCPServer::leave_to_join(size_t index) {

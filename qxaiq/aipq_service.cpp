@@ -2,10 +2,10 @@
 #include <mutex>
 #include <utility>
 
+#include "base/log.h"
+#include "documents/document_file.h"
+#include "json/patch.h"
 #include "qxaiq/change_counter.h"
-#include "qxaiq/document_file.h"
-#include "qxaiq/json_patch.h"
-#include "qxaiq/log_source.h"
 #include "qxaiq/pq_request.h"
 #include "qxaiq/pq_service.h"
 
@@ -34,14 +34,14 @@ void change_document(JsonPtr patch) {
   const TextPtr stored = read_document_text(kAipqDocument);
   JsonPtr document = stored ? parse_json(stored.get()) : nullptr;
   const int status = apply_patch(document, std::move(patch));
-  kProtocolLog.debug()("updateAIPQ ApplyPatches ret %d ", status);
+  log_debug()("updateAIPQ ApplyPatches ret %d ", status);
   if (!stored) return;
   if (status != 0) document = parse_json(stored.get());
 
   // A patch can make a tree that prints as nothing, which is not saved. What does print can be read
   // again: no patched tree nests deeper than the parser goes.
   const int saved = save_document(kAipqDocument, print_json(document.get()).get());
-  kProtocolLog.debug()("updateAIPQ j2s_save_file ret %d ", saved);
+  log_debug()("updateAIPQ j2s_save_file ret %d ", saved);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 #include <cutils/properties.h>
 
-#include "qxaiq/log_source.h"
+#include "base/log.h"
 
 namespace pq {
 namespace {
@@ -23,8 +23,8 @@ void bump(const char* property) {
   std::array<char, 16> text{};
   std::snprintf(text.data(), text.size(), "%d", static_cast<int32_t>(next));
   if (property_set(property, text.data()) < 0) {
-    kProtocolLog.error()("cannot set %s to %s: the display service does not learn of the change",
-                         property, text.data());
+    log_error()("cannot set %s to %s: the display service does not learn of the change", property,
+                text.data());
   }
 }
 

@@ -10,13 +10,13 @@
 
 #include <cutils/properties.h>
 
+#include "base/log.h"
+#include "base/wait.h"
 #include "common/pq_tuning_utils.h"
-#include "common/wait.h"
+#include "documents/document_file.h"
+#include "documents/pq_parameters.h"
 #include "qxaiq/change_counter.h"
-#include "qxaiq/document_file.h"
 #include "qxaiq/dump_capture.h"
-#include "qxaiq/log_source.h"
-#include "qxaiq/pq_parameters.h"
 #include "qxaiq/send.h"
 
 namespace pq {
@@ -39,7 +39,7 @@ void acknowledge(int sock, uint16_t command) {
   packet.datLen = 1;
   packet.dat[0] = 1;
   const ssize_t sent = send_all(sock, {reinterpret_cast<const char*>(&packet), sizeof(packet)});
-  kProtocolLog.debug()("send ret %zd", sent);
+  log_debug()("send ret %zd", sent);
 }
 
 void request_dump(uint8_t side) {
@@ -59,17 +59,17 @@ struct Dump {
 std::optional<Dump> fetch_dump() {
   std::array<char, PROPERTY_VALUE_MAX> path{};
   if (property_get(kDumpPathProperty, path.data(), nullptr) < 1) return std::nullopt;
-  kProtocolLog.error()("path_prop %s", path.data());
+  log_error()("path_prop %s", path.data());
   int width = 0;
   int height = 0;
   int format = 0;
   if (get_dump_info(path.data(), &width, &height, &format) != 0) return std::nullopt;
   property_set(kDumpPathProperty, "");
-  kProtocolLog.error()("dump_width %d dump_height %d dump_format %d", width, height, format);
+  log_error()("dump_width %d dump_height %d dump_format %d", width, height, format);
 
   Dump dump;
   dump.bytes.reset(getPqDumpData(path.data(), &dump.size));
-  kProtocolLog.error()("getPqDumpData %lu", dump.size);
+  log_error()("getPqDumpData %lu", dump.size);
   if (!dump.bytes || dump.size == 0) return std::nullopt;
   dump.header = {static_cast<uint16_t>(width), static_cast<uint16_t>(height),
                  static_cast<uint8_t>(format)};
@@ -94,13 +94,13 @@ void change_document(uint8_t flag) {
   parameters.load(context.get(), cJSON_GetObjectItem(stored.get(), "pq_tuning_param"));
   change_dci_switch(flag, parameters.values);
   const int saved = save_pq_document(kPqDocument, context.get(), parameters.values);
-  kProtocolLog.debug()("j2s_save_file ret %d", saved);
+  log_debug()("j2s_save_file ret %d", saved);
 }
 
 }  // namespace
 
 void send_dump(int sock, const CommandData_t& request) {
-  kProtocolLog.debug()("3 HandlerTCPMessage dat[0] %d\n", request.dat[0]);
+  log_debug()("3 HandlerTCPMessage dat[0] %d\n", request.dat[0]);
   request_dump(request.dat[0]);
   std::optional<Dump> dump = fetch_dump();
   if (!dump) return;
@@ -110,20 +110,20 @@ void send_dump(int sock, const CommandData_t& request) {
   reply.assign(header, header + sizeof(dump->header));
   reply.insert(reply.end(), dump->bytes.get(), dump->bytes.get() + dump->size);
   dump.reset();  // megabytes, and who reads slowly takes long
-  kProtocolLog.error()("send ret %zd", send_all(sock, reply));
+  log_error()("send ret %zd", send_all(sock, reply));
 }
 
 void show_pattern(int sock, const CommandData_t& request) {
   const uint8_t* colour = request.dat;
   // No colon after the b: an old text that people look for.
-  kProtocolLog.debug()("3 HandlerTCPMessage r:%d,g:%d,b%d\n", colour[0], colour[1], colour[2]);
+  log_debug()("3 HandlerTCPMessage r:%d,g:%d,b%d\n", colour[0], colour[1], colour[2]);
   PQTuningUtils::showPattern(colour[0], colour[1], colour[2]);
   acknowledge(sock, request.cmdID);
 }
 
 void switch_pattern_mode(int sock, const CommandData_t& request) {
   const uint8_t flag = request.dat[0];
-  kProtocolLog.debug()("4 HandlerTCPMessage flag %d\n", flag);
+  log_debug()("4 HandlerTCPMessage flag %d\n", flag);
   if (flag != kEnterPatternMode && flag != kLeavePatternMode) return;
   // Off the screen first: DCI comes back for the picture, not for the pattern.
   if (flag == kLeavePatternMode) PQTuningUtils::closePattern();

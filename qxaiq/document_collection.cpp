@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <limits>
 
+#include "base/log.h"
 #include "qxaiq/document_packet.h"
-#include "qxaiq/log_source.h"
 
 namespace pq {
 namespace {
@@ -40,22 +40,22 @@ CollectedDocument DocumentCollection::add(std::string_view chunk) {
   const std::lock_guard lock(mutex_);
   append(chunk);
   temp_buffer_size_ = add_saturated(temp_buffer_size_, chunk.size());
-  kProtocolLog.debug()("temp_buffer_size %d ", temp_buffer_size_);
+  log_debug()("temp_buffer_size %d ", temp_buffer_size_);
 
   // Compared as signed numbers, on purpose: a huge announced length makes the limit negative, and
   // the first continuation ends it as an error.
   const auto limit = static_cast<int32_t>(expected_length_ + kDocumentTrailerSize);
   if (temp_buffer_size_ < limit) {
-    kProtocolLog.debug()("packet no compelete");
+    log_debug()("packet no compelete");
     return {};
   }
   CollectedDocument document;
   if (temp_buffer_size_ == limit && temp_buffer_.size() >= expected_length_) {
-    kProtocolLog.debug()("packet complete");
+    log_debug()("packet complete");
     document.text.assign(temp_buffer_.data(), expected_length_);
     document.kind = aipq_ ? CollectedDocument::Kind::kAipq : CollectedDocument::Kind::kPq;
   } else {
-    kProtocolLog.debug()("packet error");
+    log_debug()("packet error");
   }
   remove_counted();
   aipq_ = false;

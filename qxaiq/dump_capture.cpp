@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/owner.h"
+#include "base/owner.h"
 
 namespace {
 

@@ -4,10 +4,10 @@
 #include <new>
 #include <string_view>
 
-#include "common/owner.h"
+#include "base/log.h"
+#include "base/owner.h"
 #include "qxaiq/document_collection.h"
 #include "qxaiq/document_packet.h"
-#include "qxaiq/log_source.h"
 #include "qxaiq/pq_service.h"
 #include "qxaiq/qxaiq_protocol.h"
 
@@ -34,7 +34,7 @@ void start_change(const DocumentHeader& header, char* data, size_t size) {
   // In 64 bits: a length near the largest would wrap, and a bare header look like a whole packet.
   const uint64_t whole = uint64_t{header.data_length} + kDocumentTrailerSize;
   if (size == whole) {
-    kProtocolLog.debug()("one packet complete");
+    log_debug()("one packet complete");
     collection.note_whole_packet(aipq, header.data_length);
     change(aipq, data, header.data_length);
   } else {
@@ -50,7 +50,7 @@ void answer_query(int sock, const DocumentHeader& header, char* data, size_t siz
 }
 
 void start_packet(int sock, char* chunk, size_t size) {
-  kProtocolLog.debug()("is new packet");
+  log_debug()("is new packet");
   DocumentHeader header{};
   if (size < sizeof(header)) return;
   std::memcpy(&header, chunk, sizeof(header));

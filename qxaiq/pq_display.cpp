@@ -8,11 +8,11 @@
 #include <mutex>
 #include <span>
 
+#include "base/log.h"
 #include "common/drm_api.h"
 #include "common/drm_lut.h"
 #include "common/pq_tuning_utils.h"
 #include "qxaiq/change_counter.h"
-#include "qxaiq/log_source.h"
 
 namespace pq {
 namespace {
@@ -62,8 +62,7 @@ void load_gamma(struct gamma& tables) {
 void apply(const ColourSpace& values, struct gamma& tables) {
   const std::lock_guard lock(display_mutex);
   DrmApi().set_bcsh(values.brightness, values.contrast, values.saturation, values.hue);
-  kProtocolLog.debug()("r_gain %d g_gain %d b_gain %d", values.r_gain, values.g_gain,
-                       values.b_gain);
+  log_debug()("r_gain %d g_gain %d b_gain %d", values.r_gain, values.g_gain, values.b_gain);
   scale(tables.gammaTab_R, values.r_gain);
   scale(tables.gammaTab_G, values.g_gain);
   scale(tables.gammaTab_B, values.b_gain);
@@ -71,7 +70,7 @@ void apply(const ColourSpace& values, struct gamma& tables) {
 }
 
 void show_low_latency(pq_tuning_param& parameters) {
-  kProtocolLog.debug()("LOW_LATENCY");
+  log_debug()("LOW_LATENCY");
   PQTuningUtils::updateUI();
   ColourSpace values;
   if (parameters.csc.cscEnable != 0) {
@@ -82,7 +81,7 @@ void show_low_latency(pq_tuning_param& parameters) {
 }
 
 void show_high_quality(pq_tuning_param& parameters) {
-  kProtocolLog.debug()("HIGH_QUALITY");
+  log_debug()("HIGH_QUALITY");
   ColourSpace values;
   take_gains(parameters.csc, values);
   apply(values, parameters.gamma);
@@ -103,7 +102,7 @@ void show_colour_space(pq_tuning_param& parameters) {
 
 void show_lut() {
   bump(kTimelineCounter);
-  kProtocolLog.debug()("run drm_lut_init start");
+  log_debug()("run drm_lut_init start");
   {
     const std::lock_guard lock(display_mutex);
     drm_lut_init();
@@ -113,7 +112,7 @@ void show_lut() {
     drm_lut_save_3dlut(file.data());
     drm_lut_deinit();
   }
-  kProtocolLog.debug()("run drm_lut_init end");
+  log_debug()("run drm_lut_init end");
   PQTuningUtils::updateUI();
 }
 

@@ -2,9 +2,9 @@
 #include <cstddef>
 #include <mutex>
 
-#include "qxaiq/document_file.h"
-#include "qxaiq/log_source.h"
-#include "qxaiq/pq_parameters.h"
+#include "base/log.h"
+#include "documents/document_file.h"
+#include "documents/pq_parameters.h"
 #include "qxaiq/pq_request.h"
 #include "qxaiq/pq_service.h"
 
@@ -51,7 +51,7 @@ JsonPtr make_section(const Section& section, const cJSON* document) {
   memory.check();
   if (debug_enabled()) {
     const TextPtr text(j2s_dump_struct(context.get(), section.name, values));
-    kProtocolLog.debug()("getPQ %s %.*s", section.name, kLongestLogText, or_empty(text.get()));
+    log_debug()("getPQ %s %.*s", section.name, kLongestLogText, or_empty(text.get()));
   }
   return make_tree(context.get(), section.name, values);
 }
@@ -61,7 +61,7 @@ JsonPtr make_section(const Section& section, const cJSON* document) {
 
 char* getPQ(char* body, uint32_t length) {
   pq::PqRequest request({body, length});
-  pq::kProtocolLog.debug()("toolversion %s", pq::or_empty(request.text_member("toolversion")));
+  pq::log_debug()("toolversion %s", pq::or_empty(request.text_member("toolversion")));
   request.put_platform();
   const pq::Section* section = pq::find_section(request);
   if (section == nullptr) return nullptr;

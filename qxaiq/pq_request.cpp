@@ -7,8 +7,8 @@
 
 #include <cutils/properties.h>
 
-#include "j2s/saturate.h"
-#include "qxaiq/log_source.h"
+#include "base/log.h"
+#include "base/saturate.h"
 
 namespace pq {
 namespace {
@@ -51,8 +51,8 @@ bool holds_too_many_values(std::string_view text) {
 // first element, or begins with it.
 PqRequest::PqRequest(std::string_view text) {
   if (holds_too_many_values(text)) {
-    kProtocolLog.error()("request of %zu bytes dropped: it holds more than %zu values\n",
-                         text.size(), kMostValues);
+    log_error()("request of %zu bytes dropped: it holds more than %zu values\n", text.size(),
+                kMostValues);
     return;
   }
   patch_ = parse_json(text);
@@ -84,15 +84,15 @@ bool PqRequest::path_names(std::string_view word) const {
 void PqRequest::check_platform() const {
   const cJSON* item =
       cJSON_IsObject(operation_) ? cJSON_GetObjectItem(operation_, "platform") : nullptr;
-  const int claimed = j2s::saturate<int32_t>(cJSON_GetNumberValue(item));
+  const int claimed = pq::saturate<int32_t>(cJSON_GetNumberValue(item));
   const int actual = number_of(read_platform().data(), kUnknownPlatformInChange);
-  kProtocolLog.debug()("json platform %d soc platform %d", claimed, actual);
-  if (claimed != actual) kProtocolLog.error()("platform error");
+  log_debug()("json platform %d soc platform %d", claimed, actual);
+  if (claimed != actual) log_error()("platform error");
 }
 
 void PqRequest::put_platform() {
   const PropertyText platform = read_platform();
-  kProtocolLog.debug()("platform prop %s", platform.data());
+  log_debug()("platform prop %s", platform.data());
   if (!cJSON_IsObject(operation_)) return;
   const MemoryWatch memory;
   JsonPtr number(cJSON_CreateNumber(number_of(platform.data(), kUnknownPlatformInQuery)));

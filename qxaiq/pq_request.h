@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 namespace pq {
 

@@ -1,12 +1,12 @@
 #include <mutex>
 #include <utility>
 
+#include "base/log.h"
+#include "documents/document_file.h"
+#include "documents/pq_parameters.h"
+#include "json/patch.h"
 #include "qxaiq/change_counter.h"
-#include "qxaiq/document_file.h"
-#include "qxaiq/json_patch.h"
-#include "qxaiq/log_source.h"
 #include "qxaiq/pq_display.h"
-#include "qxaiq/pq_parameters.h"
 #include "qxaiq/pq_request.h"
 #include "qxaiq/pq_service.h"
 
@@ -14,7 +14,7 @@ namespace pq {
 namespace {
 
 void log_request(const PqRequest& request) {
-  kProtocolLog.debug()("toolversion %s", or_empty(request.text_member("toolversion")));
+  log_debug()("toolversion %s", or_empty(request.text_member("toolversion")));
   request.check_platform();
 }
 
@@ -32,12 +32,12 @@ int change_document(JsonPtr patch, PqParameters& parameters) {
   const std::lock_guard lock(document_mutex);
   JsonPtr item = take_stored_parameters();
   const int patched = apply_patch(item, std::move(patch));
-  kProtocolLog.debug()("ApplyPatches ret %d ", patched);
+  log_debug()("ApplyPatches ret %d ", patched);
   if (patched != 0) return patched;
 
   J2sContext context;
   const int loaded = parameters.load(context.get(), item.get());
-  kProtocolLog.debug()("j2s_json_to_struct ret %d ", loaded);
+  log_debug()("j2s_json_to_struct ret %d ", loaded);
   if (loaded != 0) return loaded;
 
   const int saved = save_pq_document(kPqDocument, context.get(), parameters.values);

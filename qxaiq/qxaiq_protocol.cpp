@@ -5,13 +5,11 @@
 #include <mutex>
 #include <string_view>
 
+#include "base/log.h"
 #include "qxaiq/command_handlers.h"
 #include "qxaiq/command_packet.h"
-#include "qxaiq/log_source.h"
 
 namespace {
-
-using pq::kProtocolLog;
 
 std::mutex protocol_mutex;
 bool running = true;  // guarded by protocol_mutex; nothing reads it, it is for a debugger
@@ -21,13 +19,13 @@ bool is_command_packet(std::string_view chunk) {
 }
 
 void log_chunk(std::string_view chunk, const CommandData_t& packet) {
-  kProtocolLog.debug()("HandlerTCPMessage:\n");
-  kProtocolLog.debug()("1 HandlerTCPMessage CommandData_t: 0x%zx\n", sizeof(packet));
+  pq::log_debug()("HandlerTCPMessage:\n");
+  pq::log_debug()("1 HandlerTCPMessage CommandData_t: 0x%zx\n", sizeof(packet));
   const auto magic = static_cast<int>(std::min(chunk.size(), sizeof(packet.QXID)));
-  kProtocolLog.debug()("2 HandlerTCPMessage QXID: %.*s\n", magic, chunk.data());
+  pq::log_debug()("2 HandlerTCPMessage QXID: %.*s\n", magic, chunk.data());
   // Two lines with the number 3, as people know them.
-  kProtocolLog.debug()("3 HandlerTCPMessage datLen %d\n", packet.datLen);
-  kProtocolLog.debug()("3 HandlerTCPMessage cmdID %d\n", packet.cmdID);
+  pq::log_debug()("3 HandlerTCPMessage datLen %d\n", packet.datLen);
+  pq::log_debug()("3 HandlerTCPMessage cmdID %d\n", packet.cmdID);
 }
 
 }  // namespace

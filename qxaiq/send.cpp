@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <chrono>
 
-#include "common/quit.h"
+#include "base/quit.h"
 
 namespace pq {
 namespace {

@@ -9,12 +9,12 @@
 #include <filesystem>
 #include <memory>
 
-#include "common/owner.h"
-#include "document_creators.h"
+#include "base/owner.h"
+#include "documents/document_creators.h"
+#include "documents/document_file.h"
+#include "documents/pq_parameters.h"
 #include "fuzz/support/board.h"
 #include "fuzz/support/check.h"
-#include "qxaiq/document_file.h"
-#include "qxaiq/pq_parameters.h"
 
 namespace fuzz {
 namespace {

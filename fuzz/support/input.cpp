@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/log.h"
+#include "base/log.h"
 #include "fuzz/support/board.h"
 
 namespace fuzz {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "common/owner.h"
+#include "base/owner.h"
 #include "j2s/generated_tables.h"
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t max_size);
 

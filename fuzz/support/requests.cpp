@@ -1,11 +1,11 @@
 #include "fuzz/support/requests.h"
 
-#include "common/owner.h"
+#include "base/owner.h"
 #include "fuzz/support/body.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
 #include "fuzz/support/input.h"
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 namespace fuzz {
 namespace {

@@ -10,15 +10,15 @@
 #include <filesystem>
 #include <string>
 
-#include "common/owner.h"
-#include "document_creators.h"
+#include "base/owner.h"
+#include "documents/document_creators.h"
+#include "documents/document_file.h"
 #include "fuzz/support/board.h"
 #include "fuzz/support/body.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
 #include "fuzz/support/input.h"
 #include "qxaiq/command_handlers.h"
-#include "qxaiq/document_file.h"
 #include "qxaiq/pq_service.h"
 
 namespace {

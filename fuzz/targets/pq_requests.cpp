@@ -1,6 +1,6 @@
 // Changes and queries of the PQ document.
+#include "documents/document_file.h"
 #include "fuzz/support/requests.h"
-#include "qxaiq/document_file.h"
 #include "qxaiq/pq_service.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

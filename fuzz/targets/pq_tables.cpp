@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
+#include "documents/pq_parameters.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/input.h"
 #include "j2s/pq_schema.h"
-#include "qxaiq/pq_parameters.h"
 
 namespace {
 

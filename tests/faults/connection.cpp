@@ -8,7 +8,7 @@
 #include <memory>
 #include <thread>
 
-#include "common/owner.h"
+#include "base/owner.h"
 #include "faults/fault.h"
 #include "faults/subject.h"
 #include "netserver/tcp_server.h"

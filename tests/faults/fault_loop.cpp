@@ -16,7 +16,7 @@
 #include <set>
 #include <string_view>
 
-#include "common/log.h"
+#include "base/log.h"
 #include "faults/fault.h"
 #include "faults/subject.h"
 #include "in_process/platform.h"

@@ -1,9 +1,9 @@
 // The daemon's start-up, from its main on.
 #include <getopt.h>
 
-#include "common/quit.h"
+#include "base/quit.h"
+#include "documents/document_file.h"
 #include "faults/subject.h"
-#include "qxaiq/document_file.h"
 
 // The daemon's main, which has this name in this program.
 int run_daemon(int argc, char* argv[]);

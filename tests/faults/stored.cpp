@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "document_creators.h"
-#include "qxaiq/document_file.h"
+#include "documents/document_creators.h"
+#include "documents/document_file.h"
 #include "support/temporary_folder.h"
 
 namespace faults {

@@ -2,7 +2,7 @@
 #include <limits>
 #include <random>
 
-#include "j2s/saturate.h"
+#include "base/saturate.h"
 #include "tests/j2s/synthetic.h"
 
 namespace j2s_test {
@@ -12,7 +12,7 @@ namespace {
 cJSON* make_number(double value) {
   cJSON* item = cJSON_CreateNumber(0);
   item->valuedouble = value;
-  item->valueint = j2s::saturate<int>(value);
+  item->valueint = pq::saturate<int>(value);
   return item;
 }
 

@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "common/owner.h"
+#include "base/owner.h"
 #include "support/private_network.h"
 #include "support/slack.h"
 

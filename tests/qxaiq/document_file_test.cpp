@@ -1,4 +1,4 @@
-#include "qxaiq/document_file.h"
+#include "documents/document_file.h"
 
 #include <gtest/gtest.h>
 

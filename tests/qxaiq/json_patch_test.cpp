@@ -1,4 +1,4 @@
-#include "qxaiq/json_patch.h"
+#include "json/patch.h"
 
 #include <cjson/cJSON_Utils.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "common/quit.h"
+#include "base/quit.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-#include "qxaiq/json_patch.h"
+#include "json/patch.h"
 
 namespace {
 

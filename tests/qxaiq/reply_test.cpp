@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-#include "common/owner.h"
+#include "base/owner.h"
 #include "qxaiq/document_packet.h"
 #include "qxaiq/send.h"
 

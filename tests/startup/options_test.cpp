@@ -1,4 +1,4 @@
-#include "options.h"
+#include "startup/options.h"
 
 #include <getopt.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // What the C library keeps of freed memory. A large document takes megabytes for a moment; without
 // these calls each thread's heap would keep them as long as the daemon runs.
-#ifndef COMMON_MEMORY_H_
-#define COMMON_MEMORY_H_
+#ifndef BASE_MEMORY_H_
+#define BASE_MEMORY_H_
 
 namespace pq {
 
@@ -15,4 +15,4 @@ void release_unused_memory();
 
 }  // namespace pq
 
-#endif  // COMMON_MEMORY_H_
+#endif  // BASE_MEMORY_H_

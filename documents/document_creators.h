@@ -1,6 +1,6 @@
 // The two documents as they are when the board starts for the first time.
-#ifndef DOCUMENT_CREATORS_H_
-#define DOCUMENT_CREATORS_H_
+#ifndef DOCUMENTS_DOCUMENT_CREATORS_H_
+#define DOCUMENTS_DOCUMENT_CREATORS_H_
 
 // Writes the PQ document from what the board's base-parameter store holds; what the store does not
 // have is zero. Returns 0; how the save went is only logged.
@@ -10,4 +10,4 @@ int getJsonFromBaseparameter(char* path);
 // Returns the number of bytes written, or a negative value.
 int createDefaultAIPQJson(char* path);
 
-#endif  // DOCUMENT_CREATORS_H_
+#endif  // DOCUMENTS_DOCUMENT_CREATORS_H_

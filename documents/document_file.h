@@ -1,11 +1,11 @@
 // The two JSON documents on the board's disk: where they are, and how they are read and saved so
 // that one is there, whole, whenever the power goes.
-#ifndef QXAIQ_DOCUMENT_FILE_H_
-#define QXAIQ_DOCUMENT_FILE_H_
+#ifndef DOCUMENTS_DOCUMENT_FILE_H_
+#define DOCUMENTS_DOCUMENT_FILE_H_
 
 #include <mutex>
 
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 namespace pq {
 
@@ -39,4 +39,4 @@ bool restore_document(const char* path);
 
 }  // namespace pq
 
-#endif  // QXAIQ_DOCUMENT_FILE_H_
+#endif  // DOCUMENTS_DOCUMENT_FILE_H_

@@ -1,6 +1,6 @@
 // Fixed waits. The board's programs need their time, whatever signals arrive meanwhile.
-#ifndef COMMON_WAIT_H_
-#define COMMON_WAIT_H_
+#ifndef BASE_WAIT_H_
+#define BASE_WAIT_H_
 
 #include <chrono>
 
@@ -12,4 +12,4 @@ void wait_whole(std::chrono::milliseconds time);
 
 }  // namespace pq
 
-#endif  // COMMON_WAIT_H_
+#endif  // BASE_WAIT_H_

@@ -1,4 +1,4 @@
-#include "common/memory.h"
+#include "base/memory.h"
 
 #include <malloc.h>
 

@@ -1,4 +1,4 @@
-#include "qxaiq/json_patch.h"
+#include "json/patch.h"
 
 #include <cjson/cJSON_Utils.h>
 
@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
-#include "common/quit.h"
-#include "qxaiq/json_place.h"
+#include "base/quit.h"
+#include "json/place.h"
 
 namespace pq {
 namespace {
@@ -173,7 +173,7 @@ int move(cJSON* document, const char* path, const char* from) {
 }
 
 // The library does what it does well: removing, comparing, exchanging the whole document, and
-// finding fault. What puts an item into the document is done here, see json_place.h.
+// finding fault. What puts an item into the document is done here, see place.h.
 int change(cJSON* document, JsonPtr operation) {
   const char* name = text_member(operation.get(), "op");
   const char* path = text_member(operation.get(), "path");

@@ -1,4 +1,4 @@
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 #include <mutex>
 

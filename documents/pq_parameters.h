@@ -1,11 +1,11 @@
 // The PQ parameters in memory, between the document and the display.
-#ifndef QXAIQ_PQ_PARAMETERS_H_
-#define QXAIQ_PQ_PARAMETERS_H_
+#ifndef DOCUMENTS_PQ_PARAMETERS_H_
+#define DOCUMENTS_PQ_PARAMETERS_H_
 
 #include <cstdlib>
 
 #include "j2s/pq_schema.h"
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 namespace pq {
 
@@ -47,4 +47,4 @@ int save_pq_document(const char* path, j2s_ctx* context, const pq_tuning_param& 
 
 }  // namespace pq
 
-#endif  // QXAIQ_PQ_PARAMETERS_H_
+#endif  // DOCUMENTS_PQ_PARAMETERS_H_

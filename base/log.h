@@ -1,8 +1,8 @@
 // The daemon's log: one line a call, written through the Android log.
 //
 // Thread rule: everything here may be called from any thread at any time.
-#ifndef COMMON_LOG_H_
-#define COMMON_LOG_H_
+#ifndef BASE_LOG_H_
+#define BASE_LOG_H_
 
 #include <array>
 #include <atomic>
@@ -26,11 +26,13 @@ using LogText = std::array<char, 1024>;
 // A line about to be written; called like printf with the line's text.
 class LogLine {
  public:
-  LogLine(const char* tag, const char* source, int line, Priority priority, int level_needed)
-      : tag_(tag), source_(source), line_(line), priority_(priority), level_(level_needed) {}
+  LogLine(Priority priority, int level_needed, const char* file, int line)
+      : file_(file), line_(line), priority_(priority), level_(level_needed) {}
 
-  // Writes "source:line - text" when the log level allows it. Reports no failure: a log that can't
-  // be written must not change what the daemon does. Keeps errno.
+  // Writes "source:line - text" when the log level allows it. Reports no failure: a log that cannot
+  // be written must not change what the daemon does. Control characters come out escaped ("\x1b"),
+  // so that a client's text can neither forge a line nor drive a terminal; a newline at the end
+  // stays. Keeps errno.
   void operator()(const char* format, ...) const __attribute__((format(printf, 2, 3)));
 
   // The line as it would be written, empty when the log level forbids it: for a caller that must
@@ -40,38 +42,28 @@ class LogLine {
  private:
   bool enabled() const { return log_level.load(std::memory_order_relaxed) >= level_; }
 
-  const char* tag_;
-  const char* source_;
+  const char* file_;
   int line_;
   Priority priority_;
   int level_;
 };
 
-// The log of one area of the daemon. Use: `kLog.debug()("socket recvieve length: %d\n", length)`.
-class Log {
- public:
-  // source: what stands in front of the line number. It is the area's main source file, without
-  // extension, even where the area has grown to several files: people filter logs by it.
-  // tag: null for none.
-  constexpr explicit Log(const char* source, const char* tag = "aiqtool")
-      : source_(source), tag_(tag) {}
-
-  // line: the caller's, which a default argument sees (std::source_location is not in every clang
-  // that builds this).
-  LogLine error(int line = __builtin_LINE()) const {
-    return {tag_, source_, line, Priority::kError, 0};
-  }
-  LogLine info(int line = __builtin_LINE()) const {
-    return {tag_, source_, line, Priority::kInfo, 2};
-  }
-  LogLine debug(int line = __builtin_LINE()) const {
-    return {tag_, source_, line, Priority::kDebug, 3};
-  }
-
- private:
-  const char* source_;
-  const char* tag_;
-};
+// The daemon's log, tag "aiqtool". Use: `log_debug()("socket recvieve length: %d\n", length)`.
+// Each line begins with the source file that it stands in, as the path from the top of the project
+// without extension, and the line there: "qxaiq/pq_update:45 - ApplyPatches ret 0 ".
+//
+// The two steps are there for the default arguments: they see the place of the call, where those of
+// a variadic function could not follow its arguments. (Android's library has no
+// std::source_location.)
+inline LogLine log_error(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+  return {Priority::kError, 0, file, line};
+}
+inline LogLine log_info(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+  return {Priority::kInfo, 2, file, line};
+}
+inline LogLine log_debug(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+  return {Priority::kDebug, 3, file, line};
+}
 
 // A line of the display modules: no tag, no prefix, written whatever the log level. They talk to
 // closed parts of the board, and integrators want to see what those answered even in a silent log.
@@ -79,4 +71,4 @@ void log_display(Priority priority, const char* format, ...) __attribute__((form
 
 }  // namespace pq
 
-#endif  // COMMON_LOG_H_
+#endif  // BASE_LOG_H_

@@ -1,11 +1,11 @@
-#include "options.h"
+#include "startup/options.h"
 
 #include <getopt.h>
 
 #include <array>
 #include <cstdlib>
 
-#include "daemon_log.h"
+#include "base/log.h"
 
 namespace {
 
@@ -39,20 +39,20 @@ int32_t number(const char* argument) {
 
 int32_t clamp_mmap_number(int32_t value) {
   if (value >= kSmallestMmapNumber && value <= kLargestMmapNumber) return value;
-  kDaemonLog.info()("mmap Number out of range[4,200], use default 4\n");
+  pq::log_info()("mmap Number out of range[4,200], use default 4\n");
   return kSmallestMmapNumber;
 }
 
 int32_t clamp_frame_rate(int32_t value) {
   if (value == 0) value = 1;
   if (value < 0 || value > kLargestFrameRate) value = kLargestFrameRate;
-  kDaemonLog.info()("set framerate:%u\n", static_cast<unsigned>(value));
+  pq::log_info()("set framerate:%u\n", static_cast<unsigned>(value));
   return value;
 }
 
 bool accept_enable_rtsp(int32_t value) {
   if (value == 0 || value == 1) return true;
-  kDaemonLog.error()("enable_rtsp arg|only equals 0 or 1\n");
+  pq::log_error()("enable_rtsp arg|only equals 0 or 1\n");
   return false;
 }
 

@@ -1,12 +1,12 @@
 // JSON Patch (RFC 6902) in front of the patch library: the same results, without the requests that
 // would crash it, blow up memory or the stack, or leave a half-changed tree that is taken for
 // whole.
-#ifndef QXAIQ_JSON_PATCH_H_
-#define QXAIQ_JSON_PATCH_H_
+#ifndef JSON_PATCH_H_
+#define JSON_PATCH_H_
 
 #include <string_view>
 
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 namespace pq {
 
@@ -29,4 +29,4 @@ inline int apply_patch(JsonPtr& document, std::string_view patch_text) {
 
 }  // namespace pq
 
-#endif  // QXAIQ_JSON_PATCH_H_
+#endif  // JSON_PATCH_H_

@@ -1,10 +1,10 @@
-#include "signals.h"
+#include "startup/signals.h"
 
 #include <array>
 #include <csignal>
 
-#include "common/quit.h"
-#include "daemon_log.h"
+#include "base/log.h"
+#include "base/quit.h"
 
 namespace {
 
@@ -52,6 +52,6 @@ void wait_for_end(const TCPServer& server) {
 
 void signal_handle(int sig) {
   block_signals();  // another one must not find us in the log
-  kDaemonLog.error()("signal_handle %d ", sig);
+  pq::log_error()("signal_handle %d ", sig);
   pq::quit_requested = true;
 }

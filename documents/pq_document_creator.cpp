@@ -4,11 +4,11 @@
 
 #include <baseparameter_api.h>
 
+#include "base/log.h"
 #include "common/drm_api.h"
-#include "daemon_log.h"
-#include "document_creators.h"
+#include "documents/document_creators.h"
+#include "documents/pq_parameters.h"
 #include "j2s/pq_schema.h"
-#include "qxaiq/pq_parameters.h"
 
 namespace {
 
@@ -231,8 +231,8 @@ void log_primary_display() {
   const int result =
       DrmApi().get_primary_info(&fd, &crtc_id, &connector_type, &connector_type_id, &connector_id);
   const pq::UniqueFd device(fd);
-  kDaemonLog.debug()("get_primary_info ret %d type %u id %u", result, connector_type,
-                     connector_type_id);
+  pq::log_debug()("get_primary_info ret %d type %u id %u", result, connector_type,
+                  connector_type_id);
 }
 
 }  // namespace
@@ -242,6 +242,6 @@ int getJsonFromBaseparameter(char* path) {
   log_primary_display();
   pq::J2sContext context;
   const int saved = pq::save_pq_document(path, context.get(), parameters);
-  kDaemonLog.debug()("j2s_save_file ret %d ", saved);
+  pq::log_debug()("j2s_save_file ret %d ", saved);
   return 0;
 }

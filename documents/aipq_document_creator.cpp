@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <memory>
 
-#include "document_creators.h"
+#include "documents/document_creators.h"
+#include "documents/document_file.h"
+#include "documents/pq_parameters.h"
 #include "j2s/pq_schema.h"
-#include "qxaiq/document_file.h"
-#include "qxaiq/pq_parameters.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Whether the process has been asked to end.
-#ifndef COMMON_QUIT_H_
-#define COMMON_QUIT_H_
+#ifndef BASE_QUIT_H_
+#define BASE_QUIT_H_
 
 #include <atomic>
 
@@ -12,4 +12,4 @@ inline std::atomic<bool> quit_requested = false;
 
 }  // namespace pq
 
-#endif  // COMMON_QUIT_H_
+#endif  // BASE_QUIT_H_

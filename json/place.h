@@ -3,12 +3,12 @@
 // The patch library does the same inside its operations, but when memory runs out while it adds a
 // member it has already removed the old one, loses the new one, and reports success. Pointers mean
 // here what they mean there, to the odd ends: clients have documents that came about that way.
-#ifndef QXAIQ_JSON_PLACE_H_
-#define QXAIQ_JSON_PLACE_H_
+#ifndef JSON_PLACE_H_
+#define JSON_PLACE_H_
 
 #include <string>
 
-#include "qxaiq/json.h"
+#include "json/tree.h"
 
 namespace pq {
 
@@ -31,4 +31,4 @@ int put_item(const JsonPlace& place, JsonPtr item);
 
 }  // namespace pq
 
-#endif  // QXAIQ_JSON_PLACE_H_
+#endif  // JSON_PLACE_H_

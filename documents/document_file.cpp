@@ -1,4 +1,4 @@
-#include "qxaiq/document_file.h"
+#include "documents/document_file.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,8 +11,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "base/log.h"
 #include "j2s/files.h"
-#include "qxaiq/log_source.h"
 
 namespace pq {
 namespace {
@@ -95,8 +95,8 @@ bool write_side_file(const std::string& path, std::string_view text) {
   const std::string folder = folder_of(path);  // now: memory may run out as long as nothing is done
   const UniqueFd fd(open(path.c_str(), kFlags, kMode));
   if (!fd.valid() || !write_all(fd.get(), text) || fsync(fd.get()) != 0) {
-    kProtocolLog.error()("cannot write %s: %s; the document stays as it was", path.c_str(),
-                         std::strerror(errno));
+    log_error()("cannot write %s: %s; the document stays as it was", path.c_str(),
+                std::strerror(errno));
     return false;
   }
   sync_folder(folder);
@@ -134,7 +134,7 @@ bool restore_document(const char* path) {
     const TextPtr text = read_text(side.c_str());
     if (text && parse_json(text.get())) {
       const int result = j2s_save_file(path, text.get());
-      kProtocolLog.error()("%s was cut short while it was saved, restored: %d", path, result);
+      log_error()("%s was cut short while it was saved, restored: %d", path, result);
       if (result < 0) return false;
     }
   }

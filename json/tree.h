@@ -1,6 +1,6 @@
 // Owners of cJSON trees and j2s contexts.
-#ifndef QXAIQ_JSON_H_
-#define QXAIQ_JSON_H_
+#ifndef JSON_TREE_H_
+#define JSON_TREE_H_
 
 #include <cjson/cJSON.h>
 
@@ -9,12 +9,11 @@
 #include <new>
 #include <string_view>
 
-#include "common/owner.h"
+#include "base/owner.h"
 #include "j2s/j2s.h"
+#include "j2s/json_owner.h"
 
 namespace pq {
-
-using JsonPtr = std::unique_ptr<cJSON, Call<cJSON_Delete>>;
 
 // Finds out whether memory ran out in calls of cJSON and j2s. They report that like any other
 // failure, or leave out what they have no memory for; what tells is the errno that POSIX has a
@@ -59,4 +58,4 @@ class J2sContext {
 
 }  // namespace pq
 
-#endif  // QXAIQ_JSON_H_
+#endif  // JSON_TREE_H_

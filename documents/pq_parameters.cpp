@@ -1,6 +1,6 @@
-#include "qxaiq/pq_parameters.h"
+#include "documents/pq_parameters.h"
 
-#include "qxaiq/document_file.h"
+#include "documents/document_file.h"
 
 namespace pq {
 namespace {

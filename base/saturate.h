@@ -1,11 +1,11 @@
 // The one conversion of JSON numbers to integers, for everybody who takes a number from outside.
-#ifndef J2S_SATURATE_H_
-#define J2S_SATURATE_H_
+#ifndef BASE_SATURATE_H_
+#define BASE_SATURATE_H_
 
 #include <limits>
 #include <type_traits>
 
-namespace j2s {
+namespace pq {
 
 // Truncates toward zero; what is out of range becomes the nearest limit, NaN becomes 0.
 // A plain cast is undefined there, and differs between processors.
@@ -23,6 +23,6 @@ constexpr Integer saturate(double value) {
   return static_cast<Integer>(value);
 }
 
-}  // namespace j2s
+}  // namespace pq
 
-#endif  // J2S_SATURATE_H_
+#endif  // BASE_SATURATE_H_

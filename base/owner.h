@@ -1,6 +1,6 @@
 // Owners of C resources: a pointer that a C function frees, and a file descriptor.
-#ifndef COMMON_OWNER_H_
-#define COMMON_OWNER_H_
+#ifndef BASE_OWNER_H_
+#define BASE_OWNER_H_
 
 #include <unistd.h>
 
@@ -49,4 +49,4 @@ class UniqueFd {
 
 }  // namespace pq
 
-#endif  // COMMON_OWNER_H_
+#endif  // BASE_OWNER_H_

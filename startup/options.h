@@ -1,7 +1,7 @@
 // The command line. Of the settings, nothing in the daemon reads any but the error: they are kept
 // for start scripts that are shared with other tools of the board.
-#ifndef OPTIONS_H_
-#define OPTIONS_H_
+#ifndef STARTUP_OPTIONS_H_
+#define STARTUP_OPTIONS_H_
 
 #include <cstdint>
 #include <string_view>
@@ -23,4 +23,4 @@ struct Options {
 // Returns false when enable_rtsp is neither 0 nor 1: the daemon must not start then.
 bool parse_options(int argc, char* argv[], Options& options);
 
-#endif  // OPTIONS_H_
+#endif  // STARTUP_OPTIONS_H_

@@ -8,8 +8,8 @@
 // SIGPIPE stays blocked for good: a log or a property service that has gone away costs a line, not
 // the daemon. Its disposition stays as it is, since the programs that we start inherit that; the
 // mask they don't.
-#ifndef SIGNALS_H_
-#define SIGNALS_H_
+#ifndef STARTUP_SIGNALS_H_
+#define STARTUP_SIGNALS_H_
 
 #include "netserver/tcp_server.h"
 
@@ -25,4 +25,4 @@ void wait_for_end(const TCPServer& server);
 // The handler: asks everything that can block for long to end.
 void signal_handle(int sig);
 
-#endif  // SIGNALS_H_
+#endif  // STARTUP_SIGNALS_H_

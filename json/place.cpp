@@ -1,4 +1,4 @@
-#include "qxaiq/json_place.h"
+#include "json/place.h"
 
 #include <cjson/cJSON_Utils.h>
 

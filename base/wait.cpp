@@ -1,4 +1,4 @@
-#include "common/wait.h"
+#include "base/wait.h"
 
 #include <cerrno>
 #include <ctime>
