@@ -20,6 +20,7 @@
 #include "common/pq_tuning_utils.h"
 #include "documents/document_creators.h"
 #include "documents/document_file.h"
+#include "documents/names.h"
 #include "netserver/tcp_server.h"
 #include "qxaiq/qxaiq_protocol.h"
 #include "startup/options.h"
@@ -97,9 +98,9 @@ int main(int argc, char* argv[]) {
   open_standard_descriptors();
   pq::log_error()("#### PQ tool server version: %s ####\n", kVersion);
   install_signal_handlers();
-  pq::log_level = read_hexadecimal("persist.vendor.aiqtool.log", "5");
+  pq::log_level = read_hexadecimal(pq::kLogLevelProperty, "5");
   // Boards set it; the program that it once ended is no longer there.
-  read_hexadecimal("persist.vendor.aiqtool.killapp", "1");
+  read_hexadecimal(pq::kKillAppProperty, "1");
 
   Options options;
   if (!parse_options(argc, argv, options)) {

@@ -18,13 +18,13 @@
 
 #include "base/log.h"
 #include "common/drm_owner.h"
+#include "documents/names.h"
 
 namespace {
 
 using pq::Priority;
 
 constexpr char kDriverName[] = "velmoran";
-constexpr char kPrimaryProperty[] = "vendor.hwc.device.primary";
 constexpr int kNoPrimary = -1;
 
 // Names by DRM connector type code, as the compositor writes them into its property.
@@ -67,7 +67,7 @@ pq::DrmConnector find_connected(int fd, const drmModeRes& resources, Chosen chos
 
 pq::DrmConnector find_primary_connector(int fd, const drmModeRes& resources) {
   char name[PROPERTY_VALUE_MAX] = {};
-  if (property_get(kPrimaryProperty, name, nullptr) > 0) {
+  if (property_get(pq::kPrimaryDisplayProperty, name, nullptr) > 0) {
     auto named = find_connected(fd, resources,
                                 [&](const auto& connector) { return has_name(connector, name); });
     if (named) return named;

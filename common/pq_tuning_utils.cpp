@@ -12,6 +12,7 @@
 
 #include "base/log.h"
 #include "base/wait.h"
+#include "documents/names.h"
 
 namespace {
 
@@ -77,7 +78,7 @@ class ComponentText {
 
 int PQTuningUtils::updateUI() {
   return run_program(
-      [] { execlp("/system/bin/service", "service", "call", "SurfaceFlinger", "1006", nullptr); });
+      [] { execlp(pq::kServiceCaller, "service", "call", "SurfaceFlinger", "1006", nullptr); });
 }
 
 int PQTuningUtils::showPattern(int red, int green, int blue) {
@@ -85,13 +86,13 @@ int PQTuningUtils::showPattern(int red, int green, int blue) {
   const ComponentText green_text(green);
   const ComponentText blue_text(blue);
   return run_program([&] {
-    execlp("/system/bin/am", "am", "start", "-n", "com.qx.patterntool/com.qx.patterntool.Display",
-           "--ei", "red", red_text.c_str(), "--ei", "green", green_text.c_str(), "--ei", "blue",
-           blue_text.c_str(), nullptr);
+    execlp(pq::kActivityManager, "am", "start", "-n",
+           "com.qx.patterntool/com.qx.patterntool.Display", "--ei", "red", red_text.c_str(), "--ei",
+           "green", green_text.c_str(), "--ei", "blue", blue_text.c_str(), nullptr);
   });
 }
 
 int PQTuningUtils::closePattern() {
   return run_program(
-      [] { execlp("/system/bin/am", "am", "force-stop", "com.qx.patterntool", nullptr); });
+      [] { execlp(pq::kActivityManager, "am", "force-stop", "com.qx.patterntool", nullptr); });
 }

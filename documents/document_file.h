@@ -5,12 +5,10 @@
 
 #include <mutex>
 
+#include "documents/names.h"
 #include "json/tree.h"
 
 namespace pq {
-
-inline constexpr char kPqDocument[] = "/data/vendor/qxalgo/pq_config.json";
-inline constexpr char kAipqDocument[] = "/data/vendor/qxalgo/aipq_config.json";
 
 // Held from reading a document to saving it, so that no change is lost, and while one is read, so
 // that nobody sees half a save. Never held across a wait, a send or the start of a program.

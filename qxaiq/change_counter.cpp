@@ -3,21 +3,21 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <mutex>
 
 #include <cutils/properties.h>
 
 #include "base/log.h"
+#include "base/thread_annotations.h"
 
 namespace pq {
 namespace {
 
-std::mutex counter_mutex;  // so that two changes at once count twice
+Mutex counter_mutex;  // so that two changes at once count twice
 
 }  // namespace
 
 void bump(const char* property) {
-  const std::lock_guard lock(counter_mutex);
+  const MutexLock lock(counter_mutex);
   // Unsigned, so that the largest value goes on to the smallest instead of nowhere.
   const uint32_t next = static_cast<uint32_t>(property_get_int32(property, 0)) + 1;
   std::array<char, 16> text{};

@@ -14,6 +14,7 @@
 #include "base/wait.h"
 #include "common/pq_tuning_utils.h"
 #include "documents/document_file.h"
+#include "documents/names.h"
 #include "documents/pq_parameters.h"
 #include "qxaiq/change_counter.h"
 #include "qxaiq/dump_capture.h"
@@ -21,10 +22,6 @@
 
 namespace pq {
 namespace {
-
-constexpr char kDumpInputProperty[] = "vendor.tvinput.qxpq.dump.in";
-constexpr char kDumpOutputProperty[] = "vendor.tvinput.qxpq.dump.out";
-constexpr char kDumpPathProperty[] = "vendor.tvinput.qxpq.dump.path";
 
 // The display service sees the request before the redraw, and writes the dump after it.
 constexpr std::chrono::milliseconds kBeforeRedraw{200};
@@ -43,8 +40,8 @@ void acknowledge(int sock, uint16_t command) {
 }
 
 void request_dump(uint8_t side) {
-  if (side == kDumpInput) property_set(kDumpInputProperty, "1");
-  if (side == kDumpOutput) property_set(kDumpOutputProperty, "1");
+  if (side == kDumpInput) property_set(kInputDumpProperty, "1");
+  if (side == kDumpOutput) property_set(kOutputDumpProperty, "1");
   wait_whole(kBeforeRedraw);
   PQTuningUtils::updateUI();
   wait_whole(kForDump);

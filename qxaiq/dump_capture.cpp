@@ -14,11 +14,11 @@
 #include <string_view>
 
 #include "base/owner.h"
+#include "documents/names.h"
 
 namespace {
 
-constexpr std::array<std::string_view, 2> kPrefixes = {"/data/vendor/qxalgo/pq_dump_in_",
-                                                       "/data/vendor/qxalgo/pq_dump_out_"};
+constexpr std::array<std::string_view, 2> kPrefixes = {pq::kInputDumpPrefix, pq::kOutputDumpPrefix};
 
 // By code.
 constexpr std::array<std::string_view, 7> kFormatNames = {"rgba", "bgr",  "nv12", "nv16",

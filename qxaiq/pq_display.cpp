@@ -5,21 +5,22 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <mutex>
 #include <span>
 
 #include "base/log.h"
+#include "base/thread_annotations.h"
 #include "common/drm_api.h"
 #include "common/drm_lut.h"
 #include "common/pq_tuning_utils.h"
+#include "documents/names.h"
 #include "qxaiq/change_counter.h"
 
 namespace pq {
 namespace {
 
 // One change at a time at the device and the engine. Not held while the screen is redrawn.
-std::mutex display_mutex;
-int32_t next_lut_file = 0;  // guarded by display_mutex
+Mutex display_mutex;
+int32_t next_lut_file GUARDED_BY(display_mutex) = 0;
 
 constexpr char kLowLatency[] = "LOW_LATENCY_MODE";
 constexpr uint16_t kUnity = 256;
@@ -54,13 +55,13 @@ void scale(std::span<uint16_t> table, uint16_t gain) {
   }
 }
 
-void load_gamma(struct gamma& tables) {
+void load_gamma(struct gamma& tables) REQUIRES(display_mutex) {
   constexpr auto kEntries = static_cast<unsigned>(std::extent_v<decltype(tables.gammaTab_R)>);
   DrmApi().set_3x1d_gamma(kEntries, tables.gammaTab_R, tables.gammaTab_G, tables.gammaTab_B);
 }
 
-void apply(const ColourSpace& values, struct gamma& tables) {
-  const std::lock_guard lock(display_mutex);
+void apply(const ColourSpace& values, struct gamma& tables) EXCLUDES(display_mutex) {
+  const MutexLock lock(display_mutex);
   DrmApi().set_bcsh(values.brightness, values.contrast, values.saturation, values.hue);
   log_debug()("r_gain %d g_gain %d b_gain %d", values.r_gain, values.g_gain, values.b_gain);
   scale(tables.gammaTab_R, values.r_gain);
@@ -104,11 +105,11 @@ void show_lut() {
   bump(kTimelineCounter);
   log_debug()("run drm_lut_init start");
   {
-    const std::lock_guard lock(display_mutex);
+    const MutexLock lock(display_mutex);
     drm_lut_init();
     drm_lut_run();
     std::array<char, 128> file{};
-    std::snprintf(file.data(), file.size(), "/data/lut_%d.cube", next_lut_file++);
+    std::snprintf(file.data(), file.size(), kLutFileFormat, next_lut_file++);
     drm_lut_save_3dlut(file.data());
     drm_lut_deinit();
   }
@@ -117,7 +118,7 @@ void show_lut() {
 }
 
 void show_gamma(struct gamma& tables) {
-  const std::lock_guard lock(display_mutex);
+  const MutexLock lock(display_mutex);
   load_gamma(tables);
 }
 

@@ -9,6 +9,7 @@
 
 #include "base/log.h"
 #include "base/saturate.h"
+#include "documents/names.h"
 
 namespace pq {
 namespace {
@@ -23,7 +24,7 @@ using PropertyText = std::array<char, PROPERTY_VALUE_MAX>;
 
 PropertyText read_platform() {
   PropertyText text{};
-  property_get("ro.board.platform", text.data(), nullptr);
+  property_get(kPlatformProperty, text.data(), nullptr);
   return text;
 }
 
