@@ -71,7 +71,7 @@ JsonPtr make_string(std::string_view text) {
   return item;
 }
 
-std::string quoted(std::string_view text) {
+std::string quoted_text(std::string_view text) {
   return print_json(*make_string(text));
 }
 

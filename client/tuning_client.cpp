@@ -71,7 +71,7 @@ Answer TuningClient::query(Document document, std::string_view path) {
   Answer answer = receive_answer(connection, deadline);
   if (answer.path != path) {
     throw Error(ErrorKind::kBadAnswer, "asked for \"" + std::string(path) +
-                                           "\", the answer is for " + quoted(answer.path));
+                                           "\", the answer is for " + quoted_text(answer.path));
   }
   if (answer.platform) platform_ = answer.platform;
   change_pending_ = false;

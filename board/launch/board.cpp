@@ -65,7 +65,9 @@ Board::Board(Description description, BoardOptions options)
       isolation_(choose_isolation(options_.isolation)),
       state_(options_.state, options_.announced) {
   if (options_.daemon.empty()) options_.daemon = daemon_program();
-  options_.daemon = fs::absolute(options_.daemon);
+  // Without links: bubblewrap, from 0.11 on, shows no file where the private root has a link
+  // already, as it has at /bin.
+  options_.daemon = fs::weakly_canonical(options_.daemon);
   state_.boot(description_);
   fs::remove(state_.path() / "log");
 }

@@ -42,7 +42,7 @@ JsonPtr make_string(std::string_view text);
 
 // For messages: in quotes, control characters escaped. A board's text must not reach a terminal as
 // it is.
-std::string quoted(std::string_view text);
+std::string quoted_text(std::string_view text);
 
 // Gives the item to the object or array.
 void add_member(cJSON& object, const char* name, JsonPtr item);
