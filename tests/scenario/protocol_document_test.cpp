@@ -63,10 +63,9 @@ std::map<std::string, std::string> read_examples() {
 
 class ProtocolDocument : public DaemonTest {
  protected:
-  void TearDown() override {
+  void expect_that_all_were_shown() const {
     for (const auto& [name, block] : examples_)
       EXPECT_EQ(block, "") << "no test checks the example " << name;
-    DaemonTest::TearDown();
   }
 
   // The document shows these bytes under that name. Returns them.
@@ -149,6 +148,7 @@ TEST_F(ProtocolDocument, ShowsPacketsThatTheBoardTakesAndSends) {
   send_command("pattern-mode", Command::kPatternMode, {pqclient::kFlagFirst});
   shown("pattern-mode-reply", reply(sizeof(pqclient::CommandPacket)));
   EXPECT_EQ(stored("/dci", "dciEnable"), 0);
+  expect_that_all_were_shown();
 }
 
 }  // namespace
