@@ -11,8 +11,6 @@
 namespace pq {
 namespace {
 
-constexpr char kTag[] = "aiqtool";
-
 // The calls around a log line go on to test errno.
 class KeepErrno {
  public:
@@ -90,7 +88,7 @@ void LogLine::operator()(const char* format, ...) const {
   const LogText text = format_line(format, arguments);
   va_end(arguments);
   const SourceName source = source_name(file_);
-  __android_log_print(static_cast<int>(priority_), kTag, "%.*s:%d - %s", source.length,
+  __android_log_print(static_cast<int>(priority_), tag_, "%.*s:%d - %s", source.length,
                       source.start, line_, text.data());
 }
 
@@ -109,13 +107,29 @@ LogText LogLine::text(const char* format, ...) const {
   return line;
 }
 
-void log_display(Priority priority, const char* format, ...) {
+namespace {
+
+[[gnu::format(printf, 2, 0)]] void write_display_line(Priority priority, const char* format,
+                                                      va_list arguments) {
   const KeepErrno keep_errno;
+  const LogText text = format_line(format, arguments);
+  __android_log_print(static_cast<int>(priority), nullptr, "%s", text.data());
+}
+
+}  // namespace
+
+void log_display(const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
-  const LogText text = format_line(format, arguments);
+  write_display_line(Priority::kError, format, arguments);
   va_end(arguments);
-  __android_log_print(static_cast<int>(priority), nullptr, "%s", text.data());
+}
+
+void log_display(Priority priority, const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  write_display_line(priority, format, arguments);
+  va_end(arguments);
 }
 
 }  // namespace pq

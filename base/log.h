@@ -26,8 +26,9 @@ using LogText = std::array<char, 1024>;
 // A line about to be written; called like printf with the line's text.
 class LogLine {
  public:
-  LogLine(Priority priority, int level_needed, const char* file, int line)
-      : file_(file), line_(line), priority_(priority), level_(level_needed) {}
+  // tag: a text constant, or null for none.
+  LogLine(const char* tag, Priority priority, int level_needed, const char* file, int line)
+      : tag_(tag), file_(file), line_(line), priority_(priority), level_(level_needed) {}
 
   // Writes "source:line - text" when the log level allows it. Reports no failure: a log that cannot
   // be written must not change what the daemon does. Control characters come out escaped ("\x1b"),
@@ -42,13 +43,16 @@ class LogLine {
  private:
   bool enabled() const { return log_level.load(std::memory_order_relaxed) >= level_; }
 
+  const char* tag_;
   const char* file_;
   int line_;
   Priority priority_;
   int level_;
 };
 
-// The daemon's log, tag "aiqtool". Use: `log_debug()("socket recvieve length: %d\n", length)`.
+inline constexpr char kLogTag[] = "aiqtool";
+
+// The daemon's log. Use: `log_debug()("socket recvieve length: %d\n", length)`.
 // Each line begins with the source file that it stands in, as the path from the top of the project
 // without extension, and the line there: "qxaiq/pq_update:45 - ApplyPatches ret 0 ".
 //
@@ -56,17 +60,25 @@ class LogLine {
 // a variadic function could not follow its arguments. (Android's library has no
 // std::source_location.)
 inline LogLine log_error(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
-  return {Priority::kError, 0, file, line};
+  return {kLogTag, Priority::kError, 0, file, line};
 }
 inline LogLine log_info(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
-  return {Priority::kInfo, 2, file, line};
+  return {kLogTag, Priority::kInfo, 2, file, line};
 }
 inline LogLine log_debug(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
-  return {Priority::kDebug, 3, file, line};
+  return {kLogTag, Priority::kDebug, 3, file, line};
+}
+
+// The same without a tag, for the programs that the daemon starts.
+inline LogLine log_debug_untagged(const char* file = __builtin_FILE(),
+                                  int line = __builtin_LINE()) {
+  return {nullptr, Priority::kDebug, 3, file, line};
 }
 
 // A line of the display modules: no tag, no prefix, written whatever the log level. They talk to
 // closed parts of the board, and integrators want to see what those answered even in a silent log.
+// They are written at error priority unless they say otherwise.
+void log_display(const char* format, ...) __attribute__((format(printf, 1, 2)));
 void log_display(Priority priority, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 }  // namespace pq

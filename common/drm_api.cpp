@@ -4,118 +4,34 @@
 #include <xf86drm.h>
 #include <xf86drmMode.h>
 
-#include <array>
 #include <cerrno>
 #include <new>
 #include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include <baseparameter_api.h>
-#include <cutils/properties.h>
 
 #include "base/log.h"
 #include "common/drm_owner.h"
-#include "documents/names.h"
+#include "common/primary_display.h"
 
 namespace {
 
-using pq::Priority;
-
-constexpr char kDriverName[] = "velmoran";
 constexpr int kNoPrimary = -1;
 
-// Names by DRM connector type code, as the compositor writes them into its property.
-constexpr std::array<const char*, 18> kConnectorTypeNames = {
-    "unknown",   "VGA", "DVI-I",  "DVI-D",  "DVI-A", "composite", "s-video", "LVDS", "component",
-    "9-pin DIN", "DP",  "HDMI-A", "HDMI-B", "TV",    "eDP",       "Virtual", "DSI",  "DPI"};
-
-void log_error(const char* text) {
-  pq::log_display(Priority::kError, "%s", text);
-}
-
-bool is_built_in_panel(uint32_t type) {
-  return type == DRM_MODE_CONNECTOR_LVDS || type == DRM_MODE_CONNECTOR_TV ||
-         type == DRM_MODE_CONNECTOR_eDP || type == DRM_MODE_CONNECTOR_VIRTUAL ||
-         type == DRM_MODE_CONNECTOR_DSI;
-}
-
-// Newer kernels know connector types that have no name here; those can't be asked for.
-bool has_name(const drmModeConnector& connector, std::string_view name) {
-  if (connector.connector_type >= kConnectorTypeNames.size()) return false;
-  const char* type_name = kConnectorTypeNames[connector.connector_type];
-  const std::string full_name =
-      std::string(type_name) + "-" + std::to_string(connector.connector_type_id);
-  pq::log_display(Priority::kError, "primary_name %s connector_name %s strConnector %s ",
-                  name.data(), type_name, full_name.c_str());
-  return name == type_name || name == full_name;
-}
-
-// The first connected connector, in the device's order, that `chosen` accepts; null when none.
-template <typename Chosen>
-pq::DrmConnector find_connected(int fd, const drmModeRes& resources, Chosen chosen) {
-  for (const uint32_t id : std::span(resources.connectors, resources.count_connectors)) {
-    pq::DrmConnector connector(drmModeGetConnector(fd, id));
-    if (connector && connector->connection == DRM_MODE_CONNECTED && chosen(*connector)) {
-      return connector;
-    }
-  }
-  return nullptr;
-}
-
-pq::DrmConnector find_primary_connector(int fd, const drmModeRes& resources) {
-  char name[PROPERTY_VALUE_MAX] = {};
-  if (property_get(pq::kPrimaryDisplayProperty, name, nullptr) > 0) {
-    auto named = find_connected(fd, resources,
-                                [&](const auto& connector) { return has_name(connector, name); });
-    if (named) return named;
-  }
-  return find_connected(fd, resources, [](const auto& connector) {
-    return is_built_in_panel(connector.connector_type);
-  });
-}
-
-struct PrimaryDisplay {
-  pq::UniqueFd fd;
-  uint32_t crtc_id = 0;
-  uint32_t connector_type = 0;
-  uint32_t connector_type_id = 0;
-  uint32_t connector_id = 0;
-
-  // The base-parameter store counts connectors of a type from 0.
-  uint32_t store_index() const { return connector_type_id - 1; }
-};
-
-std::optional<PrimaryDisplay> open_primary_display() {
-  pq::UniqueFd fd(drmOpen(kDriverName, nullptr));
-  pq::log_display(Priority::kError, "open fd %d ", fd.get());
-  if (!fd.valid()) return std::nullopt;
-
-  const pq::DrmResources resources(drmModeGetResources(fd.get()));
-  if (!resources) return std::nullopt;
-  const pq::DrmConnector connector = find_primary_connector(fd.get(), *resources);
-  // The first encoder that could drive it, not the one that does: the board wires one to each.
-  if (!connector || connector->count_encoders < 1) return std::nullopt;
-  const pq::DrmEncoder encoder(drmModeGetEncoder(fd.get(), connector->encoders[0]));
-  if (!encoder) return std::nullopt;
-
-  return PrimaryDisplay{std::move(fd), encoder->crtc_id, connector->connector_type,
-                        connector->connector_type_id, connector->connector_id};
-}
-
 // For the two operations that change the display: logs how the search ended.
-std::optional<PrimaryDisplay> open_display_to_change() {
-  auto display = open_primary_display();
-  pq::log_display(Priority::kError, "get_primary_info ret %d ", display ? 0 : kNoPrimary);
-  if (!display) log_error("can't find primary info");
+std::optional<pq::PrimaryDisplay> open_display_to_change() {
+  auto display = pq::open_primary_display();
+  pq::log_display("get_primary_info ret %d ", display ? 0 : kNoPrimary);
+  if (!display) pq::log_display("can't find primary info");
   return display;
 }
 
 pq::DrmObjectProperties get_properties(int fd, uint32_t object_id, uint32_t object_type) {
   pq::DrmObjectProperties properties(drmModeObjectGetProperties(fd, object_id, object_type));
-  pq::log_display(Priority::kError, "props %p ", static_cast<void*>(properties.get()));
+  pq::log_display("props %p ", static_cast<void*>(properties.get()));
   return properties;
 }
 
@@ -151,7 +67,7 @@ struct PictureControlIds {
   uint32_t brightness, contrast, saturation, hue;
 };
 
-int commit(const PrimaryDisplay& display, const PictureControlIds& ids,
+int commit(const pq::PrimaryDisplay& display, const PictureControlIds& ids,
            const PictureControls& percent) {
   const pq::DrmAtomicRequest request(drmModeAtomicAlloc());
   const auto add = [&](uint32_t id, unsigned short value) {
@@ -164,11 +80,11 @@ int commit(const PrimaryDisplay& display, const PictureControlIds& ids,
   const int result = complete ? drmModeAtomicCommit(display.fd.get(), request.get(),
                                                     DRM_MODE_ATOMIC_NONBLOCK, nullptr)
                               : -ENOMEM;
-  if (result < 0) pq::log_display(Priority::kError, "Failed to commit pset ret=%d\n", result);
+  if (result < 0) pq::log_display("Failed to commit pset ret=%d\n", result);
   return result;
 }
 
-void store(const PrimaryDisplay& display, const PictureControls& percent) {
+void store(const pq::PrimaryDisplay& display, const PictureControls& percent) {
   baseparameter_api parameters;
   const uint32_t type = display.connector_type;
   const uint32_t index = display.store_index();
@@ -176,49 +92,37 @@ void store(const PrimaryDisplay& display, const PictureControls& percent) {
   parameters.set_contrast(type, index, percent.contrast);
   parameters.set_saturation(type, index, percent.saturation);
   parameters.set_hue(type, index, percent.hue);
-  pq::log_display(Priority::kError, "save bcsh data brightness %d contrast %d saturation %d hue %d",
+  pq::log_display("save bcsh data brightness %d contrast %d saturation %d hue %d",
                   percent.brightness, percent.contrast, percent.saturation, percent.hue);
 }
 
-// Names and tables take memory. Who calls goes on with what else a change needs done, so a lack of
-// it is a failure like any other here.
+// Turns a lack of memory into -1: callers carry on with the rest of an update after any failure
+// here.
 template <typename Operation>
-int without_exceptions(Operation operation) {
+int out_of_memory_as_failure(Operation operation) {
   try {
     return operation();
   } catch (const std::bad_alloc&) {
-    log_error("no memory for the display's settings");
+    pq::log_display("no memory for the display's settings");
     return -1;
   }
 }
 
-int find_display(int* fd, unsigned int* crtc_id, unsigned int* connector_type,
-                 unsigned int* connector_type_id, unsigned int* connector_id) {
-  auto display = open_primary_display();
-  if (!display) return kNoPrimary;
-  *crtc_id = display->crtc_id;
-  *connector_type = display->connector_type;
-  *connector_type_id = display->connector_type_id;
-  *connector_id = display->connector_id;
-  *fd = display->fd.release();
-  return 0;
-}
-
 int set_gamma(std::span<const unsigned short> red, std::span<const unsigned short> green,
               std::span<const unsigned short> blue) {
-  log_error("set_3x1d_gamma start");
+  pq::log_display("set_3x1d_gamma start");
   const auto display = open_display_to_change();
   if (!display) return -1;
   const int fd = display->fd.get();
-  pq::log_display(Priority::kError, "fd %d crtc_id %u type %u id %u ", fd, display->crtc_id,
-                  display->connector_type, display->connector_type_id);
+  pq::log_display("fd %d crtc_id %u type %u id %u ", fd, display->crtc_id, display->connector_type,
+                  display->connector_type_id);
   const std::vector<drm_color_lut> table = interleave(red, green, blue);
 
   int result = -1;
   if (const auto properties = get_properties(fd, display->crtc_id, DRM_MODE_OBJECT_CRTC)) {
     const uint32_t property_id = find_property(fd, *properties, "GAMMA_LUT");
     if (property_id == 0) {
-      log_error("can't find GAMMA_LUT");
+      pq::log_display("can't find GAMMA_LUT");
       return -1;
     }
     const pq::DrmBlob blob(fd, table.data(), table.size() * sizeof(drm_color_lut));
@@ -227,9 +131,9 @@ int set_gamma(std::span<const unsigned short> red, std::span<const unsigned shor
       result = drmModeObjectSetProperty(fd, display->crtc_id, DRM_MODE_OBJECT_CRTC, property_id,
                                         blob.id());
     }
-    pq::log_display(Priority::kError, "drmModeObjectSetProperty ret %d ", result);
+    pq::log_display("drmModeObjectSetProperty ret %d ", result);
   }
-  log_error("set_3x1d_gamma end");
+  pq::log_display("set_3x1d_gamma end");
   return result;
 }
 
@@ -237,21 +141,18 @@ int set_controls(const PictureControls& percent) {
   const auto display = open_display_to_change();
   if (!display) return -1;
   const int fd = display->fd.get();
-  pq::log_display(Priority::kError, "fd %d crtc_id %u type %u id %u connector_id %u", fd,
-                  display->crtc_id, display->connector_type, display->connector_type_id,
-                  display->connector_id);
-  pq::log_display(Priority::kError, "drmSetClientCap %d",
-                  drmSetClientCap(fd, DRM_CLIENT_CAP_ATOMIC, 1));
+  pq::log_display("fd %d crtc_id %u type %u id %u connector_id %u", fd, display->crtc_id,
+                  display->connector_type, display->connector_type_id, display->connector_id);
+  pq::log_display("drmSetClientCap %d", drmSetClientCap(fd, DRM_CLIENT_CAP_ATOMIC, 1));
 
   const auto properties = get_properties(fd, display->connector_id, DRM_MODE_OBJECT_CONNECTOR);
   if (!properties) return -1;
   const PictureControlIds ids = {
       find_property(fd, *properties, "brightness"), find_property(fd, *properties, "contrast"),
       find_property(fd, *properties, "saturation"), find_property(fd, *properties, "hue")};
-  pq::log_display(Priority::kError, "connector_id %u property_id %u ", display->connector_id,
-                  ids.brightness);
+  pq::log_display("connector_id %u property_id %u ", display->connector_id, ids.brightness);
   if (ids.brightness == 0 || ids.contrast == 0 || ids.saturation == 0 || ids.hue == 0) {
-    log_error("can't find prop");
+    pq::log_display("can't find prop");
     return -1;
   }
 
@@ -264,18 +165,26 @@ int set_controls(const PictureControls& percent) {
 
 int DrmApi::get_primary_info(int* fd, unsigned int* crtc_id, unsigned int* connector_type,
                              unsigned int* connector_type_id, unsigned int* connector_id) {
-  return without_exceptions(
-      [&] { return find_display(fd, crtc_id, connector_type, connector_type_id, connector_id); });
+  auto display = pq::open_primary_display();
+  if (!display) return kNoPrimary;
+  *crtc_id = display->crtc_id;
+  *connector_type = display->connector_type;
+  *connector_type_id = display->connector_type_id;
+  *connector_id = display->connector_id;
+  *fd = display->fd.release();
+  return 0;
 }
 
 int DrmApi::set_3x1d_gamma(unsigned int size, unsigned short* red, unsigned short* green,
                            unsigned short* blue) {
-  return without_exceptions([&] { return set_gamma({red, size}, {green, size}, {blue, size}); });
+  return out_of_memory_as_failure([&] {
+    return set_gamma({red, size}, {green, size}, {blue, size});
+  });
 }
 
 int DrmApi::set_bcsh(unsigned short brightness, unsigned short contrast, unsigned short saturation,
                      unsigned short hue) {
-  return without_exceptions([&] {
+  return out_of_memory_as_failure([&] {
     return set_controls(
         {to_percent(brightness), to_percent(contrast), to_percent(saturation), to_percent(hue)});
   });

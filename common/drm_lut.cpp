@@ -10,12 +10,9 @@
 #include <baseparameter_api.h>
 
 #include "base/log.h"
-#include "base/owner.h"
-#include "common/drm_api.h"
+#include "common/primary_display.h"
 
 namespace {
-
-using pq::Priority;
 
 constexpr char kLibrary[] = "libhwpq_lite.so";
 
@@ -42,27 +39,23 @@ struct LutContext {
 // Created at the first use, zeroed, and kept for the life of the process.
 LutContext* context = nullptr;
 
-void log_error(const char* text) {
-  pq::log_display(Priority::kError, "%s", text);
-}
-
 template <typename Function>
 void look_up(Function& entry, const char* name) {
   entry = reinterpret_cast<Function>(dlsym(context->library, name));
   if (entry == nullptr) {
-    pq::log_display(Priority::kError, "failed to dlsym %s %s", name, dlerror());
+    pq::log_display("failed to dlsym %s %s", name, dlerror());
   }
 }
 
 void load_library() {
-  log_error("dlsymHwpq ---------------------------------s");
+  pq::log_display("dlsymHwpq ---------------------------------s");
   if (context->library != nullptr) {
-    pq::log_display(Priority::kWarning, "HWPQ context is already initialized");
+    pq::log_display(pq::Priority::kWarning, "HWPQ context is already initialized");
     return;
   }
   context->library = dlopen(kLibrary, RTLD_NOW | RTLD_GLOBAL);
   if (context->library == nullptr) {
-    pq::log_display(Priority::kError, "failed to dlopen %s %s", kLibrary, dlerror());
+    pq::log_display("failed to dlopen %s %s", kLibrary, dlerror());
     return;
   }
   look_up(context->init, "hwpq_lite_init");
@@ -70,25 +63,26 @@ void load_library() {
   look_up(context->save, "hwpq_lite_save_3dlut");
   look_up(context->deinit, "hwpq_lite_deinit");
   look_up(context->get, "hwpq_lite_get_3dlut");
-  log_error("dlsymHwpq ---------------------------------e");
+  pq::log_display("dlsymHwpq ---------------------------------e");
 }
 
 void open_engine() {
   if (context->handle != nullptr) {
-    log_error("hwpq context is already initialized");
+    pq::log_display("hwpq context is already initialized");
     return;
   }
   if (context->init != nullptr) {
     context->configuration = kConfiguration;
     context->reserved = 0;
-    context->init(&context->handle, &context->configuration);
+    const int result = context->init(&context->handle, &context->configuration);
+    if (result < 0) pq::log_display("HWPQ init failed with error %d", result);
   }
-  log_error("drm_lut_init ---------------------------------e");
+  pq::log_display("drm_lut_init ---------------------------------e");
 }
 
 bool is_open() {
   if (context != nullptr && context->handle != nullptr) return true;
-  log_error("HWPQ context is not initialized");
+  pq::log_display("HWPQ context is not initialized");
   return false;
 }
 
@@ -96,27 +90,23 @@ bool is_open() {
 int store_table() {
   baseparameter_api parameters;
   if (context->get != nullptr) {
-    int fd = -1;
-    unsigned int crtc_id = 0;
-    unsigned int connector_type = 0;
-    unsigned int connector_type_id = 0;
-    unsigned int connector_id = 0;
-    if (DrmApi().get_primary_info(&fd, &crtc_id, &connector_type, &connector_type_id,
-                                  &connector_id) != 0) {
-      log_error("can't find primary info");
+    const auto display = pq::open_primary_display();
+    if (!display) {
+      pq::log_display("can't find primary info");
       return -1;
     }
-    const pq::UniqueFd device(fd);
     const std::unique_ptr<cubic_lut_data> table(new (std::nothrow) cubic_lut_data());  // zeroed
     if (!table) {
-      log_error("no memory for the computed table");
+      pq::log_display("no memory for the computed table");
       return -1;
     }
-    context->get(context->handle, table.get());
-    parameters.set_cubic_lut_data(connector_type, connector_type_id - 1, table.get());
-    pq::log_display(Priority::kError, "save cubic lut data size %d", table->size);
+    const int result = context->get(context->handle, table.get());
+    // Stored all the same: the panel must show what the engine has, not what it had before.
+    if (result < 0) pq::log_display("HWPQ get 3D LUT failed with error %d", result);
+    parameters.set_cubic_lut_data(display->connector_type, display->store_index(), table.get());
+    pq::log_display("save cubic lut data size %d", table->size);
   }
-  log_error("save cubic lut data");
+  pq::log_display("save cubic lut data");
   return 0;
 }
 
@@ -127,10 +117,10 @@ int drm_lut_init() {
     context = new (std::nothrow) LutContext();
     if (context == nullptr) return -1;
   } else if (context->handle != nullptr) {
-    pq::log_display(Priority::kWarning, "HWPQ context is already initialized");
+    pq::log_display(pq::Priority::kWarning, "HWPQ context is already initialized");
     return 0;
   }
-  log_error("drm_lut_init ---------------------------------s");
+  pq::log_display("drm_lut_init ---------------------------------s");
   load_library();
   open_engine();
   return 0;
@@ -139,12 +129,12 @@ int drm_lut_init() {
 int drm_lut_run() {
   if (!is_open()) return -1;
   if (context->run == nullptr) {
-    log_error("HWPQ run function is not available");
+    pq::log_display("HWPQ run function is not available");
     return -1;
   }
   const int result = context->run(context->handle, &context->configuration);
   if (result < 0) {
-    pq::log_display(Priority::kError, "HWPQ run failed with error %d", result);
+    pq::log_display("HWPQ run failed with error %d", result);
     return result;
   }
   return store_table();
@@ -153,12 +143,12 @@ int drm_lut_run() {
 int drm_lut_save_3dlut(const char* path) {
   if (!is_open()) return -1;
   if (context->save == nullptr) {
-    log_error("HWPQ save 3D LUT function is not available");
+    pq::log_display("HWPQ save 3D LUT function is not available");
     return -1;
   }
   const int result = context->save(context->handle, path);
   if (result < 0) {
-    pq::log_display(Priority::kError, "HWPQ save 3D LUT failed with error %d", result);
+    pq::log_display("HWPQ save 3D LUT failed with error %d", result);
     return result;
   }
   return 0;

@@ -31,7 +31,7 @@ void child_handler(int /*signal*/) {
 // Writes a line that was formatted before the fork. Another thread may have held a lock of malloc
 // or of stdio at the fork; in the child nobody would ever release it.
 void write_in_child(const pq::LogText& text) {
-  if (text[0] != '\0') __android_log_write(ANDROID_LOG_DEBUG, nullptr, text.data());
+  if (text[0] != '\0') __android_log_print(ANDROID_LOG_DEBUG, nullptr, "%s", text.data());
 }
 
 // Runs a program in a child and gives it its time. `exec` replaces the child by the program.
@@ -39,8 +39,8 @@ template <typename Exec>
 int run_program(Exec exec) {
   std::signal(SIGCHLD, child_handler);
   // "execl am" whatever the program: people search logs for these texts.
-  const pq::LogText before = pq::log_debug().text("before execl am");
-  const pq::LogText after = pq::log_debug().text("after execl am");
+  const pq::LogText before = pq::log_debug_untagged().text("before execl am");
+  const pq::LogText after = pq::log_debug_untagged().text("after execl am");
 
   const pid_t child = fork();
   if (child == 0) {
@@ -58,7 +58,7 @@ int run_program(Exec exec) {
   }
   if (child < 0) return child;
   pq::wait_whole(kProgramTime);
-  pq::log_debug()("after fork am %d", child);
+  pq::log_debug_untagged()("after fork am %d", child);
   return child;
 }
 

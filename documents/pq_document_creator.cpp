@@ -5,7 +5,7 @@
 #include <baseparameter_api.h>
 
 #include "base/log.h"
-#include "common/drm_api.h"
+#include "common/primary_display.h"
 #include "documents/document_creators.h"
 #include "documents/pq_parameters.h"
 #include "j2s/pq_schema.h"
@@ -30,9 +30,8 @@ struct BaseParameters {
 };
 
 // What the store can't give stays zero.
-BaseParameters read_base_parameters() {
+BaseParameters read_base_parameters(baseparameter_api& store) {
   BaseParameters records;
-  baseparameter_api store;
   store.get_version(&records.version.first, &records.version.second);
   store.get_pq_tuning_info(&records.tuning);
   store.get_pq_sharp_info(&records.sharp);
@@ -223,22 +222,17 @@ pq_tuning_param make_parameters(const BaseParameters& records) {
 }
 
 void log_primary_display() {
-  int fd = -1;
-  unsigned int crtc_id = 0;
-  unsigned int connector_type = 0;
-  unsigned int connector_type_id = 0;
-  unsigned int connector_id = 0;
-  const int result =
-      DrmApi().get_primary_info(&fd, &crtc_id, &connector_type, &connector_type_id, &connector_id);
-  const pq::UniqueFd device(fd);
-  pq::log_debug()("get_primary_info ret %d type %u id %u", result, connector_type,
-                  connector_type_id);
+  const auto display = pq::open_primary_display();
+  pq::log_debug()("get_primary_info ret %d type %u id %u", display ? 0 : -1,
+                  display ? display->connector_type : 0, display ? display->connector_type_id : 0);
 }
 
 }  // namespace
 
 int getJsonFromBaseparameter(char* path) {
-  const pq_tuning_param parameters = make_parameters(read_base_parameters());
+  // Released at the end: the library keeps its store open as long as the object lives.
+  baseparameter_api store;
+  const pq_tuning_param parameters = make_parameters(read_base_parameters(store));
   log_primary_display();
   pq::J2sContext context;
   const int saved = pq::save_pq_document(path, context.get(), parameters);
