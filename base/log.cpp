@@ -109,27 +109,28 @@ LogText LogLine::text(const char* format, ...) const {
 
 namespace {
 
-[[gnu::format(printf, 2, 0)]] void write_display_line(Priority priority, const char* format,
-                                                      va_list arguments) {
-  const KeepErrno keep_errno;
-  const LogText text = format_line(format, arguments);
+void write_display_line(Priority priority, const LogText& text) {
   __android_log_print(static_cast<int>(priority), nullptr, "%s", text.data());
 }
 
 }  // namespace
 
 void log_display(const char* format, ...) {
+  const KeepErrno keep_errno;
   va_list arguments;
   va_start(arguments, format);
-  write_display_line(Priority::kError, format, arguments);
+  const LogText text = format_line(format, arguments);
   va_end(arguments);
+  write_display_line(Priority::kError, text);
 }
 
 void log_display(Priority priority, const char* format, ...) {
+  const KeepErrno keep_errno;
   va_list arguments;
   va_start(arguments, format);
-  write_display_line(priority, format, arguments);
+  const LogText text = format_line(format, arguments);
   va_end(arguments);
+  write_display_line(priority, text);
 }
 
 }  // namespace pq

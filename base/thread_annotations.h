@@ -23,6 +23,7 @@
 #define CAPABILITY(name) PQ_THREAD_ANNOTATION(capability(name))
 #define SCOPED_CAPABILITY PQ_THREAD_ANNOTATION(scoped_lockable)
 #define ACQUIRE(...) PQ_THREAD_ANNOTATION(acquire_capability(__VA_ARGS__))
+#define TRY_ACQUIRE(...) PQ_THREAD_ANNOTATION(try_acquire_capability(__VA_ARGS__))
 #define RELEASE(...) PQ_THREAD_ANNOTATION(release_capability(__VA_ARGS__))
 
 namespace pq {
