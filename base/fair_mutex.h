@@ -44,6 +44,8 @@ class CAPABILITY("mutex") FairMutex {
 class SCOPED_CAPABILITY FairMutexLock {
  public:
   explicit FairMutexLock(FairMutex& mutex) ACQUIRE(mutex) : mutex_(mutex) { mutex_.lock(); }
+  // For a caller that has the lock already.
+  FairMutexLock(FairMutex& mutex, std::adopt_lock_t) REQUIRES(mutex) : mutex_(mutex) {}
   ~FairMutexLock() RELEASE() { mutex_.unlock(); }
   FairMutexLock(const FairMutexLock&) = delete;
   FairMutexLock& operator=(const FairMutexLock&) = delete;

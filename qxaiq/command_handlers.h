@@ -7,10 +7,6 @@
 
 namespace pq {
 
-// Asks the display service for a dump, waits for it and sends it. When none comes, there is no
-// reply: the client needs a time-out of its own.
-void send_dump(int sock, const CommandData_t& request);
-
 // Shows the colour in dat[0..2] on the whole screen, then acknowledges.
 void show_pattern(int sock, const CommandData_t& request);
 

@@ -58,6 +58,14 @@ pq::TextPtr read_whole(int fd, size_t size) {
   return bytes;
 }
 
+// Dumps of one size and format share a name: the display service may have put the next one there
+// while this one was read.
+bool is_same_file(const char* path, const struct stat& read_file) {
+  struct stat status {};
+  return lstat(path, &status) == 0 && status.st_dev == read_file.st_dev &&
+         status.st_ino == read_file.st_ino;
+}
+
 }  // namespace
 
 int get_dump_info(char* path, int* width, int* height, int* format) {
@@ -81,16 +89,13 @@ int get_dump_info(char* path, int* width, int* height, int* format) {
 
 char* getPqDumpData(char* path, unsigned long* size) {
   // For writing too, although nothing is written: a file that we may not change we may not delete.
-  pq::UniqueFd fd(open(path, O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+  const pq::UniqueFd fd(open(path, O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
   struct stat status {};
   if (!fd.valid() || fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode)) return nullptr;
-  const off_t end = lseek(fd.get(), 0, SEEK_END);
-  if (end < 0 || lseek(fd.get(), 0, SEEK_SET) < 0) return nullptr;
-  const auto byte_count = static_cast<size_t>(end);
+  const auto byte_count = static_cast<size_t>(status.st_size);
   pq::TextPtr bytes = read_whole(fd.get(), byte_count);
-  fd.reset();
   if (!bytes) return nullptr;
   *size = byte_count;
-  std::remove(path);
+  if (is_same_file(path, status)) std::remove(path);
   return bytes.release();
 }

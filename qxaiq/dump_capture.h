@@ -21,7 +21,8 @@ enum class PixelFormat : int {
 // in its folder, or the format is unknown: then width and height may have been stored.
 int get_dump_info(char* path, int* width, int* height, int* format);
 
-// Reads a dump whole and deletes it. Returns its bytes, which the caller frees with free(), and
+// Reads a dump whole and deletes it; a file that has taken its name meanwhile stays. `path` must
+// have passed get_dump_info, which refuses names outside the dumps' folder. Returns its bytes, which the caller frees with free(), and
 // their number in `size`; or null, and the file stays for the next attempt.
 // Only regular files are read, never through a link. A file that shrinks meanwhile is filled up
 // with zeros.

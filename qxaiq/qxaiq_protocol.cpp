@@ -8,6 +8,7 @@
 #include "base/log.h"
 #include "qxaiq/command_handlers.h"
 #include "qxaiq/command_packet.h"
+#include "qxaiq/dump_command.h"
 
 namespace {
 

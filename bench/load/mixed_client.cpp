@@ -1,6 +1,5 @@
 #include "load/mixed_client.h"
 
-#include <mutex>
 #include <numeric>
 #include <stdexcept>
 #include <string>
@@ -36,10 +35,6 @@ constexpr std::array<Place, 7> kPlaces = {{{"/csc/cscHue", 512},
 constexpr std::array<Place, 2> kAipqPlaces = {{{"/acm/3/lumGain", 1024}, {"/dci/5/dciEnable", 2}}};
 
 constexpr size_t kLongPadding = 20'000;  // three receives
-
-// The property that names a dump is one for the whole board: two clients that want dumps at once
-// take each other's.
-std::mutex dump_mutex;
 
 }  // namespace
 
@@ -134,7 +129,6 @@ void MixedClient::switch_pattern_mode() {
 }
 
 void MixedClient::take_dump() {
-  const std::lock_guard lock(dump_mutex);
   Wire wire;
   wire.send(command_packet(Command::kDump, {pqclient::kFlagFirst}));
   wire.finish_sending();

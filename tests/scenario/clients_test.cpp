@@ -56,5 +56,29 @@ TEST_F(Clients, TwoThatQueryAtTheSameTimeGetWholeAnswers) {
   query("/acm", "/acm");
 }
 
+// The sides differ in format, so a dump tells which side it is of.
+TEST_F(Clients, FiveThatWantDumpsAtOnceEachGetTheirOwnSideInTurn) {
+  board::Description description;
+  description.dump_width = 64;
+  description.dump_height = 32;
+  description.dump_format_in = "nv12";
+  description.dump_format_out = "rgb";
+  start_with_documents(description);
+  static constexpr int kClients = 5;
+  std::vector<std::jthread> clients;
+  for (int i = 0; i < kClients; ++i) {
+    clients.emplace_back([i] {
+      const bool input = i % 2 == 0;
+      pqclient::Timing timing;
+      timing.dump = kClients * 20s;
+      pqclient::TuningClient tool({}, timing);
+      const pqclient::Dump dump =
+          tool.request_dump(input ? pqclient::DumpSide::kInput : pqclient::DumpSide::kOutput);
+      EXPECT_EQ(dump.format, input ? pqclient::DumpFormat::kNv12 : pqclient::DumpFormat::kRgb);
+      EXPECT_EQ(dump.data.size(), input ? 64U * 32 * 3 / 2 : 64U * 32 * 3);
+    });
+  }
+}
+
 }  // namespace
 }  // namespace scenario
