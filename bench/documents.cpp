@@ -7,8 +7,9 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "documents/document_creators.h"
+#include "documents/aipq_document_creator.h"
 #include "documents/document_file.h"
+#include "documents/pq_document_creator.h"
 #include "in_process/platform.h"
 
 namespace bench {

@@ -5,10 +5,13 @@
 #include <utility>
 
 #include "bench/floors.h"
-#include "documents/document_creators.h"
+#include "documents/aipq_document_creator.h"
 #include "documents/document_file.h"
+#include "documents/pq_document_creator.h"
 #include "documents/pq_parameters.h"
-#include "qxaiq/pq_service.h"
+#include "qxaiq/aipq_service.h"
+#include "qxaiq/pq_query.h"
+#include "qxaiq/pq_update.h"
 
 namespace bench {
 namespace {

@@ -1,9 +1,10 @@
+#include "documents/aipq_document_creator.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
 
-#include "documents/document_creators.h"
 #include "documents/document_file.h"
 #include "documents/pq_parameters.h"
 #include "j2s/pq_schema.h"

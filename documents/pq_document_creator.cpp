@@ -1,3 +1,5 @@
+#include "documents/pq_document_creator.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <span>
@@ -6,7 +8,6 @@
 
 #include "base/log.h"
 #include "common/primary_display.h"
-#include "documents/document_creators.h"
 #include "documents/pq_parameters.h"
 #include "j2s/pq_schema.h"
 

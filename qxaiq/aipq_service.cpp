@@ -1,3 +1,5 @@
+#include "qxaiq/aipq_service.h"
+
 #include <array>
 #include <mutex>
 #include <utility>
@@ -7,7 +9,6 @@
 #include "json/patch.h"
 #include "qxaiq/change_counter.h"
 #include "qxaiq/pq_request.h"
-#include "qxaiq/pq_service.h"
 
 namespace pq {
 namespace {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <new>
 
 #include "base/log.h"
 #include "qxaiq/document_packet.h"
@@ -12,32 +13,32 @@ namespace {
 
 // Far above any real document (an AIPQ one has 0.7 MB). Bytes past it are counted and not kept, so
 // that an announced length of 2 GB costs nobody's memory.
-constexpr size_t kMostKept = size_t{8} * 1024 * 1024;
+constexpr size_t kMaxKept = size_t{8} * 1024 * 1024;
 
 int32_t add_saturated(int32_t count, size_t more) {
-  constexpr auto kMost = std::numeric_limits<int32_t>::max();
+  constexpr auto kMax = std::numeric_limits<int32_t>::max();
   const int64_t sum = int64_t{count} + static_cast<int64_t>(more);
-  return sum > kMost ? kMost : static_cast<int32_t>(sum);
+  return sum > kMax ? kMax : static_cast<int32_t>(sum);
 }
 
 }  // namespace
 
-void DocumentCollection::note_whole_packet(bool aipq, uint32_t data_length) {
-  const std::lock_guard lock(mutex_);
-  aipq_ = aipq;
+void DocumentCollection::note_whole_packet(Document document, uint32_t data_length) {
+  const MutexLock lock(mutex_);
+  document_ = document;
   expected_length_ = data_length;
 }
 
-void DocumentCollection::start(bool aipq, uint32_t data_length, std::string_view data) {
-  const std::lock_guard lock(mutex_);
-  aipq_ = aipq;
+void DocumentCollection::start(Document document, uint32_t data_length, std::string_view data) {
+  const MutexLock lock(mutex_);
+  document_ = document;
   expected_length_ = data_length;
   append(data);
   temp_buffer_size_ = static_cast<int32_t>(data.size());
 }
 
-CollectedDocument DocumentCollection::add(std::string_view chunk) {
-  const std::lock_guard lock(mutex_);
+std::optional<CollectedDocument> DocumentCollection::add(std::string_view chunk) {
+  const MutexLock lock(mutex_);
   append(chunk);
   temp_buffer_size_ = add_saturated(temp_buffer_size_, chunk.size());
   log_debug()("temp_buffer_size %d ", temp_buffer_size_);
@@ -47,32 +48,39 @@ CollectedDocument DocumentCollection::add(std::string_view chunk) {
   const auto limit = static_cast<int32_t>(expected_length_ + kDocumentTrailerSize);
   if (temp_buffer_size_ < limit) {
     log_debug()("packet no compelete");
-    return {};
+    return std::nullopt;
   }
-  CollectedDocument document;
-  if (temp_buffer_size_ == limit && temp_buffer_.size() >= expected_length_) {
+  std::optional<CollectedDocument> collected;
+  if (temp_buffer_size_ == limit && temp_buffer_.size() >= expected_length_ && !bytes_lost_) {
     log_debug()("packet complete");
-    document.text.assign(temp_buffer_.data(), expected_length_);
-    document.kind = aipq_ ? CollectedDocument::Kind::kAipq : CollectedDocument::Kind::kPq;
+    collected = copy_document();
   } else {
     log_debug()("packet error");
   }
   remove_counted();
-  aipq_ = false;
-  return document;
-}
-
-void DocumentCollection::drop() {
-  const std::lock_guard lock(mutex_);
-  std::vector<char>().swap(temp_buffer_);
-  temp_buffer_size_ = 0;
-  aipq_ = false;
+  bytes_lost_ = false;
+  document_ = Document::kPq;
+  return collected;
 }
 
 void DocumentCollection::append(std::string_view bytes) {
-  const size_t room = kMostKept - std::min(kMostKept, temp_buffer_.size());
+  const size_t room = kMaxKept - std::min(kMaxKept, temp_buffer_.size());
   const std::string_view kept = bytes.substr(0, room);
-  temp_buffer_.insert(temp_buffer_.end(), kept.begin(), kept.end());
+  try {
+    temp_buffer_.insert(temp_buffer_.end(), kept.begin(), kept.end());
+  } catch (const std::bad_alloc&) {
+    log_error()("no memory for %zu more bytes of an update: it will be dropped", kept.size());
+    bytes_lost_ = true;
+  }
+}
+
+std::optional<CollectedDocument> DocumentCollection::copy_document() {
+  try {
+    return CollectedDocument{document_, {temp_buffer_.data(), expected_length_}};
+  } catch (const std::bad_alloc&) {
+    log_error()("no memory for an update of %u bytes: it is dropped", expected_length_);
+    return std::nullopt;
+  }
 }
 
 // The count stays: only the next packet start sets it anew.

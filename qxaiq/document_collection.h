@@ -4,17 +4,19 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/thread_annotations.h"
+#include "documents/document.h"
+
 namespace pq {
 
-// A document that has arrived whole.
+// An update of a document that has arrived whole.
 struct CollectedDocument {
-  enum class Kind { kNone, kPq, kAipq };
-  Kind kind = Kind::kNone;
+  Document document;
   std::string text;
 };
 
@@ -28,27 +30,29 @@ struct CollectedDocument {
 // arrives after a completed document: it overshoots the count and empties the collection.
 class DocumentCollection {
  public:
-  // A write packet starts, and this chunk holds all of it: only notes its kind and size.
-  void note_whole_packet(bool aipq, uint32_t data_length);
+  // A write packet starts, and this chunk holds all of it: only notes its document and size.
+  void note_whole_packet(Document document, uint32_t data_length);
 
   // A write packet starts, and `data` is what has arrived of it.
-  void start(bool aipq, uint32_t data_length, std::string_view data);
+  void start(Document document, uint32_t data_length, std::string_view data);
 
-  // A chunk that is no packet start. Returns the document when it is complete with it.
-  CollectedDocument add(std::string_view chunk);
-
-  // Forgets everything collected: for when memory has run out.
-  void drop();
+  // A chunk that is no packet start. Returns the update when this chunk completes it.
+  //
+  // None of these throws. Bytes for which there is no memory are counted and lost: that one update
+  // fails ("packet error") when it is complete, and whatever else was collected stays.
+  [[nodiscard]] std::optional<CollectedDocument> add(std::string_view chunk);
 
  private:
-  void append(std::string_view bytes);
-  void remove_counted();
+  void append(std::string_view bytes) REQUIRES(mutex_);
+  std::optional<CollectedDocument> copy_document() REQUIRES(mutex_);
+  void remove_counted() REQUIRES(mutex_);
 
-  std::mutex mutex_;
-  std::vector<char> temp_buffer_;
-  int32_t temp_buffer_size_ = 0;  // bytes counted; can run ahead of what is kept
-  uint32_t expected_length_ = 0;
-  bool aipq_ = false;
+  Mutex mutex_;
+  std::vector<char> temp_buffer_ GUARDED_BY(mutex_);
+  int32_t temp_buffer_size_ GUARDED_BY(mutex_) = 0;  // bytes counted; can run ahead of those kept
+  uint32_t expected_length_ GUARDED_BY(mutex_) = 0;
+  bool bytes_lost_ GUARDED_BY(mutex_) = false;
+  Document document_ GUARDED_BY(mutex_) = Document::kPq;
 };
 
 }  // namespace pq

@@ -5,7 +5,7 @@
 
 #include "qxaiq/send.h"
 
-ssize_t sendData(int sock, const char* text) {
+ssize_t sendData(int sock, char* text) {
   if (text == nullptr) return -1;
   const size_t text_length = std::strlen(text);
   const size_t data_length = text_length + 2;  // with the bracket and the terminating zero

@@ -1,3 +1,5 @@
+#include "qxaiq/pq_query.h"
+
 #include <array>
 #include <cstddef>
 #include <mutex>
@@ -6,7 +8,6 @@
 #include "documents/document_file.h"
 #include "documents/pq_parameters.h"
 #include "qxaiq/pq_request.h"
-#include "qxaiq/pq_service.h"
 
 namespace pq {
 namespace {

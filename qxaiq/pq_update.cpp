@@ -1,3 +1,5 @@
+#include "qxaiq/pq_update.h"
+
 #include <mutex>
 #include <utility>
 
@@ -8,7 +10,6 @@
 #include "qxaiq/change_counter.h"
 #include "qxaiq/pq_display.h"
 #include "qxaiq/pq_request.h"
-#include "qxaiq/pq_service.h"
 
 namespace pq {
 namespace {

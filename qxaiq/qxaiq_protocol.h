@@ -8,6 +8,15 @@
 #ifndef QXAIQ_QXAIQ_PROTOCOL_H_
 #define QXAIQ_QXAIQ_PROTOCOL_H_
 
+// The protocol's packets and what they call come with this header: tools and tests that drive the
+// daemon's parts need no other.
+#include "qxaiq/aipq_service.h"
+#include "qxaiq/command_packet.h"
+#include "qxaiq/document_packet.h"
+#include "qxaiq/dump_capture.h"
+#include "qxaiq/pq_query.h"
+#include "qxaiq/pq_update.h"
+
 // Thread rule: both handlers run on the receive thread of the client that sent the chunk, several
 // at once; requests block that thread for as long as they take (seconds, for some).
 class QXAiqProtocol {
@@ -20,7 +29,7 @@ class QXAiqProtocol {
   // Handles a chunk that is no command packet. Returns 0.
   static int MessageForward(int sock, char* data, int length);
 
-  // The process is about to end.
+  // Notes that the process shuts down.
   static void Exit();
 };
 

@@ -10,8 +10,9 @@
 #include <memory>
 
 #include "base/owner.h"
-#include "documents/document_creators.h"
+#include "documents/aipq_document_creator.h"
 #include "documents/document_file.h"
+#include "documents/pq_document_creator.h"
 #include "documents/pq_parameters.h"
 #include "fuzz/support/board.h"
 #include "fuzz/support/check.h"

@@ -1,7 +1,7 @@
 // Changes and queries of the AIPQ document.
 #include "documents/document_file.h"
 #include "fuzz/support/requests.h"
-#include "qxaiq/pq_service.h"
+#include "qxaiq/aipq_service.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fuzz::run_requests(data, size, {pq::kAipqDocument, updateAIPQ, getAIPQ});

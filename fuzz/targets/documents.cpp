@@ -11,15 +11,17 @@
 #include <string>
 
 #include "base/owner.h"
-#include "documents/document_creators.h"
 #include "documents/document_file.h"
+#include "documents/pq_document_creator.h"
 #include "fuzz/support/board.h"
 #include "fuzz/support/body.h"
 #include "fuzz/support/check.h"
 #include "fuzz/support/documents.h"
 #include "fuzz/support/input.h"
-#include "qxaiq/command_handlers.h"
-#include "qxaiq/pq_service.h"
+#include "qxaiq/aipq_service.h"
+#include "qxaiq/pattern_commands.h"
+#include "qxaiq/pq_query.h"
+#include "qxaiq/pq_update.h"
 
 namespace {
 

@@ -1,7 +1,8 @@
 // Changes and queries of the PQ document.
 #include "documents/document_file.h"
 #include "fuzz/support/requests.h"
-#include "qxaiq/pq_service.h"
+#include "qxaiq/pq_query.h"
+#include "qxaiq/pq_update.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   fuzz::run_requests(data, size, {pq::kPqDocument, updatePQ, getPQ});

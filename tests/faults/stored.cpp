@@ -3,8 +3,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "documents/document_creators.h"
+#include "documents/aipq_document_creator.h"
 #include "documents/document_file.h"
+#include "documents/pq_document_creator.h"
 #include "support/temporary_folder.h"
 
 namespace faults {

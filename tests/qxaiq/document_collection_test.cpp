@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 namespace {
 
 using pq::CollectedDocument;
+using pq::Document;
 using pq::DocumentCollection;
-using Kind = CollectedDocument::Kind;
 
 constexpr size_t kTrailer = 4;
 
@@ -22,11 +23,11 @@ std::string document_of(size_t size) {
 }
 
 // Sends what follows the packet start in pieces of `piece` bytes; the last one's outcome.
-CollectedDocument add_in_pieces(DocumentCollection& collection, std::string_view rest,
-                                size_t piece) {
-  CollectedDocument document;
+std::optional<CollectedDocument> add_in_pieces(DocumentCollection& collection,
+                                               std::string_view rest, size_t piece) {
+  std::optional<CollectedDocument> document;
   while (!rest.empty()) {
-    EXPECT_EQ(document.kind, Kind::kNone) << "complete with " << rest.size() << " bytes to come";
+    EXPECT_FALSE(document) << "complete with " << rest.size() << " bytes to come";
     document = collection.add(rest.substr(0, piece));
     rest.remove_prefix(std::min(piece, rest.size()));
   }
@@ -39,42 +40,43 @@ TEST(DocumentCollectionTest, PutsALargeDocumentTogetherHoweverItIsCut) {
   for (const size_t first : {size_t{0}, size_t{1}, size_t{8168}}) {
     for (const size_t piece : {size_t{1}, size_t{7}, size_t{8192}, sent.size()}) {
       DocumentCollection collection;
-      collection.start(true, 20'000, std::string_view(sent).substr(0, first));
+      collection.start(Document::kAipq, 20'000, std::string_view(sent).substr(0, first));
       const auto document = add_in_pieces(collection, std::string_view(sent).substr(first), piece);
-      EXPECT_EQ(document.kind, Kind::kAipq) << first << " then by " << piece;
-      EXPECT_EQ(document.text, text) << first << " then by " << piece;
+      ASSERT_TRUE(document) << first << " then by " << piece;
+      EXPECT_EQ(document->document, Document::kAipq) << first << " then by " << piece;
+      EXPECT_EQ(document->text, text) << first << " then by " << piece;
     }
   }
 }
 
 TEST(DocumentCollectionTest, DropsWhatRunsPastTheAnnouncedLength) {
   DocumentCollection collection;
-  collection.start(false, 4, "ab");
-  EXPECT_EQ(collection.add("cd0000x").kind, Kind::kNone);
-  collection.start(false, 4, "ef");
-  EXPECT_EQ(collection.add("gh0000").text, "efgh");
+  collection.start(Document::kPq, 4, "ab");
+  EXPECT_FALSE(collection.add("cd0000x"));
+  collection.start(Document::kPq, 4, "ef");
+  EXPECT_EQ(collection.add("gh0000")->text, "efgh");
 }
 
 // The way out for a tool whose predecessor was cut off in the middle of a document.
 TEST(DocumentCollectionTest, LeftOversGarbleTheNextDocumentUntilAStrayChunkClearsThem) {
   DocumentCollection collection;
-  collection.start(false, 100, "left");  // and its sender went away
-  collection.start(false, 4, "ab");
-  EXPECT_EQ(collection.add("cd0000").text, "left");
-  EXPECT_EQ(collection.add("stray").kind, Kind::kNone);
-  collection.start(false, 4, "ab");
-  EXPECT_EQ(collection.add("cd0000").text, "abcd");
+  collection.start(Document::kPq, 100, "left");  // and its sender went away
+  collection.start(Document::kPq, 4, "ab");
+  EXPECT_EQ(collection.add("cd0000")->text, "left");
+  EXPECT_FALSE(collection.add("stray"));
+  collection.start(Document::kPq, 4, "ab");
+  EXPECT_EQ(collection.add("cd0000")->text, "abcd");
 }
 
 TEST(DocumentCollectionTest, SurvivesEveryAnnouncedLength) {
   for (const uint32_t length : {0x7FFFFFFBU, 0x7FFFFFFCU, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFBU,
                                 0xFFFFFFFCU, 0xFFFFFFFFU}) {
     DocumentCollection collection;
-    collection.start(false, length, "abc");
+    collection.start(Document::kPq, length, "abc");
     for (int i = 0; i < 5; ++i)
-      EXPECT_EQ(collection.add("d").kind, Kind::kNone) << length;
-    collection.start(false, 2, "ab");
-    EXPECT_NE(collection.add("0000").kind, Kind::kNone) << length;
+      EXPECT_FALSE(collection.add("d")) << length;
+    collection.start(Document::kPq, 2, "ab");
+    EXPECT_TRUE(collection.add("0000")) << length;
   }
 }
 
@@ -82,19 +84,20 @@ TEST(DocumentCollectionTest, KeepsEightMebibytesOfAnEndlessDocument) {
   DocumentCollection collection;
   constexpr uint32_t kMebibyte = 1024 * 1024;
   const std::string chunk(kMebibyte, 'x');
-  collection.start(false, 12 * kMebibyte - uint32_t{kTrailer}, "");
+  collection.start(Document::kPq, 12 * kMebibyte - uint32_t{kTrailer}, "");
   for (int i = 0; i < 12; ++i) {
-    EXPECT_EQ(collection.add(chunk).kind, Kind::kNone) << "mebibyte " << i;
+    EXPECT_FALSE(collection.add(chunk)) << "mebibyte " << i;
   }
-  collection.start(false, 2, "ab");
-  EXPECT_EQ(collection.add("0000").text, "ab");
+  collection.start(Document::kPq, 2, "ab");
+  EXPECT_EQ(collection.add("0000")->text, "ab");
 }
 
 TEST(DocumentCollectionTest, FourStrayBytesInAFreshProcessAreAnEmptyDocument) {
   DocumentCollection collection;
   const auto document = collection.add("abcd");
-  EXPECT_EQ(document.kind, Kind::kPq);
-  EXPECT_EQ(document.text, "");
+  ASSERT_TRUE(document);
+  EXPECT_EQ(document->document, Document::kPq);
+  EXPECT_EQ(document->text, "");
 }
 
 }  // namespace

@@ -47,8 +47,8 @@ TEST(Reply, NothingIsSentForANullText) {
 
 TEST(Reply, OfAnySizeArrivesWholeAtASlowReader) {
   const SocketPair pair;
-  const std::string text(3'000'000, 'x');
-  std::thread sender([&] { EXPECT_EQ(sendData(pair.ours.get(), text.c_str()), 3'000'030); });
+  std::string text(3'000'000, 'x');
+  std::thread sender([&] { EXPECT_EQ(sendData(pair.ours.get(), text.data()), 3'000'030); });
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   EXPECT_EQ(pair.receive(3'000'030).substr(25, text.size()), text);
   sender.join();
@@ -57,7 +57,8 @@ TEST(Reply, OfAnySizeArrivesWholeAtASlowReader) {
 TEST(Reply, ToAReaderThatVanishedIsAFailureAndNoSignal) {
   SocketPair pair;
   pair.clients.reset();
-  EXPECT_EQ(sendData(pair.ours.get(), "abc"), -1);
+  std::string text = "abc";
+  EXPECT_EQ(sendData(pair.ours.get(), text.data()), -1);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
-// What each command packet does. All run on the client's receive thread and block it for the time
-// the board needs (2 seconds and more).
-#ifndef QXAIQ_COMMAND_HANDLERS_H_
-#define QXAIQ_COMMAND_HANDLERS_H_
+// The commands around test patterns. Both run on the client's receive thread and block it for the
+// time that the board needs (2 seconds and more).
+#ifndef QXAIQ_PATTERN_COMMANDS_H_
+#define QXAIQ_PATTERN_COMMANDS_H_
 
 #include "qxaiq/command_packet.h"
 
@@ -17,4 +17,4 @@ void switch_pattern_mode(int sock, const CommandData_t& request);
 
 }  // namespace pq
 
-#endif  // QXAIQ_COMMAND_HANDLERS_H_
+#endif  // QXAIQ_PATTERN_COMMANDS_H_

@@ -1,6 +1,6 @@
-#include "qxaiq/command_handlers.h"
+#include "qxaiq/pattern_commands.h"
 
-#include <array>
+#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <mutex>
