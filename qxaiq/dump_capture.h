@@ -22,10 +22,10 @@ enum class PixelFormat : int {
 int get_dump_info(char* path, int* width, int* height, int* format);
 
 // Reads a dump whole and deletes it; a file that has taken its name meanwhile stays. `path` must
-// have passed get_dump_info, which refuses names outside the dumps' folder. Returns its bytes, which the caller frees with free(), and
-// their number in `size`; or null, and the file stays for the next attempt.
-// Only regular files are read, never through a link. A file that shrinks meanwhile is filled up
-// with zeros.
+// have passed get_dump_info, which refuses names outside the dumps' folder. Returns its bytes,
+// which the caller frees with free(), and their number in `size`; or null, and the file stays for
+// the next attempt. Only regular files are read, never through a link. A file that shrinks
+// meanwhile is filled up with zeros.
 char* getPqDumpData(char* path, unsigned long* size);
 
 #endif  // QXAIQ_DUMP_CAPTURE_H_
