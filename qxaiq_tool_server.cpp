@@ -82,11 +82,11 @@ void prepare_document(const char* path, void (*create)(char* path)) {
 void serve() {
   TCPServer server;
   server.set_callback(QXAiqProtocol::HandlerTCPMessage);
-  server.Process(kPort);  // what failed has been logged, and the server counts as stopped
+  server.set_idle_callback(pq::release_unused_memory);
+  (void)server.Process(kPort);  // a failure has been logged, and the server counts as stopped
   wait_for_end(server);
-  // Also when the server has stopped by itself: whoever sends to a client that does not read.
+  // Also set when the server stopped by itself, so that threads blocked in send_all() give up.
   pq::quit_requested = true;
-  // Joins the server's threads: a second, or as long as a request that is being handled.
   server.SaveExit();
   QXAiqProtocol::Exit();
 }

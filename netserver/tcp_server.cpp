@@ -7,31 +7,41 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <exception>
 #include <new>
+#include <string>
 #include <system_error>
 
 #include "base/log.h"
-#include "base/memory.h"
 #include "netserver/receive_buffer.h"
 
 namespace {
 
+using std::chrono::milliseconds;
+
 constexpr int kBacklog = 5;
-constexpr std::chrono::milliseconds kAcceptTimeout{1000};   // how long a shutdown waits for accept
-constexpr std::chrono::milliseconds kReceiveTimeout{3000};  // how often an idle client is looked at
-// So that a blocked send sees the quit flag: with the 4.2 seconds of a dump that is to be sent, the
-// end still comes within 5.
-constexpr std::chrono::milliseconds kSendTimeout{300};
+constexpr int kClosed = -1;
+
+// A stop does not wait for the first two: it shuts the sockets down, which wakes their threads.
+// They bound the wait should that ever fail; accept's also says that no client has come for a
+// second.
+constexpr milliseconds kAcceptTimeout{1000};
+constexpr milliseconds kReceiveTimeout{3000};
+// How often a blocked send sees that the process is to end.
+constexpr milliseconds kSendTimeout{300};
 
 // An accept that fails for want of descriptors ends the server for good. So we stop accepting while
 // there are still enough left for what a request opens.
 constexpr int kSpareDescriptors = 32;
-constexpr std::chrono::milliseconds kScarcityPause{100};
+constexpr milliseconds kHoldBackTime{100};  // requests free descriptors without telling
+
+std::string reason(int error) {
+  return std::system_category().message(error);
+}
 
 // Signals that end the process belong to the main thread. SIGCHLD does too: in one of ours it would
 // interrupt a receive and cost the client its connection.
@@ -43,17 +53,21 @@ void leave_signals_to_main_thread() {
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
-// False after a message. Whoever waits on a socket without a bound can't be stopped.
-bool set_timeout(int socket, int option, std::chrono::milliseconds time) {
-  const timeval timeout{time.count() / 1000, time.count() % 1000 * 1000};
-  if (setsockopt(socket, SOL_SOCKET, option, &timeout, sizeof(timeout)) == 0) return true;
-  pq::log_error()("no time-out for socket %d, leaving it: errno %d\n", socket, errno);
+// Logs and returns false on failure.
+bool set_option(int socket, int option, const char* name, const void* value, socklen_t size) {
+  if (setsockopt(socket, SOL_SOCKET, option, value, size) == 0) return true;
+  pq::log_error()("socket %d: cannot set %s: %s\n", socket, name, reason(errno).c_str());
   return false;
 }
 
-void set_flag(int socket, int option) {
+bool set_timeout(int socket, int option, const char* name, milliseconds time) {
+  const timeval timeout{time.count() / 1000, time.count() % 1000 * 1000};
+  return set_option(socket, option, name, &timeout, sizeof(timeout));
+}
+
+bool set_flag(int socket, int option, const char* name) {
   const int on = 1;
-  setsockopt(socket, SOL_SOCKET, option, &on, sizeof(on));
+  return set_option(socket, option, name, &on, sizeof(on));
 }
 
 void raise_descriptor_limit() {
@@ -63,13 +77,21 @@ void raise_descriptor_limit() {
   setrlimit(RLIMIT_NOFILE, &limit);
 }
 
+// Descriptors are given out lowest first, so a fresh one's number tells how many are left.
+bool descriptors_are_scarce(int any_socket) {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return false;
+  const int probe = fcntl(any_socket, F_DUPFD_CLOEXEC, 0);
+  if (probe < 0) return true;
+  close(probe);
+  return limit.rlim_cur != RLIM_INFINITY &&
+         static_cast<rlim_t>(probe) + kSpareDescriptors >= limit.rlim_cur;
+}
+
 }  // namespace
 
 TCPServer::~TCPServer() {
   SaveExit();
-  recv_threads_finished_id_.clear();
-  while (!recv_threads_.empty())
-    recv_threads_.pop_back();
 }
 
 int TCPServer::Process(int32_t port) {
@@ -77,32 +99,36 @@ int TCPServer::Process(int32_t port) {
   pq::log_debug()("TCPServer::Process\n");
   raise_descriptor_limit();
 
+  const pq::MutexLock lock(mutex_);
   // Closed on exec, as every descriptor here: a program that outlives the daemon would otherwise
   // hold the port and swallow connections after a restart.
   sock_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (sock_ < 0) return fail("Failed to create socket with tunner");
+  if (sock_ < 0) return fail("Failed to create socket with tunner", port);
 
   server_addr_ = {};
   const int on = 1;
   if (setsockopt(sock_, SOL_SOCKET, SO_REUSEPORT, &on, sizeof(on)) < 0) {
-    return fail("Error setsockopt\n");
+    return fail("Error setsockopt\n", port);
   }
   server_addr_.sin_family = AF_INET;
   server_addr_.sin_addr.s_addr = htonl(INADDR_ANY);
   server_addr_.sin_port = htons(static_cast<uint16_t>(port));
   if (bind(sock_, reinterpret_cast<const sockaddr*>(&server_addr_), sizeof(server_addr_)) < 0) {
-    return fail("Error bind\n");
+    return fail("Error bind\n", port);
   }
-  if (listen(sock_, kBacklog) < 0) return fail("Error listen\n");
+  if (listen(sock_, kBacklog) < 0) return fail("Error listen\n", port);
 
   quit_ = false;
   accept_thread_ = std::make_unique<std::thread>(&TCPServer::Accepted, this);
   return 0;
 }
 
+// The text is part of the interface and stands alone on its line; why, the next one says.
 // The socket stays open: SaveExit closes it.
-int TCPServer::fail(const char* message) {
+int TCPServer::fail(const char* message, int32_t port) {
+  const int error = errno;
   pq::log_error()("%s", message);
+  pq::log_error()("cannot serve port %d: %s\n", port, reason(error).c_str());
   stopped_ = true;
   return -1;
 }
@@ -110,86 +136,102 @@ int TCPServer::fail(const char* message) {
 void TCPServer::Accepted() {
   pq::log_info()("TCPServer::Accepted\n");
   leave_signals_to_main_thread();
-  const bool can_end = set_timeout(sock_, SO_RCVTIMEO, kAcceptTimeout);
-  set_flag(sock_, SO_REUSEADDR);
-
-  bool waits = false;
-  while (can_end && !quit_) {
-    join_finished();
-    if (descriptors_are_scarce()) {
-      if (!waits)
-        pq::log_error()("too few descriptors left, accepting nobody until some are free\n");
-      waits = true;
-      std::this_thread::sleep_for(kScarcityPause);
-      continue;
-    }
-    waits = false;
-    socklen_t length = sizeof(client_addr_);
-    const int client_socket =
-        accept4(sock_, reinterpret_cast<sockaddr*>(&client_addr_), &length, SOCK_CLOEXEC);
-    if (client_socket >= 0) {
-      start_receiving(client_socket);
-    } else if (errno == EAGAIN) {
-      release_memory_of_the_last_session();
-    } else if (errno != EINTR) {
-      pq::log_error()("Error socket accept failed %d %d\n", client_socket, errno);
-      break;
-    }
+  int listener = kClosed;
+  {
+    const pq::MutexLock lock(mutex_);
+    listener = sock_;
   }
-  close(sock_);
-  sock_ = -1;
+  (void)set_timeout(listener, SO_RCVTIMEO, "SO_RCVTIMEO", kAcceptTimeout);
+  (void)set_flag(listener, SO_REUSEADDR, "SO_REUSEADDR");
+  accept_clients(listener);
+  {
+    const pq::MutexLock lock(mutex_);
+    close(sock_);
+    sock_ = kClosed;
+  }
   stopped_ = true;
   pq::log_debug()("socket accept exit\n");
 }
 
-// Descriptors are given out lowest first, so a fresh one's number tells how many are left.
-bool TCPServer::descriptors_are_scarce() const {
-  rlimit limit{};
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return false;
-  const int probe = fcntl(sock_, F_DUPFD_CLOEXEC, 0);
-  if (probe < 0) return true;
-  close(probe);
-  return limit.rlim_cur != RLIM_INFINITY &&
-         static_cast<rlim_t>(probe) + kSpareDescriptors >= limit.rlim_cur;
+// Returns when the server is to stop, or when accepting has failed for good.
+void TCPServer::accept_clients(int listener) {
+  bool holding_back = false;
+  while (!quit_) {
+    join_finished();
+    if (const char* missing = shortage(listener); missing != nullptr) {
+      if (!holding_back) pq::log_error()("%s: accepting nobody until a client leaves\n", missing);
+      holding_back = true;
+      hold_back();
+      continue;
+    }
+    holding_back = false;
+    socklen_t length = sizeof(client_addr_);
+    const int client_socket =
+        accept4(listener, reinterpret_cast<sockaddr*>(&client_addr_), &length, SOCK_CLOEXEC);
+    if (client_socket >= 0) {
+      start_receiving(client_socket);
+    } else if (errno == EAGAIN) {
+      report_idle();
+    } else if (errno != EINTR && !quit_) {  // a stop ends the call, too
+      pq::log_error()("Error socket accept failed %d %d\n", client_socket, errno);
+      return;
+    }
+  }
+}
+
+// Says why no further client can be served; null when one can.
+const char* TCPServer::shortage(int listener) {
+  if (descriptors_are_scarce(listener)) return "too few descriptors left";
+  const pq::MutexLock lock(mutex_);
+  return clients_.size() < kMaxClients ? nullptr : "too many clients";
+}
+
+void TCPServer::hold_back() {
+  const pq::MutexLock lock(mutex_);
+  if (!quit_) client_left_.wait_for(mutex_, kHoldBackTime);
 }
 
 void TCPServer::start_receiving(int client_socket) {
   std::array<char, INET_ADDRSTRLEN> address{};
   inet_ntop(AF_INET, &client_addr_.sin_addr, address.data(), address.size());
   pq::log_debug()("socket accept ip %s\n", address.data());
-  const size_t index = recv_threads_.size();
+  idle_reported_ = false;
   try {
-    note_open(client_socket);
-    recv_threads_.push_back(std::make_unique<std::thread>());
-    *recv_threads_.back() = std::thread([this, client_socket, index] {
-      Recvieve(client_socket);
-      leave_to_join(index);
-    });
+    Client& client = add_client(client_socket);
+    client.thread = std::thread(&TCPServer::Recvieve, this, client_socket);
   } catch (const std::exception& error) {
     pq::log_error()("no thread for the client on socket %d, closing it: %s\n", client_socket,
                     error.what());
-    recv_threads_.resize(index);
-    close_client(client_socket);
+    const pq::MutexLock lock(mutex_);
+    if (!clients_.empty() && clients_.back().socket == client_socket) clients_.pop_back();
+    close(client_socket);
     return;
   }
-  // The text is an old one that people look for; the socket stays open.
+  // The text is part of the interface; the socket stays open.
   pq::log_debug()("socket accept close\n");
+}
+
+TCPServer::Client& TCPServer::add_client(int client_socket) {
+  const pq::MutexLock lock(mutex_);
+  return clients_.emplace_back(Client{client_socket, {}});
 }
 
 int32_t TCPServer::Recvieve(int32_t client_socket) {
   leave_signals_to_main_thread();
   pq::log_debug()("TCPServer::Recvieve enter %d\n", client_socket);
-  const bool can_end = set_timeout(client_socket, SO_RCVTIMEO, kReceiveTimeout) &&
-                       set_timeout(client_socket, SO_SNDTIMEO, kSendTimeout);
-  set_flag(client_socket, SO_KEEPALIVE);  // a client that lost its power is noticed one day
+  // A thread blocked in a send without a time-out could not be stopped.
+  const bool can_stop = set_timeout(client_socket, SO_RCVTIMEO, "SO_RCVTIMEO", kReceiveTimeout) &&
+                        set_timeout(client_socket, SO_SNDTIMEO, "SO_SNDTIMEO", kSendTimeout);
+  // Detects clients that vanished without closing.
+  (void)set_flag(client_socket, SO_KEEPALIVE, "SO_KEEPALIVE");
   try {
-    if (can_end) receive_until_gone(client_socket);
+    if (can_stop) receive_until_gone(client_socket);
   } catch (const std::bad_alloc&) {
     pq::log_error()("no memory for the client on socket %d, closing it\n", client_socket);
   }
   pq::log_debug()("TCPServer::Recvieve exit %d\n", client_socket);
-  close_client(client_socket);
-  note_finished();
+  const size_t finished = close_client(client_socket);
+  pq::log_debug()("TCPServer::recv_threads_finished_id_ len: %zu\n", finished);
   return 0;
 }
 
@@ -208,7 +250,7 @@ void TCPServer::receive_until_gone(int client_socket) {
       return;
     }
     pq::log_debug()("socket recvieve length: %zd\n", length);
-    // A request that comes this late would hold up the end by the seconds that it takes.
+    // A request this late would delay shutdown by the seconds that it takes.
     if (quit_) return;
     handle_chunk(client_socket, buffer.data(), static_cast<int>(length));
   }
@@ -223,87 +265,85 @@ void TCPServer::handle_chunk(int client_socket, char* data, int length) {
   }
 }
 
-void TCPServer::note_open(int client_socket) {
-  const std::lock_guard lock(open_mutex_);
-  open_sockets_.push_back(client_socket);
-}
-
-// Off the list first: once it is closed, its number may be another client's.
-void TCPServer::close_client(int client_socket) {
-  {
-    const std::lock_guard lock(open_mutex_);
-    std::erase(open_sockets_, client_socket);
-  }
+// Returns how many clients have left so far. Closes under the lock: right afterwards the number may
+// be another client's, which a stop must not take for this one.
+size_t TCPServer::close_client(int client_socket) {
+  const pq::MutexLock lock(mutex_);
+  const auto client = std::find_if(clients_.begin(), clients_.end(), [=](const Client& other) {
+    return other.socket == client_socket;
+  });
   close(client_socket);
+  if (client != clients_.end()) client->socket = kClosed;
+  client_left_.notify_all();
+  return ++finished_count_;
 }
 
-// Waiting for the receive time-outs instead would take three seconds and a quarter: the kernel
-// rounds long ones up. What a client sent before is still received, what we answer still sent.
-void TCPServer::end_receiving() {
-  const std::lock_guard lock(open_mutex_);
-  for (const int client_socket : open_sockets_)
-    shutdown(client_socket, SHUT_RD);
-}
-
-void TCPServer::note_finished() {
-  size_t count = 0;
-  try {
-    const std::lock_guard lock(finished_mutex_);
-    recv_threads_finished_id_.push_back(std::this_thread::get_id());
-    count = recv_threads_finished_id_.size();
-  } catch (const std::bad_alloc&) {
-    // Not counted.
-  }
-  pq::log_debug()("TCPServer::recv_threads_finished_id_ len: %zu\n", count);
-}
-
-void TCPServer::leave_to_join(size_t index) {
-  try {
-    const std::lock_guard lock(finished_mutex_);
-    to_join_.push_back(index);
-  } catch (const std::bad_alloc&) {
-    // This thread is joined at shutdown.
-  }
-}
-
-size_t TCPServer::finished_count() const {
-  const std::lock_guard lock(finished_mutex_);
-  return recv_threads_finished_id_.size();
-}
-
-// A finished thread that nobody joins keeps its stack. Its place in the list stays, empty.
+// Outside the lock: the threads have still to write their last line.
 void TCPServer::join_finished() {
-  std::vector<size_t> finished;
+  std::list<Client> finished;
   {
-    const std::lock_guard lock(finished_mutex_);
-    finished.swap(to_join_);
+    const pq::MutexLock lock(mutex_);
+    for (auto client = clients_.begin(); client != clients_.end();) {
+      const auto next = std::next(client);
+      if (client->socket == kClosed) finished.splice(finished.end(), clients_, client);
+      client = next;
+    }
   }
-  for (const size_t index : finished) {
-    recv_threads_[index]->join();
-    recv_threads_[index].reset();
-  }
+  for (Client& client : finished)
+    client.thread.join();
 }
 
-// A tuning session is over when nobody has been connected for a moment; a second later the daemon
-// is as small again as before it.
-void TCPServer::release_memory_of_the_last_session() {
-  if (released_for_ == recv_threads_.size()) return;
+void TCPServer::report_idle() {
+  if (idle_reported_ || !idle_callback_) return;
+  join_finished();
   {
-    const std::lock_guard lock(open_mutex_);
-    if (!open_sockets_.empty()) return;
+    const pq::MutexLock lock(mutex_);
+    if (!clients_.empty()) return;
   }
-  pq::release_unused_memory();
-  released_for_ = recv_threads_.size();
+  idle_callback_();
+  idle_reported_ = true;
+}
+
+// Answers still reach the clients: only the receiving side of their sockets is shut down.
+void TCPServer::ask_threads_to_end() {
+  {
+    const pq::MutexLock lock(mutex_);
+    quit_ = true;
+    shutdown(sock_, SHUT_RDWR);  // wakes the accept thread
+    client_left_.notify_all();   // also where it holds back
+  }
+  if (accept_thread_ && accept_thread_->joinable()) accept_thread_->join();
+  const pq::MutexLock lock(mutex_);
+  for (const Client& client : clients_)
+    if (client.socket != kClosed) shutdown(client.socket, SHUT_RD);
+}
+
+bool TCPServer::someone_is_connected() const {
+  return std::any_of(clients_.begin(), clients_.end(),
+                     [](const Client& client) { return client.socket != kClosed; });
+}
+
+bool TCPServer::stop_by(std::chrono::steady_clock::time_point deadline) {
+  ask_threads_to_end();
+  const pq::MutexLock lock(mutex_);
+  while (someone_is_connected()) {
+    if (client_left_.wait_until(mutex_, deadline) == std::cv_status::timeout) {
+      return !someone_is_connected();
+    }
+  }
+  return true;
 }
 
 int32_t TCPServer::SaveExit() {
-  quit_ = true;
-  if (accept_thread_ && accept_thread_->joinable()) accept_thread_->join();
-  end_receiving();
-  for (const auto& thread : recv_threads_) {
-    if (thread && thread->joinable()) thread->join();
+  ask_threads_to_end();
+  {
+    const pq::MutexLock lock(mutex_);
+    while (someone_is_connected())
+      client_left_.wait(mutex_);
   }
+  join_finished();
+  const pq::MutexLock lock(mutex_);
   const int32_t result = close(sock_);
-  sock_ = -1;
+  sock_ = kClosed;
   return result;
 }

@@ -29,7 +29,7 @@ struct Run {
 const std::vector<Run>& runs() {
   static const std::vector<Run> all = {
       {"idle", "idle clients beside active ones", "idle clients", 1'000, load::run_idle},
-      {"connections", "short connections one after another", "connections", 100'000,
+      {"connections", "short connections one after another", "connections", 300'000,
        load::run_connections},
       {"slow", "answers to slow readers", "answers", 400, load::run_slow_readers},
       {"descriptors", "more clients than descriptors", "clients", 200, load::run_few_descriptors},

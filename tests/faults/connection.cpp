@@ -57,7 +57,7 @@ class Served {
     server_.reset();
     server_ = std::make_unique<TCPServer>();
     server_->set_callback(QXAiqProtocol::HandlerTCPMessage);
-    server_->Process(kPort);
+    (void)server_->Process(kPort);  // restarted when it failed
     threads_ = threads();
   }
   void ensure() {

@@ -20,27 +20,38 @@
 namespace {
 
 using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
 
 constexpr uint16_t kPort = 6001;
 
-// flags: SOCK_NONBLOCK for one that does not wait until it is accepted.
-pq::UniqueFd connect_client(int flags = 0) {
-  pq::UniqueFd client(socket(AF_INET, SOCK_STREAM | flags, 0));
+sockaddr_in loopback() {
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_port = htons(kPort);
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  const int result = connect(client.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address));
+  return address;
+}
+
+// flags: SOCK_NONBLOCK for one that does not wait until it is accepted.
+pq::UniqueFd connect_client(int flags = 0) {
+  pq::UniqueFd client(socket(AF_INET, SOCK_STREAM | flags, 0));
+  const sockaddr_in address = loopback();
+  const int result =
+      connect(client.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address));
   EXPECT_TRUE(result == 0 || flags != 0);
   return client;
 }
 
-std::string ask(const pq::UniqueFd& client, const std::string& question) {
-  send(client.get(), question.data(), question.size(), MSG_NOSIGNAL);
-  std::string answer(question.size(), '\0');
+std::string receive(const pq::UniqueFd& client, size_t size) {
+  std::string answer(size, '\0');
   const ssize_t length = recv(client.get(), answer.data(), answer.size(), 0);
   answer.resize(length > 0 ? static_cast<size_t>(length) : 0);
   return answer;
+}
+
+std::string ask(const pq::UniqueFd& client, const std::string& question) {
+  send(client.get(), question.data(), question.size(), MSG_NOSIGNAL);
+  return receive(client, question.size());
 }
 
 template <typename Condition>
@@ -107,12 +118,97 @@ TEST_F(TcpServerTest, WhatACallbackThrowsEndsThatChunkOnly) {
 }
 
 TEST_F(TcpServerTest, CountsItsFinishedClients) {
+  testing::internal::CaptureStderr();
   serve_echo();
   for (int i = 0; i < 100; ++i)
     EXPECT_EQ(ask(connect_client(), "x"), "x");
-  EXPECT_TRUE(comes_true([&] { return server_.finished_count() == 100; }));
   server_.SaveExit();
-  EXPECT_EQ(server_.accepted_count(), 100U);
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_NE(log.find("recv_threads_finished_id_ len: 100\n"), std::string::npos);
+  EXPECT_EQ(log.find("recv_threads_finished_id_ len: 101\n"), std::string::npos);
+}
+
+// The sockets' time-outs are one and three seconds.
+TEST_F(TcpServerTest, AStopWakesAllThreadsAtOnce) {
+  serve_echo();
+  std::vector<pq::UniqueFd> silent(100);
+  for (pq::UniqueFd& client : silent) {
+    client = connect_client();
+    EXPECT_EQ(ask(client, "x"), "x");
+  }
+  const auto asked = Clock::now();
+  server_.SaveExit();
+  EXPECT_LT(Clock::now() - asked, 500ms + kSlack);
+  EXPECT_TRUE(server_.stopped());
+}
+
+TEST_F(TcpServerTest, AStopWaitsForARequestUntilItsDeadline) {
+  std::atomic<bool> begun = false;
+  std::atomic<bool> may_end = false;
+  serve([&](int, char*, int) {
+    begun = true;
+    while (!may_end)
+      std::this_thread::sleep_for(1ms);
+    return 0;
+  });
+  const pq::UniqueFd client = connect_client();
+  send(client.get(), "x", 1, 0);
+  ASSERT_TRUE(comes_true([&] { return begun.load(); }));
+  const auto asked = Clock::now();
+  EXPECT_FALSE(server_.stop_by(asked + 100ms));
+  EXPECT_GE(Clock::now() - asked, 100ms);
+  may_end = true;
+  EXPECT_TRUE(server_.stop_by(Clock::now() + 20s));
+  server_.SaveExit();
+}
+
+TEST_F(TcpServerTest, SaysWhenItHasBecomeIdle) {
+  std::atomic<int> said = 0;
+  server_.set_idle_callback([&] { ++said; });
+  serve_echo();
+  std::this_thread::sleep_for(1500ms);
+  EXPECT_EQ(said, 0) << "before the first client";
+  {
+    const pq::UniqueFd client = connect_client();
+    EXPECT_EQ(ask(client, "x"), "x");
+    std::this_thread::sleep_for(1500ms);
+    EXPECT_EQ(said, 0) << "with a client";
+  }
+  EXPECT_TRUE(comes_true([&] { return said > 0; }));
+  std::this_thread::sleep_for(1500ms);
+  EXPECT_EQ(said, 1);
+}
+
+TEST_F(TcpServerTest, ServesAFurtherClientOnlyWhenOneOfAThousandHasLeft) {
+  rlimit limit{};
+  getrlimit(RLIMIT_NOFILE, &limit);
+  // Server and clients share this process's descriptors.
+  if (limit.rlim_max < 3 * TCPServer::kMaxClients) GTEST_SKIP() << "too few descriptors here";
+  serve_echo();
+  std::vector<pq::UniqueFd> clients(TCPServer::kMaxClients);
+  for (pq::UniqueFd& client : clients) {
+    client = connect_client();
+    ASSERT_EQ(ask(client, "x"), "x");
+  }
+  const pq::UniqueFd further = connect_client();
+  const timeval patience{0, 500'000};
+  setsockopt(further.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
+  EXPECT_EQ(ask(further, "x"), "");
+  EXPECT_EQ(ask(clients.front(), "x"), "x") << "the others are served meanwhile";
+  clients.pop_back();
+  EXPECT_TRUE(comes_true([&] { return receive(further, 1) == "x"; }));
+}
+
+TEST_F(TcpServerTest, APortThatIsTakenIsNamedWithTheReason) {
+  const pq::UniqueFd taken(socket(AF_INET, SOCK_STREAM, 0));
+  sockaddr_in address = loopback();
+  ASSERT_EQ(bind(taken.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(server_.Process(kPort), -1);
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_NE(log.find("Error bind\n"), std::string::npos);
+  EXPECT_NE(log.find("cannot serve port 6001: Address already in use\n"), std::string::npos);
+  EXPECT_TRUE(server_.stopped());
 }
 
 // An accept that fails for want of descriptors would end the server for good.

@@ -15,7 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kIdle{3200};
+constexpr milliseconds kIdle{500};
 constexpr milliseconds kInARequest{5000};
 constexpr milliseconds kInStartUp{5500};  // it goes to its end first
 
