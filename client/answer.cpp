@@ -24,7 +24,7 @@ Answer parse_answer(ByteView payload) {
   answer.request = parse_json(text);
   if (cJSON_IsObject(answer.request.get()) == 0) {
     throw Error(ErrorKind::kBadAnswer,
-                "the answer is no JSON object: " + quoted_text(text.substr(0, kShownText)) +
+                "the answer is not a JSON object: " + quoted_text(text.substr(0, kShownText)) +
                     (text.size() > kShownText ? "..." : ""));
   }
   if (const cJSON* path = last_member(*answer.request, "path"); cJSON_IsString(path) != 0) {

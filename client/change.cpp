@@ -6,8 +6,8 @@
 namespace pqclient {
 namespace {
 
-// A request up to this size reaches the board in one piece over any link, and is then handled
-// without the buffer that leftovers are in.
+// A request up to this size arrives in one piece over any link, so leftovers of an interrupted
+// upload cannot damage it.
 constexpr std::size_t kAlwaysOnePiece = 1024;
 
 bool is_equal(const cJSON* one, const cJSON* other) {
@@ -18,12 +18,12 @@ bool is_same(const cJSON* one, const cJSON* other) {
   return one == other || is_equal(one, other);
 }
 
-Answer write_and_read_back(TuningClient& client, const Target& target, const cJSON& value) {
-  client.write(target.document, *replace_operation(target.pointer(), value));
+Answer update_and_query(TuningClient& client, const Target& target, const cJSON& value) {
+  client.update(target.document, *replace_operation(target.pointer(), value));
   return client.query(target.document, target.section_pointer());
 }
 
-// Where a walk through the three trees stands.
+// A position in the three trees that are walked together.
 struct Place {
   std::string path;
   std::string table;  // set when this is an entry of an array
@@ -45,13 +45,13 @@ struct Place {
   }
 };
 
-// The entries of an array, one after the other: looking each one up would take a list's length.
+// The entries of an array in order. Looking each one up by index would walk the list every time.
 class Entries {
  public:
   explicit Entries(const cJSON* array)
       : next_(cJSON_IsArray(array) != 0 ? array->child : nullptr) {}
 
-  // Null behind the last one.
+  // Null after the last one.
   const cJSON* take() { return next_ != nullptr ? std::exchange(next_, next_->next) : nullptr; }
 
  private:
@@ -72,13 +72,13 @@ void compare_below(const Place& place, bool entries_are_scenes,
                    std::vector<ChangedValue>& changes) {
   const auto& [path, table, index, before, asked, stored] = place;
   if (is_same(before, asked) && is_same(stored, asked)) return;
-  // By what is asked for; what is to vanish, by what it was.
+  // The walk follows the wanted value, or the old one if the value is to be removed.
   const cJSON* shape = asked != nullptr ? asked : before;
   if (shape == nullptr || shape->child == nullptr) {
     changes.push_back({path, table, index, before, asked, stored});
     return;
   }
-  // By the kind of the parent: an entry that a patch has put into an array still has a name.
+  // Decided by the parent's type: an entry that a patch has put into an array still has a name.
   const bool is_object = cJSON_IsObject(shape) != 0;
   Entries before_entries(before);
   Entries asked_entries(asked);
@@ -96,8 +96,7 @@ void compare_below(const Place& place, bool entries_are_scenes,
   }
 }
 
-// The one child that differs; null when there are several, or when the two have not the same
-// children.
+// The only child that differs; null if several do, or if the two have different children.
 const cJSON* only_difference(const cJSON& before, const cJSON& asked, int& index) {
   const bool is_object = cJSON_IsObject(&asked) != 0;
   if (is_object != (cJSON_IsObject(&before) != 0)) return nullptr;
@@ -137,11 +136,11 @@ Target narrowest_difference(const Target& section, const cJSON& before, const cJ
 }
 
 Answer store(TuningClient& client, const Target& target, const cJSON& value) {
-  Answer answer = write_and_read_back(client, target, value);
+  Answer answer = update_and_query(client, target, value);
   const bool is_stored = answer.value != nullptr && is_equal(target.find_in(*answer.value), &value);
   if (is_stored || print_json(value).size() < kAlwaysOnePiece) return answer;
   client.clear_upload_buffer();
-  return write_and_read_back(client, target, value);
+  return update_and_query(client, target, value);
 }
 
 bool ChangedValue::is_stored_as_asked() const {

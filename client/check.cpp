@@ -29,7 +29,7 @@ std::string joined_choices(const Member& member) {
 }
 
 void check_text(const Member& member, const std::string& where, const cJSON& value) {
-  if (cJSON_IsString(&value) == 0) refuse(where, value, "it is a text");
+  if (cJSON_IsString(&value) == 0) refuse(where, value, "a text is needed");
   const bool is_choice = std::ranges::find(member.choices, std::string_view(value.valuestring)) !=
                          member.choices.end();
   if (member.choices.empty() || is_choice) return;
@@ -41,8 +41,8 @@ void check_number(const Member& member, const std::string& where, const cJSON& v
   if (cJSON_IsNumber(&value) == 0 || number != std::floor(number) ||
       number < static_cast<double>(member.min) || number > static_cast<double>(member.max)) {
     refuse(where, value,
-           "whole numbers from " + std::to_string(member.min) + " to " +
-               std::to_string(member.max) + " fit");
+           "use a whole number from " + std::to_string(member.min) + " to " +
+               std::to_string(member.max));
   }
 }
 
@@ -56,7 +56,7 @@ void check_single(const Member& member, const std::string& where, const cJSON& v
 
 void check_table(const Member& member, const std::string& where, const cJSON& value) {
   if (cJSON_IsArray(&value) == 0 || cJSON_GetArraySize(&value) != member.count) {
-    refuse(where, value, "it is a table of " + std::to_string(member.count) + " entries");
+    refuse(where, value, "a table of " + std::to_string(member.count) + " entries is needed");
   }
   int index = 0;
   for (const cJSON* entry = value.child; entry != nullptr; entry = entry->next, ++index) {
@@ -64,7 +64,7 @@ void check_table(const Member& member, const std::string& where, const cJSON& va
   }
 }
 
-// The text of a table without its brackets, or of a number, is JSON already.
+// A number, or a table's text in brackets, is already JSON.
 JsonPtr typed_value(const Target& target, std::string_view text) {
   if (target.member->type == MemberType::kText) {
     return JsonPtr(cJSON_CreateString(std::string(text).c_str()));
@@ -85,7 +85,7 @@ void check_value(const Target& target, const cJSON& value) {
   }
 }
 
-// Nothing when the text is a value.
+// Empty if the text is a value.
 std::optional<std::int64_t> step_in(const Target& target, std::string_view text) {
   const Member* member = target.member;
   const bool has_sign = text.starts_with('+') || text.starts_with('-');
@@ -99,7 +99,7 @@ std::optional<std::int64_t> step_in(const Target& target, std::string_view text)
   if (member->min < 0 && !has_equals) {
     if (is_minus) return std::nullopt;
     throw Error(ErrorKind::kInput, target.text() + " can be negative, so \"" + std::string(text) +
-                                       "\" is not clear: write " + std::string(digits) +
+                                       "\" is ambiguous: write " + std::string(digits) +
                                        " for the value, +=" + std::string(digits) + " for a step");
   }
   return is_minus ? -std::int64_t{size} : std::int64_t{size};
@@ -107,10 +107,10 @@ std::optional<std::int64_t> step_in(const Target& target, std::string_view text)
 
 void check_members(const Target& place, const cJSON& value, const cJSON& before) {
   const std::string name = place.text();
-  if (cJSON_IsObject(&value) == 0) refuse(name, value, "a section is an object");
+  if (cJSON_IsObject(&value) == 0) refuse(name, value, "a section must be an object");
   for (const cJSON* item = value.child; item != nullptr; item = item->next) {
     if (last_member(before, item->string) != nullptr) continue;
-    (void)parse_target(name + "/" + item->string);  // says which names are near an unknown one
+    (void)parse_target(name + "/" + item->string);  // throws with the nearest known names
   }
   for (const Member& member : place.section->members) {
     Target there = place;

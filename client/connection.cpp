@@ -35,8 +35,8 @@ std::string seconds(milliseconds time) {
   return text.str();
 }
 
-// False when the deadline passed first. Errors of the socket count as ready: the next call on it
-// tells them.
+// False if the deadline passed first. A socket error counts as ready: the next call on the socket
+// reports it.
 bool wait_until_ready(int socket, short events, const Deadline& deadline) {
   pollfd entry{.fd = socket, .events = events, .revents = 0};
   for (;;) {
@@ -64,7 +64,7 @@ AddressList look_up(const Address& address) {
   return AddressList(list);
 }
 
-// 0 or the errno of what has happened to the connection.
+// 0, or the errno of an error on the connection.
 int pending_error(int socket) {
   int error = 0;
   socklen_t size = sizeof error;
@@ -100,14 +100,14 @@ Address parse_address(std::string_view text) {
   if (end == std::string_view::npos) throw refuse("has no closing bracket");
   Address address;
   address.host = text.substr(has_brackets ? 1 : 0, end - (has_brackets ? 1 : 0));
-  if (address.host.empty()) throw refuse("names no host");
+  if (address.host.empty()) throw refuse("has no host");
   std::string_view rest = text.substr(has_brackets ? end + 1 : end);
   if (rest.empty()) return address;
-  if (!rest.starts_with(':')) throw refuse("is no address");
+  if (!rest.starts_with(':')) throw refuse("is not an address");
   rest.remove_prefix(1);
   const auto [last, error] = std::from_chars(rest.data(), rest.data() + rest.size(), address.port);
   if (error != std::errc() || last != rest.data() + rest.size() || address.port == 0) {
-    throw refuse("has a port that is none");
+    throw refuse("has no valid port");
   }
   return address;
 }
@@ -136,7 +136,7 @@ Connection::Connection(const Address& address, Deadline deadline) : address_(add
                                          ". Is the server running? For a board on USB " +
                                          kForwardHint);
   }
-  // A packet leaves in one piece, without waiting for the board to acknowledge the one before.
+  // A packet must leave in one piece, without waiting for the acknowledgement of the one before.
   const int on = 1;
   (void)setsockopt(socket_, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
@@ -184,14 +184,14 @@ void Connection::send_all(ByteView bytes, Deadline deadline) {
 void Connection::wait_until_arrived(Deadline deadline) {
   constexpr milliseconds kPause{2};
   for (int waiting = 0; ioctl(socket_, SIOCOUTQ, &waiting) == 0 && waiting > 0;) {
-    // What was waiting when the board reset the connection, is said to wait for ever.
+    // After a reset, bytes that were waiting are reported as waiting for ever.
     if (const int error = pending_error(socket_); error != 0) throw lost_while_sending(error);
     if (deadline.left() == milliseconds(0)) throw Error(ErrorKind::kTimeout, busy_text(deadline));
     std::this_thread::sleep_for(kPause);
   }
 }
 
-// Nothing when the deadline passed first, 0 when the board has closed.
+// Empty if the deadline passed first, 0 if the board has closed the connection.
 std::optional<std::size_t> Connection::try_receive(std::span<std::uint8_t> into,
                                                    const Deadline& deadline) {
   for (;;) {
@@ -225,10 +225,11 @@ void Connection::receive_exactly(std::span<std::uint8_t> into, Deadline deadline
                                            ", for " + seconds(deadline.budget()));
     }
     if (*received == 0) {
-      // adb accepts for a port where nothing listens on the board, and then hangs up.
-      throw Error(ErrorKind::kConnectionLost,
-                  address_ + " closed the connection " + progress +
-                      ": the server ended, or adb forwards the port and no server listens there");
+      // adb accepts connections even if nothing listens on the board, then closes them.
+      throw Error(
+          ErrorKind::kConnectionLost,
+          address_ + " closed the connection " + progress +
+              ": the server has stopped, or adb forwards the port and no server listens there");
     }
     done += *received;
   }

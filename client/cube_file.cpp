@@ -51,7 +51,9 @@ class CubeParser {
       cube_.domain_high = colour_in(words, 1);
     } else {
       if (cube_.size == 0) fail("LUT_3D_SIZE or LUT_1D_SIZE must come before the rows");
-      if (cube_.points.size() == expected_points()) fail("there are more rows than the size tells");
+      if (cube_.points.size() == expected_points()) {
+        fail("there are more rows than the size allows");
+      }
       cube_.points.push_back(colour_in(words, 0));
     }
   }
@@ -70,7 +72,7 @@ class CubeParser {
     LinearColour colour{};
     for (std::size_t i = 0; i < 3; ++i) {
       const auto number = decimal_in(words[first + i]);
-      if (!number) fail("\"" + std::string(words[first + i]) + "\" is no number");
+      if (!number) fail("\"" + std::string(words[first + i]) + "\" is not a number");
       colour.at(i) = *number;
     }
     return colour;
@@ -89,7 +91,7 @@ class CubeParser {
   int line_ = 0;
 };
 
-// Between which two points along an edge, and how far from the first.
+// The index of the point below along an edge, and the fraction of the way to the next.
 struct Place {
   std::size_t index;
   double part;

@@ -16,16 +16,16 @@ enum class Family { kColours, kLumaChroma };
 struct Layout {
   std::string_view name;
   Family family;
-  // Colours: bytes a pixel, and where in it red, green and blue stand.
+  // Colours: bytes per pixel, and the positions of red, green and blue in them.
   int pixel_size;
   std::array<int, 3> position;
-  // Luma and chroma: bits a sample, and how many pixels across and down share a chroma sample.
+  // Luma and chroma: bits per sample, and the pixels across and down that share a chroma sample.
   int bits;
   int across;
   int down;
 };
 
-// In the order of the codes.
+// In the order of the format codes.
 constexpr std::array<Layout, 7> kLayouts = {{
     {"rgba", Family::kColours, 4, {0, 1, 2}, 0, 0, 0},
     {"bgr", Family::kColours, 3, {2, 1, 0}, 0, 0, 0},
@@ -40,7 +40,7 @@ const Layout& layout_of(DumpFormat format) {
   return kLayouts.at(static_cast<std::size_t>(format));
 }
 
-// Samples one after the other, from the lowest bit up.
+// Packed samples, from the lowest bit up.
 class Plane {
  public:
   Plane(ByteView bytes, int bits) : bytes_(bytes), bits_(static_cast<std::size_t>(bits)) {}
@@ -49,7 +49,7 @@ class Plane {
     if (bits_ == 8) return bytes_[index];
     const std::size_t bit = index * bits_;
     const std::size_t byte = bit / 8;
-    // A sample of 10 bits always reaches into a second byte, never into a third.
+    // A sample of 10 bits always extends into a second byte, never into a third.
     const unsigned two_bytes = bytes_[byte] | static_cast<unsigned>(bytes_[byte + 1]) << 8;
     return two_bytes >> (bit % 8) & ((1U << bits_) - 1);
   }
@@ -60,8 +60,8 @@ class Plane {
 };
 
 struct Geometry {
-  std::size_t chroma_width;   // pairs of Cb and Cr in a line
-  std::size_t chroma_height;  // lines of them
+  std::size_t chroma_width;   // pairs of Cb and Cr per line
+  std::size_t chroma_height;  // lines of pairs
   std::size_t luma_bytes;
   std::size_t chroma_bytes;
 };
@@ -85,7 +85,7 @@ std::uint8_t to_8_bits(double fraction) {
   return static_cast<std::uint8_t>(std::lround(std::clamp(fraction, 0.0, 1.0) * 255.0));
 }
 
-// From codes to colours.
+// Converts codes to colours.
 class ColourDecoder {
  public:
   ColourDecoder(const ColourCoding& coding, int bits) {
@@ -109,13 +109,13 @@ class ColourDecoder {
     const double y = (luma - black_) / luma_range_;
     const double red = y + 2.0 * (1.0 - red_) * (cr - neutral_) / chroma_range_;
     const double blue = y + 2.0 * (1.0 - blue_) * (cb - neutral_) / chroma_range_;
-    // What is left of luma once red and blue have had their share.
+    // Green is the rest of luma after the shares of red and blue.
     const double green = (y - red_ * red - blue_ * blue) / (1.0 - red_ - blue_);
     return {to_8_bits(red), to_8_bits(green), to_8_bits(blue)};
   }
 
  private:
-  double red_ = 0;  // its share in luma
+  double red_ = 0;  // share in luma
   double blue_ = 0;
   double black_ = 0;  // codes
   double luma_range_ = 0;
@@ -174,7 +174,7 @@ std::size_t dump_size(int width, int height, DumpFormat format) {
 Dump start_dump(const DumpHeader& header) {
   if (header.format >= kLayouts.size()) {
     throw Error(ErrorKind::kBadAnswer, "the dump has the format code " +
-                                           std::to_string(header.format) + "; known are 0 to " +
+                                           std::to_string(header.format) + "; valid are 0 to " +
                                            std::to_string(kLayouts.size() - 1));
   }
   Dump dump;

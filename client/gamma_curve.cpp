@@ -23,8 +23,8 @@ GammaCurve sampled(const auto& function) {
   return curve;
 }
 
-// The slope at a point between two straight pieces: level at a peak or dip, so that the curve does
-// not overshoot; else the weighted harmonic mean, which lies near the smaller one.
+// The slope at a point between two straight pieces: zero at a peak or dip, so that the curve does
+// not overshoot; otherwise the weighted harmonic mean, which lies near the smaller slope.
 double inner_slope(const ControlPoint& left, const ControlPoint& here, const ControlPoint& right) {
   const double before = here.input - left.input;
   const double after = right.input - here.input;
@@ -49,7 +49,7 @@ std::vector<double> slopes_at(const std::vector<ControlPoint>& points) {
   return slopes;
 }
 
-// Hermite's cubic between two points.
+// Cubic Hermite interpolation between two points.
 double cubic(const ControlPoint& from, double from_slope, const ControlPoint& to, double to_slope,
              double input) {
   const double width = to.input - from.input;
@@ -87,7 +87,7 @@ std::vector<Row> rows_in(std::string_view text) {
     if (words.empty()) continue;
     const auto row = row_in(words);
     if (!row && !may_be_heading) {
-      throw Error(ErrorKind::kInput, line_text(line) + "there is something else than numbers");
+      throw Error(ErrorKind::kInput, line_text(line) + "only numbers are allowed here");
     }
     may_be_heading = false;
     if (!row) continue;
@@ -99,7 +99,9 @@ std::vector<Row> rows_in(std::string_view text) {
     }
     rows.push_back(*row);
   }
-  if (rows.size() < 2) throw Error(ErrorKind::kInput, "the table needs two rows of numbers");
+  if (rows.size() < 2) {
+    throw Error(ErrorKind::kInput, "the table needs at least two rows of numbers");
+  }
   return rows;
 }
 
@@ -113,7 +115,7 @@ double largest_output(const std::vector<Row>& rows, std::size_t first) {
 
 GammaCurve curve_of_points(const std::vector<ControlPoint>& points) {
   if (points.size() != kGammaEntries) return curve_through(points);
-  // A whole table: nothing to interpolate where the inputs are the table's own.
+  // A whole table needs no interpolation if its inputs are the table's own.
   GammaCurve curve;
   for (std::size_t i = 0; i < points.size(); ++i) {
     if (std::abs(points[i].input - input_of(i)) > 1e-6) return curve_through(points);
@@ -124,8 +126,8 @@ GammaCurve curve_of_points(const std::vector<ControlPoint>& points) {
 
 void check_exponent(double exponent) {
   if (!(exponent >= 0.1 && exponent <= 10)) {
-    throw Error(ErrorKind::kInput, "an exponent of " + std::to_string(exponent) +
-                                       " makes no gamma curve: use 0.1 to 10");
+    throw Error(ErrorKind::kInput,
+                "an exponent of " + std::to_string(exponent) + " is out of range: use 0.1 to 10");
   }
 }
 
@@ -143,7 +145,9 @@ GammaCurve srgb_curve() {
 }
 
 GammaCurve curve_through(const std::vector<ControlPoint>& points) {
-  if (points.size() < 2) throw Error(ErrorKind::kInput, "a curve needs two control points");
+  if (points.size() < 2) {
+    throw Error(ErrorKind::kInput, "a curve needs at least two control points");
+  }
   for (std::size_t i = 0; i < points.size(); ++i) {
     const bool rises = i == 0 || points[i].input > points[i - 1].input;
     if (!rises || points[i].input < 0 || points[i].input > 1) {
@@ -171,7 +175,7 @@ std::vector<ControlPoint> parse_control_points(std::string_view text) {
         colon == std::string_view::npos ? std::nullopt : decimal_in(word.substr(colon + 1));
     if (!input || !output) {
       throw Error(ErrorKind::kInput, "\"" + std::string(word) +
-                                         "\" is no control point: write INPUT:OUTPUT, both in 0 "
+                                         "\" is not a control point: write INPUT:OUTPUT, both 0 "
                                          "to 1, for example 0:0,0.5:0.2,1:1");
     }
     points.push_back({*input, *output});
@@ -217,7 +221,7 @@ GammaCurves gamma_of_section(const cJSON& section_value) {
   for (std::size_t channel = 0; channel < curves.size(); ++channel) {
     const cJSON* table = last_member(section_value, kTables.at(channel));
     if (table == nullptr || cJSON_GetArraySize(table) != kGammaEntries) {
-      throw Error(ErrorKind::kBadAnswer, std::string("the answer holds no table gamma/") +
+      throw Error(ErrorKind::kBadAnswer, std::string("the answer has no table gamma/") +
                                              kTables.at(channel) + " of 1024 entries");
     }
     for (const cJSON* entry = table->child; entry != nullptr; entry = entry->next)

@@ -7,10 +7,10 @@ namespace pqclient {
 
 namespace {
 
-// The parser notes where it failed in a variable of the whole process.
+// The parser keeps its last error position in a process-wide variable.
 std::mutex parser_mutex;
 
-// Frees the text.
+// Copies and frees the text.
 std::string taken(char* printed) {
   struct FreeText {
     void operator()(char* text) const { cJSON_free(text); }

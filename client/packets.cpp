@@ -10,7 +10,7 @@
 namespace pqclient {
 namespace {
 
-// "51 aa ff 58 (Q..X)": what a person needs to see which other program has answered.
+// "51 aa ff 58 (Q..X)": enough to recognise another program that answered.
 std::string shown(ByteView bytes) {
   std::string hex;
   std::string text;
@@ -43,15 +43,15 @@ Bytes make_document_packet(DocumentCommand command, std::string_view text) {
 
 std::size_t reply_bytes_after(const DocumentHeader& header) {
   if (header.magic != kDocumentMagic) {
-    throw Error(ErrorKind::kBadAnswer, "the answer begins with " + shown(header.magic) + " not " +
+    throw Error(ErrorKind::kBadAnswer, "the answer begins with " + shown(header.magic) + ", not " +
                                            shown(kDocumentMagic) +
                                            ": something else than the PQ tool server answers");
   }
-  // The shortest reply is the opening bracket and the terminating zero around an empty text.
+  // The shortest reply is the opening bracket and the terminating zero, without any text.
   if (header.data_length < 2 || header.data_length > kMaxReplyLength) {
     throw Error(ErrorKind::kBadAnswer,
                 "the answer announces " + std::to_string(header.data_length) +
-                    " bytes of text; 2 to " + std::to_string(kMaxReplyLength) + " can be right");
+                    " bytes of text; valid are 2 to " + std::to_string(kMaxReplyLength));
   }
   return header.data_length + kDocumentTrailerSize;
 }
@@ -71,7 +71,7 @@ void check_acknowledgement(const CommandPacket& packet, Command command) {
   const std::string_view magic(packet.magic.data(), packet.magic.size());
   if (magic != kAcknowledgementMagic) {
     throw Error(ErrorKind::kBadAnswer, "the acknowledgement begins with " + shown(as_bytes(magic)) +
-                                           " not " + std::string(kAcknowledgementMagic));
+                                           ", not " + std::string(kAcknowledgementMagic));
   }
   if (packet.command != static_cast<std::uint16_t>(command) || packet.data[0] != 1) {
     throw Error(ErrorKind::kBadAnswer,

@@ -18,7 +18,7 @@ void check_sizes(const Picture& first, const Picture& second) {
   throw Error(ErrorKind::kInput, "pictures of " + std::to_string(first.width) + "x" +
                                      std::to_string(first.height) + " and " +
                                      std::to_string(second.width) + "x" +
-                                     std::to_string(second.height) + " pixels have no difference");
+                                     std::to_string(second.height) + " pixels cannot be compared");
 }
 
 }  // namespace

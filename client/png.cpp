@@ -14,7 +14,7 @@ Bytes encode_png(const Picture& picture) {
   image.width = static_cast<png_uint_32>(picture.width);
   image.height = static_cast<png_uint_32>(picture.height);
   image.format = PNG_FORMAT_RGB;
-  // Room for any picture, compressed or not, so that one pass is enough.
+  // Space for any picture, compressed or not, so that one pass is enough.
   png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
   Bytes file(size);
   if (png_image_write_to_memory(&image, file.data(), &size, 0, picture.rgb.data(), 0, nullptr) ==

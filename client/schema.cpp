@@ -23,7 +23,7 @@ constexpr Member number(std::string_view name, std::int64_t max) {
 constexpr Member text(std::string_view name, std::span<const std::string_view> choices = {}) {
   return {.name = name, .type = MemberType::kText, .choices = choices};
 }
-// An 8-bit number on the board, where only zero and one mean something.
+// An 8-bit number on the board, but only zero and one have a meaning.
 constexpr Member flag(std::string_view name) {
   return number(name, 1);
 }
@@ -33,13 +33,13 @@ constexpr Member u16(std::string_view name) {
 constexpr Member u32(std::string_view name) {
   return number(name, 0xFFFFFFFF);
 }
-// Scale of the display's picture controls, 256 is neutral. Beyond it the kernel refuses the value,
-// which nobody would see.
+// In the display's picture-control scale 256 is neutral. The kernel refuses values above the range,
+// and nobody would see the error.
 constexpr Member picture_control(std::string_view name) {
   return number(name, 511);
 }
 
-// The board takes every other text for the second one.
+// The board treats any other text as the second one.
 constexpr std::array<std::string_view, 2> kModes = {"LOW_LATENCY_MODE", "HIGH_QUALITY_MODE"};
 
 constexpr std::array kCsc = {
@@ -50,7 +50,7 @@ constexpr std::array kCsc = {
     picture_control("cscHue"),
     picture_control("cscContrast"),
     picture_control("cscSaturation"),
-    // 32 bits in the document, of which the board uses 16; 256 is unity.
+    // 32 bits in the document, but the board uses only 16; 256 is unity.
     u16("cscRGain"),
     u16("cscGGain"),
     u16("cscBGain"),
@@ -68,7 +68,7 @@ constexpr std::array kDci = {
     table<std::uint16_t>("dciWeight_high", 32, 8),
 };
 
-// Gain tables have a row for each of 65 hues: 9 steps of luma or 13 of saturation.
+// Gain tables have 65 rows, one per hue, with 9 steps of luma or 13 of saturation.
 constexpr std::array kAcm = {
     text("name"),
     flag("acmEnable"),
@@ -174,7 +174,7 @@ std::string lower_case(std::string_view name) {
   return lower;
 }
 
-// The fewest letters to insert, remove, replace, or swap with their neighbour.
+// The minimum number of letters to insert, remove, replace, or swap with their neighbour.
 std::size_t edit_distance(std::string_view from, std::string_view to) {
   std::vector<std::size_t> above_last;
   std::vector<std::size_t> last(to.size() + 1);

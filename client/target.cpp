@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view kAi = "ai";
 
-// Cuts off and returns what stands before the first slash.
+// Removes and returns the part before the first slash.
 std::string_view take_step(std::string_view& rest) {
   const std::size_t slash = rest.find('/');
   const std::string_view step = rest.substr(0, slash);
@@ -35,7 +35,7 @@ std::vector<std::string_view> names_of(std::span<const Member> members) {
   return names;
 }
 
-// For someone who gave a member without its section: "csc/cscBrightness".
+// Suggestions for a member given without its section: "csc/cscBrightness".
 std::vector<std::string> places_like(std::string_view name) {
   std::vector<std::string_view> known;
   for (const Section& section : sections())
@@ -77,7 +77,7 @@ const Member& member_named(const Section& section, std::string_view name) {
                   (near.empty() ? "see pqctl list " + section_name : "nearest: " + list(near)));
 }
 
-// Nothing when the text is no whole number.
+// Empty if the text is not a whole number.
 std::optional<int> number_in(std::string_view text) {
   int number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -104,8 +104,7 @@ int index_in(const Member& member, std::string_view text) {
   const auto index = number_in(text);
   if (index && *index >= 0 && *index < member.count) return *index;
   throw Error(ErrorKind::kInput, name + " has no entry \"" + std::string(text) +
-                                     "\": indices go from 0 to " +
-                                     std::to_string(member.count - 1));
+                                     "\": valid are 0 to " + std::to_string(member.count - 1));
 }
 
 Target whole(Document document, std::string_view section) {
@@ -150,7 +149,7 @@ void Target::replace_in(JsonPtr& section_value, JsonPtr value) const {
   } else {
     above.scene.reset();
   }
-  // The tree is ours to change; only the look-up is const.
+  // The caller owns the tree and may change it; only the look-up is const.
   auto* parent = const_cast<cJSON*>(above.find_in(*section_value));
   const bool is_member = member != nullptr && !index;
   const bool is_done =

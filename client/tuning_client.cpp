@@ -9,7 +9,7 @@
 namespace pqclient {
 namespace {
 
-// Longer than either document, so longer than what an interrupted upload can leave behind.
+// Longer than either document, so longer than any leftovers of an interrupted upload.
 constexpr std::size_t kClearingLength = std::size_t{512} * 1024;
 
 constexpr std::string_view kStrayChunk = "no packet starts like this";
@@ -21,12 +21,12 @@ JsonPtr make_operation(std::string_view name, std::string_view path) {
   return operation;
 }
 
-DocumentCommand read_command(Document document) {
-  return document == Document::kPq ? DocumentCommand::kReadPq : DocumentCommand::kReadAipq;
+DocumentCommand query_command(Document document) {
+  return document == Document::kPq ? DocumentCommand::kQueryPq : DocumentCommand::kQueryAipq;
 }
 
-DocumentCommand write_command(Document document) {
-  return document == Document::kPq ? DocumentCommand::kWritePq : DocumentCommand::kWriteAipq;
+DocumentCommand update_command(Document document) {
+  return document == Document::kPq ? DocumentCommand::kUpdatePq : DocumentCommand::kUpdateAipq;
 }
 
 Answer receive_answer(Connection& connection, const Deadline& deadline) {
@@ -61,13 +61,13 @@ JsonPtr replace_operation(std::string_view path, const cJSON& value) {
 TuningClient::TuningClient(Address address, Timing timing, std::string tool_version)
     : address_(std::move(address)), timing_(timing), tool_version_(std::move(tool_version)) {}
 
-// A query is written as the one patch operation that changes nothing, whatever becomes of it.
-// It carries no "value", because the board would send that back next to its own.
+// A query is sent as the patch operation "test", which never changes anything.
+// It has no "value", because the board would return that next to its own.
 Answer TuningClient::query(Document document, std::string_view path) {
   Connection connection = take_connection();
   const Deadline deadline(change_pending_ ? timing_.slow_answer : timing_.answer);
   const std::string text = request_text(make_operation("test", path));
-  connection.send_all(make_document_packet(read_command(document), text), deadline);
+  connection.send_all(make_document_packet(query_command(document), text), deadline);
   Answer answer = receive_answer(connection, deadline);
   if (answer.path != path) {
     throw Error(ErrorKind::kBadAnswer, "asked for \"" + std::string(path) +
@@ -79,24 +79,24 @@ Answer TuningClient::query(Document document, std::string_view path) {
   return answer;
 }
 
-void TuningClient::write(Document document, const cJSON& operation) {
+void TuningClient::update(Document document, const cJSON& operation) {
   if (cJSON_IsString(cJSON_GetObjectItemCaseSensitive(&operation, "path")) == 0) {
     throw Error(ErrorKind::kInput, "a patch operation needs a \"path\": " + print_json(operation));
   }
   send_unanswered(
-      make_document_packet(write_command(document), request_text(copy_json(operation))));
+      make_document_packet(update_command(document), request_text(copy_json(operation))));
 }
 
-// Two steps, because the board counts the bytes of a document afresh with its start and goes on
-// counting after its end. First a document that has to arrive in several pieces, which brings the
-// count to a known value; as a failing test it changes nothing. Then a chunk that is no packet
-// start: with it the count is beyond the end, and the board drops all that it had collected.
+// Takes two steps, because the board restarts its byte count at the start of a document but keeps
+// counting after its end. The first is a document of several pieces, which sets the count to a
+// known value; it is a failing test, so it changes nothing. The second is a chunk that starts no
+// packet: it pushes the count past the end, and the board discards everything collected.
 void TuningClient::clear_upload_buffer() {
   JsonPtr operation = make_operation("test", "/nothing");
   add_member(*operation, "value", JsonPtr(cJSON_CreateNull()));
   std::string text = request_text(std::move(operation));
   text.insert(text.size() - 1, kClearingLength - text.size(), ' ');
-  send_unanswered(make_document_packet(DocumentCommand::kWritePq, text));
+  send_unanswered(make_document_packet(DocumentCommand::kUpdatePq, text));
   send_unanswered({reinterpret_cast<const std::uint8_t*>(kStrayChunk.data()), kStrayChunk.size()});
 }
 
@@ -108,8 +108,8 @@ void TuningClient::pattern_mode(bool enter) {
   run_command(Command::kPatternMode, std::array{enter ? kFlagFirst : kFlagSecond});
 }
 
-// The connection is not kept: a dump does not tell its length, and bytes beyond what size and
-// format make expected would be taken for the next answer.
+// The connection is not reused: a dump does not contain its length, and surplus bytes would be
+// taken for the next answer.
 Dump TuningClient::request_dump(DumpSide side) {
   Connection connection = take_connection();
   const std::array flag{side == DumpSide::kInput ? kFlagFirst : kFlagSecond};
@@ -120,9 +120,9 @@ Dump TuningClient::request_dump(DumpSide side) {
   return dump;
 }
 
-// Moved out, so that an exception on the way drops it; put back after a complete exchange. One that
-// the board has closed is renewed, unless a change went over it: what a query says over another
-// one, does not tell what became of the change.
+// Moved out, so that an exception drops it; put back after a complete exchange. A connection that
+// the board has closed is replaced, except after an update: a query on a new connection does not
+// prove that the update was handled.
 Connection TuningClient::take_connection() {
   std::this_thread::sleep_until(quiet_until_);
   std::optional<Connection> kept = std::exchange(connection_, std::nullopt);
@@ -130,7 +130,7 @@ Connection TuningClient::take_connection() {
   return {address_, Deadline(timing_.connect)};
 }
 
-// The text of a request: an array of the one operation, which also says who asks and for what
+// The text of a request: an array of one operation, which also names the tool and the expected
 // board.
 std::string TuningClient::request_text(JsonPtr operation) const {
   add_member(*operation, "toolversion", make_string(tool_version_));
@@ -142,7 +142,7 @@ void TuningClient::send_unanswered(ByteView bytes) {
   Connection connection = take_connection();
   const Deadline deadline(timing_.slow_answer);
   connection.send_all(bytes, deadline);
-  connection.wait_until_arrived(deadline);  // the gap is one for the board, not for our own queue
+  connection.wait_until_arrived(deadline);  // the pause must not start while bytes are still queued
   quiet_until_ = std::chrono::steady_clock::now() + timing_.gap;
   change_pending_ = true;
   connection_ = std::move(connection);

@@ -23,7 +23,7 @@ uint32_t source_address(size_t number) {
 void connect_once(size_t number) {
   Wire wire(source_address(number));
   if (number % 2 == 1) return wire.reset();
-  if (number % kQueryEvery == 0) ask(wire, pqclient::DocumentCommand::kReadPq, "/csc");
+  if (number % kQueryEvery == 0) ask(wire, pqclient::DocumentCommand::kQueryPq, "/csc");
   wire.finish_sending();
   wire.receive_rest();
 }

@@ -55,26 +55,26 @@ bool run_few_descriptors(size_t clients) {
   const ProcessFigures before = board.figures();
   size_t most = 0;
   Wire early;
-  ask(early, pqclient::DocumentCommand::kReadPq, "/csc");
+  ask(early, pqclient::DocumentCommand::kQueryPq, "/csc");
   {
     const Crowd crowd(clients);
     for (int i = 0; i < 20; ++i) {
       most = std::max(most, board.figures().descriptors);
       // Who is connected is served meanwhile, with a request that opens files and the display.
-      early.send(document_packet(pqclient::DocumentCommand::kWritePq,
+      early.send(document_packet(pqclient::DocumentCommand::kUpdatePq,
                                  replace_text("/csc/cscHue", std::to_string(i))));
       early.wait_until_taken();
-      const auto answer = ask(early, pqclient::DocumentCommand::kReadPq, "/csc");
+      const auto answer = ask(early, pqclient::DocumentCommand::kQueryPq, "/csc");
       const auto* hue = cJSON_GetObjectItemCaseSensitive(answer.value, "cscHue");
       report.require(cJSON_GetNumberValue(hue) == i, "a change was lost for want of descriptors");
     }
   }
   const auto gone = Clock::now();
   Wire late;
-  ask(late, pqclient::DocumentCommand::kReadPq, "/csc");
+  ask(late, pqclient::DocumentCommand::kQueryPq, "/csc");
   const auto time = Clock::now() - gone;
   early = Wire();
-  ask(early, pqclient::DocumentCommand::kReadPq, "/csc");  // so it is accepted, not only queued
+  ask(early, pqclient::DocumentCommand::kQueryPq, "/csc");  // so it is accepted, not only queued
   const size_t threads = before.threads + 2;
   const ProcessFigures after = board.settled(threads);
   board.stop();

@@ -48,7 +48,7 @@ Waits query_at_once() {
       Wire wire;
       while (own.size() < kQueriesEach) {
         const auto asked = Clock::now();
-        ask(wire, pqclient::DocumentCommand::kReadPq, "/csc");
+        ask(wire, pqclient::DocumentCommand::kQueryPq, "/csc");
         own.push_back(Milliseconds(Clock::now() - asked).count());
       }
     } catch (const std::exception&) {
@@ -72,7 +72,7 @@ std::vector<Wire> connect_idle(size_t clients) {
   std::vector<Wire> idle;
   for (size_t i = 0; i < clients; ++i) {
     idle.emplace_back();
-    ask(idle.back(), pqclient::DocumentCommand::kReadPq, "/csc");
+    ask(idle.back(), pqclient::DocumentCommand::kQueryPq, "/csc");
   }
   return idle;
 }

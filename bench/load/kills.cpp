@@ -35,20 +35,20 @@ struct Place {
 };
 constexpr Place kPqPlace = {kPqDocument,
                             "/data/vendor/qxalgo/.pq_config.json.saving",
-                            DocumentCommand::kWritePq,
-                            DocumentCommand::kReadPq,
+                            DocumentCommand::kUpdatePq,
+                            DocumentCommand::kQueryPq,
                             "/csc/cscHue",
                             "/csc"};
 constexpr Place kAipqPlace = {kAipqDocument,
                               "/data/vendor/qxalgo/.aipq_config.json.saving",
-                              DocumentCommand::kWriteAipq,
-                              DocumentCommand::kReadAipq,
+                              DocumentCommand::kUpdateAipq,
+                              DocumentCommand::kQueryAipq,
                               "/acm/0/lumGain",
                               "/acm"};
 
 // The object that holds the number; null when the document lacks it.
 cJSON* owner_in(cJSON* document, const Place& place) {
-  if (place.write == DocumentCommand::kWritePq) {
+  if (place.write == DocumentCommand::kUpdatePq) {
     cJSON* parameters = cJSON_GetObjectItemCaseSensitive(document, "pq_tuning_param");
     return cJSON_GetObjectItemCaseSensitive(parameters, "csc");
   }

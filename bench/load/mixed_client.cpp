@@ -100,9 +100,9 @@ void MixedClient::perform(Kind kind) {
 
 void MixedClient::query(bool aipq) {
   if (aipq) {
-    ask(kept(), DocumentCommand::kReadAipq, kTables[pick(kTables.size())]);
+    ask(kept(), DocumentCommand::kQueryAipq, kTables[pick(kTables.size())]);
   } else {
-    ask(kept(), DocumentCommand::kReadPq, kSections[pick(kSections.size())]);
+    ask(kept(), DocumentCommand::kQueryPq, kSections[pick(kSections.size())]);
   }
   ++tally_.answers;
 }
@@ -110,7 +110,7 @@ void MixedClient::query(bool aipq) {
 void MixedClient::change(bool aipq, size_t padding) {
   const Place place = aipq ? kAipqPlaces[pick(kAipqPlaces.size())] : kPlaces[pick(kPlaces.size())];
   const std::string value = std::to_string(pick(place.values));
-  kept().send(document_packet(aipq ? DocumentCommand::kWriteAipq : DocumentCommand::kWritePq,
+  kept().send(document_packet(aipq ? DocumentCommand::kUpdateAipq : DocumentCommand::kUpdatePq,
                               replace_text(place.path, value, padding)));
   kept().wait_until_taken();
   query(aipq);
@@ -144,7 +144,7 @@ void MixedClient::take_dump() {
 
 void MixedClient::send_half_a_document() {
   const std::string packet =
-      document_packet(DocumentCommand::kWritePq, replace_text("/csc/cscHue", "1", kLongPadding));
+      document_packet(DocumentCommand::kUpdatePq, replace_text("/csc/cscHue", "1", kLongPadding));
   Wire wire;
   wire.send(std::string_view(packet).substr(0, 24 + pick(packet.size() - 25)));
   if (pick(2) == 0) return wire.reset();
@@ -164,7 +164,7 @@ void MixedClient::send_nonsense() {
 
 void MixedClient::leave_before_the_answer() {
   Wire wire;
-  wire.send(document_packet(DocumentCommand::kReadAipq, query_text("/acm")));
+  wire.send(document_packet(DocumentCommand::kQueryAipq, query_text("/acm")));
   wire.wait_until_taken();
   if (pick(2) == 0) wire.reset();
 }

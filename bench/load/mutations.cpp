@@ -25,19 +25,19 @@ std::vector<std::string> good_requests() {
     requests.push_back(document_packet(command, text));
   };
   for (const char* section : {"/csc", "/gamma", "/dci", "/acm", "/sharp"})
-    add(DocumentCommand::kReadPq, query_text(section));
-  add(DocumentCommand::kReadAipq, query_text("/dci"));
-  add(DocumentCommand::kWritePq, replace_text("/csc/cscMode", "\"LOW_LATENCY_MODE\""));
-  add(DocumentCommand::kWritePq, replace_text("/gamma/gammaTab_R/7", "12"));
-  add(DocumentCommand::kWritePq,
+    add(DocumentCommand::kQueryPq, query_text(section));
+  add(DocumentCommand::kQueryAipq, query_text("/dci"));
+  add(DocumentCommand::kUpdatePq, replace_text("/csc/cscMode", "\"LOW_LATENCY_MODE\""));
+  add(DocumentCommand::kUpdatePq, replace_text("/gamma/gammaTab_R/7", "12"));
+  add(DocumentCommand::kUpdatePq,
       replace_text("/gamma", R"({"@gammaTab_B_index":[3],"gammaTab_B":[9]})"));
-  add(DocumentCommand::kWritePq, replace_text("/acm/acmTableGainYbyY", "[1,2,3]"));
-  add(DocumentCommand::kWritePq,
+  add(DocumentCommand::kUpdatePq, replace_text("/acm/acmTableGainYbyY", "[1,2,3]"));
+  add(DocumentCommand::kUpdatePq,
       R"([{"op":"copy","from":"/csc","path":"/dci"},{"op":"move","from":"/acm","path":"/csc"},)"
       R"({"op":"test","path":"/sharp","value":{}},{"op":"remove","path":"/gamma"},)"
       R"({"op":"add","path":"/csc/cscHue","value":3}])");
-  add(DocumentCommand::kWriteAipq, replace_text("/acm/3/lumGain", "77"));
-  add(DocumentCommand::kWriteAipq, replace_text("/dci/2/dciEnable", "1", 10'000));
+  add(DocumentCommand::kUpdateAipq, replace_text("/acm/3/lumGain", "77"));
+  add(DocumentCommand::kUpdateAipq, replace_text("/dci/2/dciEnable", "1", 10'000));
   requests.push_back(command_packet(Command::kDump, {pqclient::kFlagSecond}));
   requests.push_back(command_packet(Command::kPattern, {1, 2, 3}));
   requests.push_back(command_packet(Command::kPatternMode, {pqclient::kFlagFirst}));
@@ -144,11 +144,11 @@ size_t send_alone(const std::string& request) {
 // A change and its read-back, and a query of the other document.
 bool good_request_works(int number) {
   Wire wire;
-  wire.send(document_packet(DocumentCommand::kWritePq,
+  wire.send(document_packet(DocumentCommand::kUpdatePq,
                             replace_text("/csc/cscHue", std::to_string(number))));
   wire.wait_until_taken();
-  const auto answer = ask(wire, DocumentCommand::kReadPq, "/csc");
-  wire.send(document_packet(DocumentCommand::kReadAipq, query_text("/acm")));
+  const auto answer = ask(wire, DocumentCommand::kQueryPq, "/csc");
+  wire.send(document_packet(DocumentCommand::kQueryAipq, query_text("/acm")));
   (void)wire.receive(sizeof(pqclient::DocumentHeader));
   return cJSON_GetNumberValue(cJSON_GetObjectItemCaseSensitive(answer.value, "cscHue")) == number;
 }

@@ -26,7 +26,7 @@ constexpr size_t kPiece = 8192;     // at a time
 constexpr auto kPause = 20ms;       // between pieces: an answer of 270 KB takes a second
 
 std::string question() {
-  return document_packet(pqclient::DocumentCommand::kReadAipq, query_text("/acm"));
+  return document_packet(pqclient::DocumentCommand::kQueryAipq, query_text("/acm"));
 }
 
 // The bytes of the whole answer, read at once.
@@ -104,7 +104,7 @@ Beside query_beside(const SlowReaders& readers, const LoadedBoard& board) {
   Wire wire;
   do {
     const auto asked = Clock::now();
-    ask(wire, pqclient::DocumentCommand::kReadPq, "/csc");
+    ask(wire, pqclient::DocumentCommand::kQueryPq, "/csc");
     beside.waits.push_back(Clock::now() - asked);
     beside.most_memory = std::max(beside.most_memory, board.figures().resident_kib);
     std::this_thread::sleep_for(10ms);

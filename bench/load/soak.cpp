@@ -29,7 +29,7 @@ TrafficResult run_step(size_t requests, unsigned seed) {
 // of the requests are such uploads. So it is filled before anything is measured.
 void fill_collection() {
   constexpr size_t kMoreThanIsKept = 9'000'000;
-  const std::string upload = document_packet(pqclient::DocumentCommand::kWritePq,
+  const std::string upload = document_packet(pqclient::DocumentCommand::kUpdatePq,
                                              replace_text("/csc/cscHue", "1", kMoreThanIsKept));
   Wire wire;
   wire.send(std::string_view(upload).substr(0, upload.size() - 1));

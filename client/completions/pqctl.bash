@@ -1,5 +1,5 @@
 # Completion of pqctl for bash, loaded on demand from
-# /usr/share/bash-completion/completions/pqctl. What can be set, pqctl itself tells.
+# /usr/share/bash-completion/completions/pqctl. The list of settings comes from pqctl itself.
 
 _pqctl_commands="list get show plot watch set try gamma patch backup diff restore undo history
   pattern pattern-mode dump boards diagnose"
@@ -8,7 +8,7 @@ _pqctl_scenes="nature-default nature-person nature-food nature-building nature-s
   word-default word-person word-food word-building word-sky word-plant"
 _pqctl_colours="black white grey red green blue cyan magenta yellow"
 
-# The places that begin like $1, a step at a time: ai/dci/nature-sky/ and then its members.
+# The places that begin with $1, a step at a time: ai/dci/nature-sky/ and then its members.
 _pqctl_places() {
   local place scene step
   for place in $(pqctl list 2>/dev/null | sed -n 's|^\([a-z]*/[^ ]*\)  .*|\1|p'); do

@@ -26,7 +26,7 @@ Rgb blend(std::span<const Rgb> stops, double position) {
   return colour;
 }
 
-// 1, 2 or 5 times a power of ten: the smallest such step that takes at most eight to cover `range`.
+// The smallest step of 1, 2 or 5 times a power of ten that covers `range` in at most eight steps.
 double round_step(double range) {
   const double magnitude = std::pow(10.0, std::floor(std::log10(range / 8)));
   for (const double factor : {1.0, 2.0, 5.0}) {

@@ -51,7 +51,7 @@ std::array<double, 3> rgb_of(Colour colour) {
 
 enum class Align { kLeft, kCentre, kRight };
 
-// The few things that a chart is made of.
+// The primitives of a chart.
 class Pen {
  public:
   explicit Pen(cairo_surface_t* surface) : cairo_(cairo_create(surface)) {
@@ -79,20 +79,20 @@ class Pen {
     cairo_set_line_width(cairo_.get(), width);
     cairo_set_line_join(cairo_.get(), CAIRO_LINE_JOIN_ROUND);
     cairo_set_dash(cairo_.get(), kDashes.data(), dashed ? 2 : 0, 0);
-    cairo_new_path(cairo_.get());  // text leaves a point behind
+    cairo_new_path(cairo_.get());  // drawing text leaves a current point
     for (const Point& point : points)
       cairo_line_to(cairo_.get(), point.x, point.y);
     cairo_stroke(cairo_.get());
     cairo_set_dash(cairo_.get(), nullptr, 0, 0);
   }
 
-  // y: of the line that the letters stand on.
+  // y: the baseline of the letters.
   void text(const std::string& words, double x, double y, Align align = Align::kLeft) {
     const double part = align == Align::kLeft ? 0 : align == Align::kCentre ? 0.5 : 1;
     cairo_move_to(cairo_.get(), x - part * text_width(words), y);
     cairo_show_text(cairo_.get(), words.c_str());
   }
-  // From the bottom upwards, its middle at y.
+  // Reads from bottom to top, centred at y.
   void upright_text(const std::string& words, double x, double y) {
     cairo_save(cairo_.get());
     cairo_translate(cairo_.get(), x, y);
@@ -114,7 +114,7 @@ class Pen {
   }
   void unclip() { cairo_restore(cairo_.get()); }
 
-  // Off for areas side by side, where soft edges would show as seams.
+  // Off for adjacent areas, where soft edges would show as seams.
   void soft_edges(bool on) {
     cairo_set_antialias(cairo_.get(), on ? CAIRO_ANTIALIAS_DEFAULT : CAIRO_ANTIALIAS_NONE);
   }
@@ -153,12 +153,12 @@ class PanelDrawing {
     return plot_.y + plot_.height * (1 - (value - panel_.y.low) / (panel_.y.high - panel_.y.low));
   }
 
-  // The title at the left, what the curves are at the right.
+  // The title at the left, the legend at the right.
   void draw_heading() {
     const double base = plot_.y - 8;
     pen_.grey(0.1);
     pen_.text(panel_.title, plot_.x, base);
-    constexpr double kSample = 22;  // a piece of the curve, and room behind it
+    constexpr double kSample = 22;  // a piece of the curve, and the gap after it
     constexpr double kBetween = 10;
     double left = plot_.x + plot_.width + kBetween;
     for (const Curve& curve : panel_.curves)
@@ -195,7 +195,8 @@ class PanelDrawing {
     pen_.unclip();
   }
 
-  // Neighbours of one value are drawn in one piece: an SVG file of thousands of cells is slow.
+  // Neighbouring cells of equal value are drawn in one piece: an SVG with thousands of cells is
+  // slow.
   void draw_grid() {
     const Grid& grid = panel_.grid;
     const double width = plot_.width / grid.columns;

@@ -17,7 +17,7 @@ struct DrawingSize {
   int height = 600;
 };
 
-// In place of a file when cairo cannot make one, with its reason.
+// Thrown if cairo cannot make the file, with cairo's reason.
 struct DrawingError : std::runtime_error {
   using std::runtime_error::runtime_error;
 };

@@ -1,5 +1,5 @@
-// Only in builds with the address sanitizer: cairo's font library keeps what it has read about
-// fonts until the end of the process, and not all of it in a way that the leak search can follow.
+// Only in builds with the address sanitizer: cairo's font library keeps font data until the process
+// exits, and the leak search cannot follow all of it.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_options();
 
@@ -7,7 +7,7 @@ extern "C" const char* __lsan_default_suppressions() {
   return "leak:libfontconfig\n";
 }
 
-// Programs are compared by what they print.
+// The suppression summary must not appear: tests compare the program's output.
 extern "C" const char* __lsan_default_options() {
   return "print_suppressions=0";
 }

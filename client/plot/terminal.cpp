@@ -13,12 +13,12 @@
 namespace plot {
 namespace {
 
-constexpr int kLabelColumns = 8;  // of the y axis, with a blank behind the number
+constexpr int kLabelColumns = 8;  // of the y axis, with a blank after the number
 constexpr int kMinColumns = 40;
 constexpr int kMinRows = 6;
-constexpr int kMaxPlotColumns = 100;  // wider shows nothing more
+constexpr int kMaxPlotColumns = 100;  // a wider plot shows no more detail
 constexpr int kMaxPlotRows = 24;
-// Lines around a panel's plot: title, x axis, its numbers and label, legend, an empty one.
+// Lines around a panel's plot: title, x axis, its numbers and label, legend, an empty line.
 constexpr int kLinesAround = 5;
 
 constexpr std::string_view kPlain = "\x1b[0m";
@@ -44,14 +44,14 @@ double fraction(const Axis& axis, double value) {
   return (value - axis.low) / (axis.high - axis.low);
 }
 
-// Which of `count` rows or columns a value on the axis falls into, -1 when it is outside.
+// The row or column (of `count`) that contains a value on the axis; -1 if it is outside.
 int position(const Axis& axis, double value, int count) {
   const double place = fraction(axis, value);
   if (!(place >= 0 && place <= 1)) return -1;
   return std::min(static_cast<int>(place * count), count - 1);
 }
 
-// 2 x 4 dots a character, and the colour of what was drawn last in it.
+// 2 x 4 dots per character, each character in the colour drawn in it last.
 class DotCanvas {
  public:
   DotCanvas(int columns, int rows)
@@ -62,10 +62,10 @@ class DotCanvas {
   [[nodiscard]] int width() const { return 2 * columns_; }
   [[nodiscard]] int height() const { return 4 * rows_; }
 
-  // From the left and from the top.
+  // x from the left, y from the top.
   void dot(int x, int y, Colour colour) {
-    // Unicode counts the dots of a Braille pattern down the left column, then down the right one;
-    // the fourth row came later and has the last two numbers.
+    // Unicode numbers the dots of a Braille pattern down the left column, then down the right one;
+    // the fourth row was added later and has the last two numbers.
     constexpr std::array<std::array<std::uint8_t, 2>, 4> kBits = {
         {{0x01, 0x08}, {0x02, 0x10}, {0x04, 0x20}, {0x40, 0x80}}};
     Cell& cell = cells_.at(index(x / 2, y / 4));
@@ -73,7 +73,7 @@ class DotCanvas {
     cell.colour = colour;
   }
 
-  // Without blanks at the end; a colour is switched only where it changes.
+  // Without trailing blanks; escape sequences only where the colour changes.
   [[nodiscard]] std::string row_text(int row, bool colours) const {
     constexpr std::uint32_t kBraille = 0x2800;
     std::string text;
@@ -108,7 +108,7 @@ class DotCanvas {
   std::vector<Cell> cells_;
 };
 
-// A value at x from the straight lines between the points.
+// The value at x, linear between the points.
 double value_at(const std::vector<Point>& points, double x) {
   const auto after = std::ranges::lower_bound(points, x, {}, &Point::x);
   if (after == points.end()) return points.back().y;
@@ -117,7 +117,7 @@ double value_at(const std::vector<Point>& points, double x) {
   return std::lerp(before.y, after->y, (x - before.x) / (after->x - before.x));
 }
 
-// Column by column, with the dots between two neighbours filled in where the curve is steep.
+// Draws column by column; where the curve is steep, fills in the dots between neighbours.
 void draw_curve(DotCanvas& canvas, const Panel& panel, const Curve& curve) {
   int last = -1;
   for (int column = 0; column < canvas.width(); ++column) {
@@ -139,7 +139,7 @@ void draw_curve(DotCanvas& canvas, const Panel& panel, const Curve& curve) {
   }
 }
 
-// The number of the tick that falls into this row, counted from the top.
+// The number of the tick in this row, counted from the top.
 std::string row_label(const Axis& axis, int row, int rows) {
   for (const double tick : axis.ticks) {
     if (position(axis, tick, rows) == rows - 1 - row) return number_text(tick);
@@ -147,7 +147,7 @@ std::string row_label(const Axis& axis, int row, int rows) {
   return "";
 }
 
-// Tick numbers below the plot, each around its place, as long as they do not touch.
+// Tick numbers below the plot, each centred on its tick; overlapping ones are left out.
 std::string column_labels(const Axis& axis, int columns) {
   std::string line(static_cast<std::size_t>(columns), ' ');
   int free_from = 0;
@@ -199,7 +199,7 @@ std::string draw_curves(const Panel& panel, int columns, int rows, bool colours)
   return text + frame_foot(panel.x, columns) + legend(panel.curves, colours);
 }
 
-// Two characters wide and one high is about square.
+// Two characters side by side are about square.
 std::string cell_text(const Grid& grid, double value, bool colours) {
   if (colours) {
     std::string escape = "\x1b[48;2";
@@ -262,7 +262,7 @@ std::string draw_in_terminal(const Chart& chart, TerminalSize size, bool colours
 }
 
 std::string sparkline(std::span<const double> values, double low, double high, int columns) {
-  constexpr std::uint32_t kLowestBlock = 0x2581;  // an eighth of the character's height
+  constexpr std::uint32_t kFirstBlock = 0x2581;  // an eighth of the character's height
   std::string text;
   const auto count = std::min(static_cast<std::size_t>(columns), values.size());
   for (std::size_t i = 0; i < count; ++i) {
@@ -271,7 +271,7 @@ std::string sparkline(std::span<const double> values, double low, double high, i
     const double mean =
         std::accumulate(share.begin(), share.end(), 0.0) / static_cast<double>(share.size());
     const double place = std::clamp((mean - low) / (high - low), 0.0, 1.0);
-    text += utf8(kLowestBlock + std::min<std::uint32_t>(static_cast<std::uint32_t>(place * 8), 7));
+    text += utf8(kFirstBlock + std::min<std::uint32_t>(static_cast<std::uint32_t>(place * 8), 7));
   }
   return text;
 }

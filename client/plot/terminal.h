@@ -14,12 +14,12 @@ struct TerminalSize {
   int rows = 24;
 };
 
-// UTF-8 lines, none longer than the terminal is wide (at least 40 columns are assumed).
-// Without colours the curves of a panel could not be told apart: each gets a plot of its own.
+// UTF-8 lines no longer than the terminal's width (at least 40 columns are assumed).
+// Without colours the curves of a panel cannot be told apart, so each gets its own plot.
 std::string draw_in_terminal(const Chart& chart, TerminalSize size, bool colours);
 
-// A curve in one line of `columns` block characters, the height of each a value between low and
-// high. Of more values than columns, each column shows the mean of its share.
+// A curve in one line of `columns` block characters whose heights range from low to high. With more
+// values than columns, each column shows the mean of its share.
 std::string sparkline(std::span<const double> values, double low, double high, int columns);
 
 }  // namespace plot

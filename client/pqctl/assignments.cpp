@@ -9,7 +9,7 @@ using pqclient::Target;
 
 namespace {
 
-// The smallest place that holds both, which are in one section.
+// The smallest place that contains both; they must be in one section.
 Target common_place(const Target& one, const Target& other) {
   Target place = one.whole_section();
   if (one.scene != other.scene) return place;
@@ -38,11 +38,12 @@ PlannedWrite& write_to_section_of(const Target& target, Session& session,
 }  // namespace
 
 const char* const kAssignmentHelp =
-    R"(PLACE is SECTION/MEMBER[/INDEX]. VALUE is a number, on or off, a text, or for a table all entries
-with commas between them. +5 and -5 are steps from what is stored, of a table of all its entries;
-where values may be negative (acm), -5 is the value and the steps are +=5 and -=5.
-Of one section all is sent at once, and everything is checked before anything is sent. What is read
-back proves what is stored; what the screen shows, a dump shows: pqctl dump out.
+    R"(PLACE is SECTION/MEMBER[/INDEX]. VALUE is a number, on or off, a text, or for a table all its
+entries with commas between them. +5 and -5 are steps from the stored value; for a table the step
+applies to each entry. Where values may be negative (acm), -5 is the value and the steps are +=5
+and -=5.
+Each section is written once, after everything was checked. The read-back proves what is stored;
+only a dump proves what is shown: pqctl dump out.
 
 Examples:
   pqctl set csc/cscBrightness 300
@@ -55,7 +56,7 @@ Examples:
 std::vector<Assignment> parse_assignments(const std::vector<std::string>& words) {
   std::vector<Assignment> assignments;
   for (auto word = words.begin(); word != words.end(); ++word) {
-    // No place holds an equals sign; a text after it may.
+    // A place never contains an equals sign; the text after it may.
     const std::size_t equals = word->find('=');
     if (equals != std::string::npos) {
       const bool is_step =
@@ -68,7 +69,7 @@ std::vector<Assignment> parse_assignments(const std::vector<std::string>& words)
     const std::string& place = *word;
     if (++word == words.end()) {
       throw pqclient::Error(pqclient::ErrorKind::kInput,
-                            "\"" + place + "\" has no value behind it: write PLACE VALUE");
+                            "\"" + place + "\" has no value: write PLACE VALUE");
     }
     assignments.push_back(pqclient::parse_assignment(place, *word));
   }

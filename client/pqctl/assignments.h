@@ -1,4 +1,4 @@
-// What `set` and `try` take from the command line.
+// The assignments that `set` and `try` take from the command line.
 #ifndef PQCTL_ASSIGNMENTS_H_
 #define PQCTL_ASSIGNMENTS_H_
 
@@ -9,16 +9,18 @@
 #include "pqclient/check.h"
 #include "write_plan.h"
 
-inline constexpr Shown kAssignmentShown = {"PLACE VALUE ...", "What to change, and to what"};
+inline constexpr Shown kAssignmentShown = {"PLACE VALUE ...",
+                                           "Places to change, with their values"};
 
 extern const char* const kAssignmentHelp;
 
-// words: "PLACE VALUE" or "PLACE=VALUE", as many as the user likes. Everything that can be checked
-// without the board is. Throws Error kInput.
+// words: any number of "PLACE VALUE" or "PLACE=VALUE". Checks everything that can be checked
+// without the board. Throws Error kInput.
 std::vector<pqclient::Assignment> parse_assignments(const std::vector<std::string>& words);
 
-// Reads the sections concerned; one write each, of the smallest part that holds all assignments.
-// Also values that the board has already are written again: they may not be on the screen.
+// Queries the sections and plans one write for each, of the smallest part that contains all
+// assignments. Values that the board already has are written again, because the screen may not show
+// them.
 std::vector<PlannedWrite> plan_assignments(Session& session,
                                            const std::vector<pqclient::Assignment>& assignments);
 

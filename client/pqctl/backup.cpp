@@ -16,9 +16,9 @@ struct Arguments {
   bool overwrites = false;
 };
 
-// A pipe or a device is written to; a file is to be whole or not there.
+// Writes to a pipe or a device directly; a file must be complete or absent.
 void write_backup(const Arguments& arguments, const std::string& text) {
-  std::error_code unknown;  // writing will tell
+  std::error_code unknown;  // the write reports the error
   const auto type = std::filesystem::status(arguments.file, unknown).type();
   const bool is_file =
       type == std::filesystem::file_type::regular || type == std::filesystem::file_type::not_found;
@@ -35,13 +35,13 @@ void backup(Session& session, const Arguments& arguments) {
       std::filesystem::is_regular_file(arguments.file, unknown)) {
     throw pqclient::Error(pqclient::ErrorKind::kFile,
                           arguments.file +
-                              " is there already, and may be the only copy of a "
+                              " already exists and may be the only copy of a "
                               "calibration: give another name, or --force");
   }
   const Backup backup = read_board(session);
   write_backup(arguments, backup_text(backup));
   if (arguments.file != "-") {
-    session.note("both documents of board " + backup.board + " are in " + arguments.file);
+    session.note("saved both documents of board " + backup.board + " in " + arguments.file);
   }
 }
 
@@ -64,5 +64,5 @@ Example:
           [arguments](Session& session) { backup(session, *arguments); }))
       .word("file", {"FILE", "File to write; - is standard output"}, arguments->file,
             Need::kRequired)
-      .flag("--force", "Also over a file that is there already", arguments->overwrites);
+      .flag("--force", "Overwrite an existing file", arguments->overwrites);
 }

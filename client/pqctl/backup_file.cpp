@@ -17,7 +17,7 @@ using pqclient::JsonPtr;
 
 constexpr const char* kFormat = "pqctl backup";
 constexpr int kVersion = 1;
-constexpr const char* kPqRoot = "pq_tuning_param";  // of the PQ document on disk
+constexpr const char* kPqRoot = "pq_tuning_param";  // in the board's PQ document
 
 std::string checksum(const cJSON& documents) {
   const std::string text = pqclient::print_json(documents);
@@ -36,12 +36,13 @@ std::string text_in(const cJSON& object, const char* name) {
 Backup backup_of(const std::string& path, const cJSON& file) {
   const cJSON* version = pqclient::last_member(file, "version");
   if (cJSON_IsNumber(version) == 0 || version->valueint != kVersion) {
-    throw Error(ErrorKind::kInput, path + " was written by another version of pqctl (" +
-                                       text_in(file, "tool") + "), which has to read it, too");
+    throw Error(
+        ErrorKind::kInput,
+        path + " was written by another version of pqctl: read it with " + text_in(file, "tool"));
   }
   const cJSON* documents = pqclient::last_member(file, "documents");
   if (cJSON_IsObject(documents) == 0) {
-    throw Error(ErrorKind::kInput, path + " holds no documents: the backup is damaged");
+    throw Error(ErrorKind::kInput, path + " contains no documents: the backup is damaged");
   }
   const cJSON* platform = pqclient::last_member(file, "platform");
   Backup backup;
@@ -55,7 +56,7 @@ Backup backup_of(const std::string& path, const cJSON& file) {
   return backup;
 }
 
-// One of the two files that the board keeps. Null when it is none.
+// Accepts either of the two files that the board keeps. Null if it is neither.
 JsonPtr documents_of_board_file(const cJSON& file) {
   if (const cJSON* pq = pqclient::last_member(file, kPqRoot); cJSON_IsObject(pq) != 0) {
     return pqclient::copy_json(*pq);
@@ -106,5 +107,5 @@ Backup read_backup(const std::string& path) {
     }
   }
   throw Error(ErrorKind::kInput,
-              path + " is neither a backup of pqctl nor a document of a board, or is damaged");
+              path + " is neither a backup of pqctl nor a board's document, or it is damaged");
 }

@@ -46,9 +46,9 @@ void add_boards(const Grammar& grammar) {
       grammar,
       {.name = "boards",
        .group = kBoards,
-       .about = "List the boards that --board knows",
+       .about = "List the boards for --board",
        .more =
-           R"(They stand in $XDG_CONFIG_HOME/pqctl/boards.ini, usually ~/.config/pqctl/boards.ini:
+           R"(Boards are listed in $XDG_CONFIG_HOME/pqctl/boards.ini, usually ~/.config/pqctl/boards.ini:
 
   default = living-room
 
@@ -60,7 +60,7 @@ void add_boards(const Grammar& grammar) {
   host = 192.0.2.8:5543
   read-only = true
 
-No command changes anything on a board that is read-only, also when it is named by its address.
+No command changes anything on a read-only board, even if it is given by its address.
 )"},
       [](const Session& session) { list_boards(session); });
 }

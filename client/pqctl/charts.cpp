@@ -54,7 +54,7 @@ std::vector<Curve> curves_of(const cJSON& section_value,
   return curves;
 }
 
-// Around everything that the curves hold, zero included.
+// Covers all values of the curves, and zero.
 Axis axis_around(const std::string& label, const std::vector<Curve>& curves) {
   double low = 0;
   double high = 0;
@@ -74,12 +74,12 @@ Axis index_axis(const std::string& label, int count, int step) {
   return axis;
 }
 
-// rows: of the table, one for each hue; they become columns of the map.
+// rows: of the table, one per hue; they become columns of the map.
 Grid grid_of(const std::vector<double>& numbers, int steps) {
   const auto row_length = static_cast<std::size_t>(steps);
   const std::size_t hues = numbers.size() / row_length;
   Grid grid{.columns = static_cast<int>(hues), .rows = steps, .values = {}};
-  if (hues == 0) return grid;  // not the table that it should be
+  if (hues == 0) return grid;  // the table is too short
   for (std::size_t step = 0; step < row_length; ++step) {
     for (std::size_t hue = 0; hue < hues; ++hue)
       grid.values.push_back(numbers[hue * row_length + step]);
@@ -109,7 +109,7 @@ double gain_of(const cJSON& section_value, const char* member) {
   return value != nullptr ? value->valuedouble : 0;
 }
 
-// How the table answers as `input` goes from 0 to 1 in steps of 1/256.
+// The table's output as `input` goes from 0 to 1 in steps of 1/256.
 template <typename Input>
 Curve response(const pqclient::Cube& cube, std::size_t channel, const std::string& name,
                Input input) {
@@ -131,7 +131,7 @@ Panel response_panel(const std::string& title, std::vector<Curve> curves) {
   return {title, unit_axis("input"), unit_axis("output"), std::move(curves), {}};
 }
 
-// The distance that colours of this much blue are moved, in thousandths of full scale.
+// The distance by which colours of this much blue are moved, in thousandths of full scale.
 Panel distance_panel(const pqclient::Cube& cube, double blue) {
   constexpr int kSteps = 33;
   Grid grid{.columns = kSteps, .rows = kSteps, .values = {}};
@@ -221,7 +221,7 @@ Chart acm_chart(const cJSON& section_value, const std::string& title) {
 
 Chart table_chart(const cJSON& table, const pqclient::Member& member, const std::string& title) {
   const auto numbers = numbers_of(table);
-  // Of two dimensions: 65 hues by 9 or 13 steps.
+  // Two-dimensional: 65 hues by 9 or 13 steps.
   constexpr int kHues = 65;
   if (member.count > kHues && member.count % kHues == 0) {
     return {title, {gain_panel(numbers, "", member.count / kHues, "step")}, 1};

@@ -18,9 +18,9 @@ constexpr const char* kFooter = R"(Places in the two documents:
   csc                              a section: csc, dci, acm, gamma or sharp
   csc/cscBrightness                one of its members
   gamma/gammaTab_R/512             one entry of a table
-  ai/dci/nature-sky/dciEnable      the same in the AI document, where dci and acm are there once
-                                   for each scene
-  pqctl list shows them all, with their ranges.
+  ai/dci/nature-sky/dciEnable      the same in the AI document, which has dci and acm once for
+                                   each scene
+  pqctl list shows all of them, with their ranges.
 
 Examples:
   pqctl get csc
@@ -35,20 +35,20 @@ Exit status:
   0    done
   1    wrong usage: unknown command, name or index, value out of range, board is read-only
   2    cannot connect to the board
-  3    the board stored something else than was asked
+  3    the board stored a different value than asked
   4    time-out: the board did not answer, or not completely
-  5    the board's answer makes no sense
-  6    the board closed the connection before it had answered
+  5    the board's answer is invalid
+  6    the board closed the connection before the answer was complete
   7    a file cannot be read or written
-  8    diff has found differences
-  130  ended by Ctrl-C
+  8    diff found differences
+  130  interrupted by Ctrl-C
 )";
 
 const std::map<std::string, ColorUse> kColorUses = {
     {"auto", ColorUse::kAuto}, {"always", ColorUse::kAlways}, {"never", ColorUse::kNever}};
 
 void add_global_options(CLI::App& app, Options& options) {
-  // An empty one would fall back to another board than the one that was meant.
+  // An empty value would silently select another board than the intended one.
   const auto not_empty = [](const std::string& word) {
     return word.empty() ? "it is empty" : std::string();
   };
@@ -65,10 +65,10 @@ void add_global_options(CLI::App& app, Options& options) {
   CommandSyntax(app).number(
       "--timeout",
       {"SECONDS",
-       "Longest wait for the connection and for each answer (5; 10 where the\n"
+       "Maximum wait for the connection and for each answer (5; 10 where the\n"
        "board redraws first, 20 for a dump)"},
-      options.timeout_seconds, Bounds{0.001, kLongestTimeoutSeconds});
-  app.add_flag("--json", options.json, "JSON on standard output, and nothing else there");
+      options.timeout_seconds, Bounds{0.001, kMaxTimeoutSeconds});
+  app.add_flag("--json", options.json, "Print nothing but JSON on standard output");
   app.add_flag("-q,--quiet", options.quiet, "No notes and no progress, only errors");
   app.add_option_function<std::string>(
          "--color", [&options](const std::string& use) { options.color = kColorUses.at(use); },
@@ -77,7 +77,7 @@ void add_global_options(CLI::App& app, Options& options) {
       ->check(CLI::IsMember(kColorUses));
 }
 
-// A step by itself, "-=5", would be taken for an option: it goes to the place in front of it.
+// The parser would take a separate step such as "-=5" for an option, so it is joined to its place.
 std::vector<std::string> words_of(int argc, char** argv) {
   std::vector<std::string> words;
   for (const std::string word : std::span(argv, static_cast<std::size_t>(argc)).subspan(1)) {
@@ -96,7 +96,7 @@ std::string chosen_commands(const CLI::App& app) {
   return chosen.empty() ? "" : " " + chosen.front()->get_name() + chosen_commands(*chosen.front());
 }
 
-// Without a known command the parser only says that it wants one.
+// The parser does not name the command that it does not know; this text does.
 std::string explained(const CLI::ParseError& error, const CLI::App& app,
                       std::span<const std::string> words) {
   std::vector<std::string> commands;
@@ -134,7 +134,7 @@ std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine&
   app.set_version_flag("--version", PQCTL_VERSION);
   app.footer(kFooter);
   app.require_subcommand(1);
-  app.fallthrough();  // global options may stand behind the subcommand, too
+  app.fallthrough();  // global options may also follow the subcommand
   add_global_options(app, line.options);
   const Grammar grammar{.app = app, .chosen = line.command};
   for (const auto add :
@@ -147,9 +147,9 @@ std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine&
   for (const std::string& word : words)
     line.text.append(line.text.empty() ? "" : " ").append(word);
   try {
-    app.parse(std::vector(words.rbegin(), words.rend()));  // the parser takes them from the end
+    app.parse(std::vector(words.rbegin(), words.rend()));  // the parser takes them from the back
   } catch (const CLI::ParseError& error) {
-    // Help and version, too, come by way of this exception.
+    // Help and version also arrive as this exception.
     if (error.get_exit_code() == 0) return static_cast<ExitStatus>(app.exit(error));
     std::cerr << "pqctl: " << explained(error, app, words) << ". See pqctl" << chosen_commands(app)
               << " --help\n";

@@ -1,4 +1,4 @@
-// The grammar of pqctl's command line, and its help.
+// The syntax of pqctl's command line, and its help.
 #ifndef PQCTL_COMMAND_LINE_H_
 #define PQCTL_COMMAND_LINE_H_
 
@@ -15,8 +15,8 @@ struct CommandLine {
   std::string text;  // all arguments as typed, blanks between them
 };
 
-// Returns how to end at once: after printing help or the version, or what is wrong with the command
-// line. Nothing when there is a command to run.
+// Returns an exit status after printing help, the version, or the fault of the command line.
+// Returns nothing if there is a command to run.
 std::optional<ExitStatus> parse_command_line(int argc, char** argv, CommandLine& line);
 
 #endif  // PQCTL_COMMAND_LINE_H_

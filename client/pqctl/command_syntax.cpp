@@ -20,7 +20,7 @@ CLI::Option* add(CLI::App& command, const char* names, const Shown& shown, Varia
       return std::string();
     }
     std::ostringstream text;
-    text << word << " is no number of " << bounds.least << " to " << bounds.most;
+    text << word << " is out of range: " << bounds.least << " to " << bounds.most;
     return text.str();
   });
 }

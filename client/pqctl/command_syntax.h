@@ -1,5 +1,5 @@
-// What may stand behind a command's name. Commands use this instead of the parser itself, whose
-// header takes longer to compile than all of a command.
+// Arguments and options of a command. Commands use this instead of the parser itself, whose header
+// takes longer to compile than a whole command.
 #ifndef PQCTL_COMMAND_SYNTAX_H_
 #define PQCTL_COMMAND_SYNTAX_H_
 
@@ -12,7 +12,7 @@ class App;
 class Option;
 }  // namespace CLI
 
-// How something is shown in the help: what stands for it, and what it means.
+// An argument in the help: its placeholder and its meaning.
 struct Shown {
   const char* as;  // "FILE", "NUMBER", "PLACE..."
   const char* about;
@@ -20,27 +20,27 @@ struct Shown {
 
 enum class Need { kRequired, kOptional };
 
-// Both ends belong to it.
+// Inclusive.
 struct Bounds {
   double least;
   double most;
 };
 inline constexpr Bounds kSecondsOfADay = {0, 86'400};
 
-// Each call adds one thing; the values go into the variables when the command line is parsed, so
-// these must live until then. A command line that does not fit ends pqctl with status 1.
+// Each call adds one argument or option. The values are stored in the variables when the command
+// line is parsed, so these must live until then. An invalid command line ends pqctl with status 1.
 class CommandSyntax {
  public:
   explicit CommandSyntax(CLI::App& command) : command_(command) {}
 
-  // With names like "file": by position, in the order of the calls. With names like
-  // "-o,--output": an option. Words that are required are at least one.
+  // Names like "file" are positional, in the order of the calls; names like "-o,--output" are
+  // options. Required words need at least one.
   CommandSyntax& word(const char* names, const Shown& shown, std::string& into,
                       Need need = Need::kOptional);
   CommandSyntax& word(const char* names, const Shown& shown, std::optional<int>& into);
   CommandSyntax& words(const char* names, const Shown& shown, std::vector<std::string>& into,
                        Need need = Need::kRequired);
-  // One of the choices, as it is written there.
+  // One of the choices, spelt exactly.
   CommandSyntax& choice(const char* names, const Shown& shown,
                         const std::vector<std::string>& choices, std::string& into,
                         Need need = Need::kOptional);
@@ -53,13 +53,13 @@ class CommandSyntax {
   // Exactly `count` numbers, one word each.
   CommandSyntax& numbers(const char* names, const Shown& shown, std::vector<double>& into,
                          int count, const Bounds& bounds);
-  // With commas between them.
+  // Words separated by commas.
   CommandSyntax& list(const char* names, const Shown& shown, std::vector<std::string>& into);
 
-  // Puts what was added last under a heading of its own in the help.
+  // Puts the last addition under a heading of its own in the help.
   CommandSyntax& under(const char* heading);
 
-  // A command of the command, with what its help says below the options.
+  // A subcommand; `more` is its help below the options.
   CommandSyntax command(const char* name, const char* about, const char* more);
 
  private:

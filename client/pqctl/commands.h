@@ -1,5 +1,5 @@
-// The subcommands of pqctl, one function and one file each: the command's grammar with its help,
-// and what it does. Commands may throw pqclient::Error and Interrupted.
+// The subcommands of pqctl, one function and one file each: syntax, help and action. Commands may
+// throw pqclient::Error and Interrupted.
 #ifndef PQCTL_COMMANDS_H_
 #define PQCTL_COMMANDS_H_
 
@@ -11,11 +11,11 @@ namespace CLI {
 class App;
 }
 
-// What the user has chosen to do, with all its arguments.
+// The chosen action with all its arguments.
 using Command = std::function<void(Session&)>;
 
-// The command line as far as it is known. A subcommand adds itself to `app`, and puts what it does
-// into `chosen` when the user has asked for it.
+// The command line under construction. A subcommand adds itself to `app`, and sets `chosen` to its
+// action if the user gives it.
 struct Grammar {
   CLI::App& app;
   Command& chosen;
@@ -25,7 +25,7 @@ struct CommandHelp {
   const char* name;
   const char* group;  // heading in the list of commands, see below
   const char* about;  // one line
-  const char* more;   // below the options: examples, and what else there is to say
+  const char* more;   // below the options: details and examples
 };
 
 inline constexpr const char* kSee = "See";
@@ -34,7 +34,7 @@ inline constexpr const char* kKeep = "Keep and bring back";
 inline constexpr const char* kLook = "Look at the picture";
 inline constexpr const char* kBoards = "Boards";
 
-// The new subcommand, for options to be added.
+// Adds a subcommand and returns it, so that options can be added.
 CLI::App& add_command(const Grammar& grammar, const CommandHelp& help, Command run);
 
 // In the order of the help.

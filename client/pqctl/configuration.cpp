@@ -34,7 +34,7 @@ double positive_seconds(const std::string& file, const std::string& text) {
   double seconds = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
   if (error != std::errc() || end != text.data() + text.size() ||
-      !(seconds > 0 && seconds <= kLongestTimeoutSeconds)) {
+      !(seconds > 0 && seconds <= kMaxTimeoutSeconds)) {
     refuse(file, "timeout cannot be \"" + text + "\": give seconds, such as 8");
   }
   return seconds;
@@ -58,7 +58,7 @@ void apply(const std::string& file, const std::string& key, const std::string& v
     board.is_read_only = truth(file, key, value);
   } else {
     refuse(file, "[" + board.name + "] has \"" + key +
-                     "\", which means nothing here: known are host, timeout and read-only");
+                     "\", which is unknown: use host, timeout or read-only");
   }
 }
 
@@ -77,7 +77,7 @@ Board& board_called(std::vector<Board>& boards, const std::string& name) {
 }
 
 void apply(const CLI::ConfigItem& item, Configuration& configuration) {
-  // The parser's marks of where a section begins and ends: for [lab.tv] it says that [lab] begins.
+  // The parser marks where sections begin and end; its mark for [lab.tv] names [lab].
   if (item.name == "++" || item.name == "--") return;
   const std::string value = joined(item.inputs, " ");
   if (!item.parents.empty()) {
@@ -87,8 +87,8 @@ void apply(const CLI::ConfigItem& item, Configuration& configuration) {
     configuration.default_board = value;
   } else {
     refuse(configuration.file, "\"" + item.name +
-                                   "\" stands in front of the first [BOARD]; only "
-                                   "default = BOARD may stand there");
+                                   "\" comes before the first [BOARD]; only "
+                                   "default = BOARD is allowed there");
   }
 }
 
@@ -103,7 +103,7 @@ Board board_named(const std::string& name, const Configuration& configuration) {
   std::vector<std::string_view> known;
   for (const Board& board : configuration.boards)
     known.emplace_back(board.name);
-  std::string help = "none is listed there";
+  std::string help = "it lists none";
   if (!known.empty()) {
     const auto near = pqclient::nearest_names(name, known);
     help = near.empty() ? "pqctl boards lists them" : "nearest: " + std::string(near.front());
@@ -152,7 +152,7 @@ Configuration read_configuration() {
   } catch (const CLI::Error& error) {
     refuse(configuration.file, error.what());
   }
-  // What is read-only must not get lost.
+  // A read error must not drop a read-only mark.
   if (file.bad()) throw file_error("read", configuration.file);
   return configuration;
 }

@@ -2,7 +2,7 @@
 //
 //   default = living-room          used when the command line names no board
 //
-//   [living-room]
+//   default = living-room          used if the command line names no board
 //   host = 192.0.2.7               HOST or HOST:PORT
 //   timeout = 8                    seconds, as --timeout
 //   read-only = true               no command may change anything on it
@@ -27,19 +27,19 @@ struct Board {
 };
 
 struct Configuration {
-  std::string file;  // where it is, or would be
+  std::string file;  // its path, also if it does not exist
   std::vector<Board> boards;
   std::string default_board;  // empty: none
 };
 
-// No file is no error: there are no boards then. Throws Error kFile when it cannot be read, kInput
-// when it says something that we do not know.
+// A missing file is not an error: the list is then empty. Throws Error kFile if it cannot be read,
+// kInput if it has an unknown or invalid setting.
 Configuration read_configuration();
 
-// The first of: --host, --board, PQCTL_HOST, PQCTL_BOARD, the file's default, this machine (as
-// `adb forward` makes a board appear). --port goes over each. A listed board is recognised by its
-// address, too, so that what is read-only stays so however it is named.
-// Throws Error kInput for a name that is not in the list.
+// The first of: --host, --board, PQCTL_HOST, PQCTL_BOARD, the file's default, this machine (where
+// `adb forward` makes a board appear). --port overrides the port of each. A listed board is also
+// recognised by its address, so a read-only board is protected however it is given.
+// Throws Error kInput for a name that is not listed.
 Board choose_board(const Options& options, const Configuration& configuration);
 
 #endif  // PQCTL_CONFIGURATION_H_

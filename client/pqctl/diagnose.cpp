@@ -1,5 +1,5 @@
-// What is wrong between here and a board: each step with what it found, and with cause and remedy
-// where it failed.
+// Finds faults between this machine and a board: each step prints its result, and on failure a
+// likely cause and a remedy.
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -27,24 +27,28 @@ struct Arguments {
   bool quick = false;
 };
 
-// What usually stands behind a failure, and what to do.
+// The usual cause of a failure, and a remedy.
 const char* remedy_of(ErrorKind kind) {
   switch (kind) {
     case ErrorKind::kConnect:
-      return "The server does not run, listens on another port, or is out of reach. On the board: "
+      return "The server is not running, listens on another port, or is out of reach. On the "
+             "board: "
              "is qxaiq_tool_server among the processes (ps -A)? For a board on USB: adb forward "
              "tcp:5543 tcp:5543";
     case ErrorKind::kTimeout:
-      return "Something accepts the connection and stays silent: a forwarded port without a server "
-             "behind it, or a server that is busy with another tool. Look at its log (logcat -s "
-             "aiqtool), end other tools, or give it longer with --timeout";
+      return "Something accepts the connection and stays silent: a forwarded port without a "
+             "server, "
+             "or a server that is busy with another tool. Look at its log (logcat -s "
+             "aiqtool), close other tools, or allow more time with --timeout";
     case ErrorKind::kConnectionLost:
-      return "The other end hangs up: adb does so when nothing listens on the board. Start the "
-             "server there";
+      return "The other end closes the connection: adb does so if nothing listens on the board. "
+             "Start "
+             "the server there";
     case ErrorKind::kBadAnswer:
-      return "Something else than the server answers on this port, or its document is damaged. "
-             "Look at the log (logcat -s aiqtool); a document that is deleted is made anew when "
-             "the server starts";
+      return "Something other than the server answers on this port, or its document is damaged. "
+             "Look at the log (logcat -s aiqtool); the server creates a deleted document again "
+             "when "
+             "it starts";
     default:
       return "See the text above";
   }
@@ -54,7 +58,7 @@ class Examination {
  public:
   explicit Examination(Session& session) : session_(session), palette_(session.palette()) {}
 
-  // Runs one step, which returns what it found. Returns whether all was well.
+  // Runs one step, which returns its result as text. Returns false if the step failed.
   template <typename Step>
   bool step(const std::string& name, Step run) {
     try {
@@ -75,10 +79,10 @@ class Examination {
     notes_ += texts.size();
   }
 
-  // Throws what failed first, for the exit status to tell.
+  // Throws the first failure, which decides the exit status.
   void finish() const {
-    if (first_) throw Error(*first_, "not all is well with " + session_.client().address());
-    std::cout << (notes_ > 0 ? "It works; the notes may be meant so.\n" : "All is well.\n");
+    if (first_) throw Error(*first_, "problems found with " + session_.client().address());
+    std::cout << (notes_ > 0 ? "The server works; check the notes.\n" : "All is well.\n");
   }
 
  private:
@@ -126,8 +130,8 @@ void diagnose(Session& session, const Arguments& arguments) {
     examine_section(session, examination, section);
   if (!arguments.quick) {
     using pqclient::DumpSide;
-    for (const auto& [side, name] : {std::pair{DumpSide::kInput, "dump of what comes in"},
-                                     {DumpSide::kOutput, "dump of what is on screen"}}) {
+    for (const auto& [side, name] : {std::pair{DumpSide::kInput, "dump of the input"},
+                                     {DumpSide::kOutput, "dump of the output"}}) {
       examination.step(name, [&session, side = side] { return dump_found(session, side); });
     }
   }
@@ -142,15 +146,15 @@ void add_diagnose(const Grammar& grammar) {
       grammar,
       {.name = "diagnose",
        .group = kBoards,
-       .about = "Find out what is wrong between here and a board",
+       .about = "Find faults between this machine and a board",
        .more =
-           R"(Connects, reads every section of both documents, looks whether the values are plausible, and asks
-for a picture of either side. Changes nothing. Ends with the status of the first step that failed.
+           R"(Connects, queries every section of both documents, checks whether the values are plausible, and
+requests a picture of each side. Changes nothing. Exits with the status of the first failed step.
 
 Examples:
   pqctl diagnose
   pqctl diagnose --quick --host 192.0.2.7
 )"},
       [arguments](Session& session) { diagnose(session, *arguments); }));
-  command.flag("--quick", "Without the pictures, which take 9 seconds", arguments->quick);
+  command.flag("--quick", "Skip the pictures, which take 9 seconds", arguments->quick);
 }

@@ -40,7 +40,7 @@ JsonPtr json_of(const pqclient::ChangedValue& value) {
   return object;
 }
 
-// A document by itself has not all sections; those that only one side has are no difference.
+// A single document lacks sections; a section that only one side has is not a difference.
 std::vector<pqclient::ChangedValue> differences(const SectionTree& left, const SectionTree& right) {
   std::vector<pqclient::ChangedValue> all;
   for (const Target& section : pqclient::sections_in_writing_order()) {
@@ -48,7 +48,7 @@ std::vector<pqclient::ChangedValue> differences(const SectionTree& left, const S
     const cJSON* after = right.find(section);
     if (before == nullptr || after == nullptr) continue;
     auto values = compare_states(section, before, after);
-    // What only the left side has, a walk along the right one does not meet.
+    // Members that only the left side has do not appear in a walk along the right one.
     for (const auto& value : compare_states(section, after, before)) {
       if (value.asked != nullptr && value.before == nullptr) {
         values.push_back({value.path, value.table, value.index, value.asked, nullptr, nullptr});
@@ -62,7 +62,7 @@ std::vector<pqclient::ChangedValue> differences(const SectionTree& left, const S
 Backup read_noting_damage(const Session& session, const std::string& file) {
   Backup backup = read_backup(file);
   if (backup.is_damaged()) {
-    session.note(file + " has been changed since it was written, or is damaged");
+    session.note(file + " was changed after it was written, or is damaged");
   }
   return backup;
 }
@@ -95,9 +95,9 @@ void add_diff(const Grammar& grammar) {
            .group = kKeep,
            .about = "Compare a backup with the board, or two backups",
            .more =
-               R"(Value by value, from the first to the second; tables in one line each. --json has every entry.
-Takes also the documents as they are on the board: pq_config.json, aipq_config.json. Exit status 8
-when there are differences.
+               R"(Compares value by value, from the first to the second; each table takes one line. --json lists
+every entry. Also accepts documents as they are on the board: pq_config.json, aipq_config.json. Exit
+status 8 if there are differences.
 
 Examples:
   pqctl diff before-tuning.json
@@ -105,6 +105,6 @@ Examples:
 )"},
           [arguments](Session& session) { diff(session, *arguments); }))
       .word("file", {"FILE", "A backup"}, arguments->left, Need::kRequired)
-      .word("other", {"FILE", "Another one, instead of the board"}, arguments->right,
+      .word("other", {"FILE", "Another backup, instead of the board"}, arguments->right,
             Need::kOptional);
 }

@@ -53,7 +53,7 @@ struct Arguments {
   ColourCoding coding() const { return {kMatrices.at(matrix), kRanges.at(range)}; }
 };
 
-// The picture is fetched on a thread of its own, for the bar to move meanwhile.
+// Fetches the picture on a thread of its own, so that the progress bar can move.
 Dump fetch(Session& session, DumpSide side) {
   constexpr double kUsualSeconds = 4.6;  // the board gives its display service 4.2
   using Clock = std::chrono::steady_clock;
@@ -101,7 +101,7 @@ std::string with_suffix(const std::string& file, const std::string& suffix) {
 void save_both(Session& session, const Arguments& arguments) {
   if (arguments.file == "-") {
     throw Error(ErrorKind::kInput,
-                "two pictures do not go to one standard output: add --compare, or -o FILE");
+                "two pictures cannot share standard output: add --compare, or -o FILE");
   }
   for (const auto& [side, suffix] :
        {std::pair{DumpSide::kInput, "-in"}, {DumpSide::kOutput, "-out"}}) {
@@ -114,14 +114,14 @@ void save_both(Session& session, const Arguments& arguments) {
 
 void print_text(std::ostream& out, const pqclient::PictureDifference& difference) {
   constexpr std::array kNames = {"red", "green", "blue"};
-  out << "from in to out, in codes of 8 bits:\n" << std::fixed << std::setprecision(1);
+  out << "from in to out, in 8-bit codes:\n" << std::fixed << std::setprecision(1);
   for (std::size_t i = 0; i < kNames.size(); ++i) {
     const auto& channel = difference.channels.at(i);
     out << "  " << std::left << std::setw(6) << kNames.at(i) << std::right << "mean "
         << std::showpos << channel.mean << std::noshowpos << ", distance " << channel.mean_distance
         << ", largest " << channel.largest << '\n';
   }
-  out << "  " << 100 * difference.equal_part << " % of the pixels are the same";
+  out << "  " << 100 * difference.equal_part << " % of the pixels are equal";
   if (difference.psnr) out << ", PSNR " << *difference.psnr << " dB";
   out << '\n';
 }
@@ -164,10 +164,12 @@ void check_combination(const Arguments& arguments) {
     throw Error(ErrorKind::kInput, "--compare needs both sides: pqctl dump both --compare");
   }
   if (arguments.compare && arguments.raw) {
-    throw Error(ErrorKind::kInput, "--compare makes a picture of its own, so --raw has no place");
+    throw Error(ErrorKind::kInput,
+                "--compare and --raw exclude each other: --compare draws a picture");
   }
   if (arguments.file.empty() && !arguments.compare) {
-    throw Error(ErrorKind::kInput, "say where to put the picture: -o FILE, - is standard output");
+    throw Error(ErrorKind::kInput,
+                "a file for the picture is needed: -o FILE, - is standard output");
   }
 }
 
@@ -192,13 +194,13 @@ void add_dump(const Grammar& grammar) {
        .group = kLook,
        .about = "Save the picture before or after the board's processing",
        .more =
-           R"(in is the picture that comes in, out the one behind all processing. The board takes more than 4
-seconds for each. A PNG file has 8 bits a channel; --raw keeps what the board has sent, lines without
-padding, and its size and format go to standard error. A dump does not say how its luma and chroma
-are coded: BT.709 in limited range, unless you know better.
+           R"(in is the picture before all processing, out the one after it. The board takes more than 4 seconds
+for each. A PNG file has 8 bits per channel; --raw keeps the board's bytes, lines without padding,
+and prints size and format on standard error. A dump does not say how its luma and chroma are coded:
+BT.709 in limited range is assumed unless --matrix and --range say otherwise.
 
---compare prints how far in and out are apart, and with -o draws them side by side, behind them their
-difference: mid-grey where nothing has changed.
+--compare prints the difference between in and out, and with -o draws both side by side, followed by
+their difference: mid-grey where nothing has changed.
 
 Examples:
   pqctl dump out -o screen.png
@@ -209,12 +211,13 @@ Examples:
   command
       .choice("side", {"SIDE", "in, out or both"}, {"in", "out", "both"}, arguments->side,
               Need::kRequired)
-      .word("-o,--output",
-            {"FILE", R"(File to write; - is standard output. Of both, "-in" and "-out" are added)"},
-            arguments->file)
-      .flag("--raw", "The bytes as the board has sent them", arguments->raw)
-      .flag("--compare", "Both: how far they are apart", arguments->compare)
-      .number("--gain", {"N", "Of the drawn difference (4)"}, arguments->gain, {0.1, 255})
+      .word(
+          "-o,--output",
+          {"FILE", R"(File to write; - is standard output. For both, "-in" and "-out" are added)"},
+          arguments->file)
+      .flag("--raw", "The bytes as the board sent them", arguments->raw)
+      .flag("--compare", "With both: their difference", arguments->compare)
+      .number("--gain", {"N", "Factor of the drawn difference (4)"}, arguments->gain, {0.1, 255})
       .choice("--matrix", {"M", "Of luma and chroma: bt601, bt709 (default), bt2020"},
               names_of(kMatrices), arguments->matrix)
       .choice("--range", {"R", "Of luma and chroma: limited (default), full"}, names_of(kRanges),

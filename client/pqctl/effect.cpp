@@ -16,12 +16,12 @@ constexpr int kUnityGain = 256;
 struct Switch {
   std::string_view section;
   const char* member;
-  std::string_view prefix;  // of the members that it is for: sharp also holds the AI stages'
+  std::string_view prefix;  // of the members it controls: sharp also has the AI stages' members
 };
 constexpr std::array kSwitches = {Switch{"dci", "dciEnable", "dci"}, Switch{"acm", "acmEnable", ""},
                                   Switch{"sharp", "sharpEnable", "sharp"}};
 
-// Second step of "csc/cscHue" and "gamma/gammaTab_R/3".
+// "cscHue" of "csc/cscHue", "gammaTab_R" of "gamma/gammaTab_R/3".
 std::string_view member_of(const ChangedValue& change) {
   std::string_view name = change.table.empty() ? change.path : change.table;
   return name.substr(name.rfind('/') + 1);

@@ -1,4 +1,4 @@
-// What a setting does on the screen, as far as it follows from other settings.
+// Reasons why a changed setting does not show on the screen, where other settings cause it.
 #ifndef PQCTL_EFFECT_H_
 #define PQCTL_EFFECT_H_
 
@@ -7,13 +7,13 @@
 
 #include "pqclient/change.h"
 
-// One line for each reason why something that was changed is stored but does nothing on the screen.
-// section: the section that `changes` are in, as the board has it now, or will have it.
+// One line for each reason why a changed value is stored but has no effect on the screen.
+// section: the section that contains `changes`, as the board has it now or will have it.
 std::vector<std::string> effect_notes(const pqclient::Target& section,
                                       const std::vector<pqclient::ChangedValue>& changes,
                                       const cJSON& section_value);
 
-// Gamma tables that are loaded now get other gains than 1 with the next write to csc.
+// True if the next write to csc would scale the gamma tables.
 bool has_gains(const cJSON& csc);
 
 #endif  // PQCTL_EFFECT_H_

@@ -1,5 +1,5 @@
-// How pqctl ends: one status for each kind of trouble, so that scripts can tell them apart. Its
-// help explains them, see command_line.cpp.
+// The exit statuses of pqctl: one for each kind of failure, so that scripts can tell them apart.
+// The help explains them, see command_line.cpp.
 #ifndef PQCTL_EXIT_STATUS_H_
 #define PQCTL_EXIT_STATUS_H_
 
@@ -15,7 +15,7 @@ enum class ExitStatus : int {
   kConnectionLost = 6,
   kFile = 7,
   kDifferent = 8,
-  kInterrupted = 130,  // 128 + SIGINT, as shells have it
+  kInterrupted = 130,  // 128 + SIGINT, as in shells
 };
 
 constexpr ExitStatus exit_status_of(pqclient::ErrorKind kind) {

@@ -14,7 +14,7 @@
 
 namespace {
 
-// False with the reason in errno.
+// Returns false with the reason in errno.
 bool write_and_sync(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = write(descriptor, bytes.data(), bytes.size());
@@ -35,7 +35,7 @@ void replace_file(const std::filesystem::path& path, std::string_view bytes) {
   std::string side = path.string() + ".XXXXXX";
   const int descriptor = mkostemp(side.data(), O_CLOEXEC);
   if (descriptor < 0) throw file_error("write", path);
-  const mode_t mask = umask(0);  // there is no other way to read it
+  const mode_t mask = umask(0);  // the only way to read it
   umask(mask);
   (void)fchmod(descriptor, 0666 & ~mask);
   const bool is_written = write_and_sync(descriptor, bytes);
@@ -53,7 +53,7 @@ std::string read_input(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     if (!file.is_open()) throw file_error("read", path);
     return {std::istreambuf_iterator<char>(file), {}};
-  } catch (const std::ios_base::failure&) {  // of the read itself: a folder, a broken disk
+  } catch (const std::ios_base::failure&) {  // the read itself failed: a folder, a broken disk
     throw file_error("read", path);
   }
 }
@@ -61,7 +61,7 @@ std::string read_input(const std::string& path) {
 void write_output(const std::string& path, std::string_view bytes) {
   const auto size = static_cast<std::streamsize>(bytes.size());
   if (path == "-") {
-    std::cout.write(bytes.data(), size);  // main() sees to it whether that went well
+    std::cout.write(bytes.data(), size);  // main() checks the stream
     return;
   }
   std::ofstream file(path, std::ios::binary);

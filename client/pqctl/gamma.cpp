@@ -36,7 +36,7 @@ struct Arguments {
   std::string points;
   std::string file;
   std::optional<double> full_scale;
-  std::vector<double> gains;  // none, or of red, green and blue
+  std::vector<double> gains;  // empty, or for red, green and blue
   bool as_given = false;
   bool dry_run = false;
 };
@@ -58,12 +58,12 @@ void check_choice(const Arguments& arguments) {
                      (arguments.file.empty() ? 0 : 1);
   if (curves > 1 || (curves == 0 && arguments.gains.empty())) {
     throw Error(ErrorKind::kInput,
-                "say what to load: one of --power, --srgb, --points, --from and --reset, or --gain "
-                "for the tables that are there");
+                "a curve is needed: --power, --srgb, --points, --from or --reset, or --gain for "
+                "the stored tables");
   }
 }
 
-// Without a curve of its own, a gain works on what the board has.
+// Without a curve of its own, a gain applies to the stored tables.
 GammaCurves wanted_curves(const Arguments& arguments, const cJSON& stored) {
   if (arguments.power) return same_for_all(pqclient::power_curve(*arguments.power));
   if (arguments.srgb) return same_for_all(pqclient::srgb_curve());
@@ -82,13 +82,13 @@ void multiply(GammaCurves& curves, const std::vector<double>& gains) {
   }
 }
 
-// Says what was done to the curves, and what makes one doubt that they are meant so.
+// Notes the changes that were made to the curves, and signs of a mistake.
 GammaTables make_tables(const Session& session, const GammaCurves& curves, bool as_given) {
   GammaTables tables = pqclient::quantize(curves, as_given);
   if (tables.clipped > 0 && as_given) {
     throw Error(ErrorKind::kInput, std::to_string(tables.clipped) +
-                                       " entries are below 0 or above full scale; without "
-                                       "--as-given they are clipped");
+                                       " entries are below 0 or above full scale: correct them, or "
+                                       "leave out --as-given to have them clipped");
   }
   if (tables.clipped > 0) {
     session.note(std::to_string(tables.clipped) + " entries clipped to 0..65535");
@@ -96,7 +96,7 @@ GammaTables make_tables(const Session& session, const GammaCurves& curves, bool 
   if (tables.raised > 0) {
     session.note(
         std::to_string(tables.raised) +
-        " entries raised to the one before, so that no table falls; --as-given keeps them");
+        " entries raised to their predecessor, so that no table falls; --as-given keeps them");
   }
   int largest = 0;
   for (const auto& table : tables.entries)
@@ -105,7 +105,7 @@ GammaTables make_tables(const Session& session, const GammaCurves& curves, bool 
   if (largest <= 4 * kTenBits) {
     session.note(
         "the largest entry is " + std::to_string(largest) +
-        " of 65535: the picture gets nearly black. Codes of 10 bits need --full-scale 1023");
+        " of 65535: the picture will be nearly black. 10-bit codes need --full-scale 1023");
   }
   return tables;
 }
@@ -123,7 +123,7 @@ JsonPtr section_with(const cJSON& stored, const GammaTables& tables) {
 }
 
 void print_plot(const Session& session, const cJSON& section) {
-  const plot::Chart chart = gamma_chart(section, "would be stored, nothing sent");
+  const plot::Chart chart = gamma_chart(section, "dry run, nothing sent");
   std::cout << plot::draw_in_terminal(chart, terminal_size(), session.palette().is_on());
 }
 
@@ -155,13 +155,14 @@ void add_gamma(const Grammar& grammar) {
        .group = kChange,
        .about = "Load gamma tables: a formula, control points, a file, gains",
        .more =
-           R"(All three tables are written. What leaves 0..65535 is clipped, and no entry is lower than the one
-before; both are said. Behind them csc is written again as it is where it has gains, which a write to gamma
-takes off the screen.
+           R"(All three tables are written. Values outside 0..65535 are clipped, and an entry lower than its
+predecessor is raised to it; a note says so. If csc has gains it is rewritten afterwards, because
+loading gamma tables drops them.
 
-A .csv file has rows of one value, of red, green and blue, or of the input and either. Up to 1 they
-are parts of full scale, else codes of 16 bits. Rows other than the table's 1024 are control points,
-with a smooth curve through them. Of a .cube file the greys are taken.
+A .csv file has rows of one value, of red, green and blue, or of an input followed by either. If no
+value exceeds 1 they are fractions of full scale, otherwise 16-bit codes. Any number of rows other
+than the table's 1024 is taken as control points of a smooth curve. From a .cube file only the
+response to greys is used.
 
 Examples:
   pqctl gamma --power 2.2
@@ -171,7 +172,7 @@ Examples:
   pqctl gamma --reset
 )"},
       [arguments](Session& session) { set_gamma(session, *arguments); }));
-  constexpr const char* kCurve = "The curve, one of these (without: as the board has it)";
+  constexpr const char* kCurve = "The curve, one of these (default: the stored tables)";
   command.number("--power", {"P", "input ^ P: 1 is straight, above 1 darker"}, arguments->power)
       .under(kCurve)
       .flag("--srgb", "sRGB's curve from code to light", arguments->srgb)
@@ -186,11 +187,9 @@ Examples:
       .under(kCurve)
       .numbers("--gain", {"R G B", "Multiply the tables; 1 leaves them as they are"},
                arguments->gains, 3, {0, 100})
-      .number("--full-scale", {"N", "Of a .csv file: the value for 65535"}, arguments->full_scale,
-              Bounds{1e-6, 1e9})
-      .flag("--as-given", "Keep entries that fall, refuse what would be clipped",
-            arguments->as_given)
-      .flag("-n,--dry-run",
-            "Send nothing, plot what would be stored; with --json, print what would be sent",
+      .number("--full-scale", {"N", "For a .csv file: the value of full scale"},
+              arguments->full_scale, Bounds{1e-6, 1e9})
+      .flag("--as-given", "Keep entries that fall; refuse instead of clipping", arguments->as_given)
+      .flag("-n,--dry-run", "Send nothing; plot the result, or with --json print the operations",
             arguments->dry_run);
 }

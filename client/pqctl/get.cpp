@@ -22,12 +22,12 @@ JsonPtr value_at(Session& session, const Target& target) {
   const JsonPtr section = session.read_section(target);
   const cJSON* value = target.find_in(*section);
   if (value == nullptr) {
-    throw pqclient::Error(pqclient::ErrorKind::kBadAnswer, "the answer holds no " + target.text());
+    throw pqclient::Error(pqclient::ErrorKind::kBadAnswer, "the answer has no " + target.text());
   }
   return pqclient::copy_json(*value);
 }
 
-// One place: its value and nothing else. Several: an object with the places as names.
+// One place: just its value. Several: an object with the places as names.
 void print_json_of(Session& session, const std::vector<Target>& targets) {
   if (targets.size() == 1) {
     std::cout << pqclient::print_json(*value_at(session, targets.front())) << '\n';
@@ -64,9 +64,9 @@ void add_get(const Grammar& grammar) {
           grammar,
           {.name = "get",
            .group = kSee,
-           .about = "Show what the board has stored",
+           .about = "Show stored values",
            .more =
-               R"(A section is shown as a table, a single value bare. --json prints it exactly; of several places
+               R"(Shows a section as a table, a single value bare. --json prints exact values; for several places,
 an object with the places as names.
 
 Examples:

@@ -27,7 +27,7 @@ std::string folder_name(const Board& board) {
   return name.starts_with('.') ? "_" + name : name;
 }
 
-// Two pqctl at once would take the same number.
+// Without it, two pqctl running at once could take the same number.
 class FolderLock {
  public:
   explicit FolderLock(const std::filesystem::path& folder)
@@ -49,7 +49,7 @@ std::string text_in(const cJSON& object, const char* name) {
   return cJSON_IsString(item) != 0 ? item->valuestring : "";
 }
 
-// Throws Error when it is no entry.
+// Throws Error if it is not an entry.
 HistoryEntry entry_of(const cJSON& object) {
   HistoryEntry entry;
   entry.time = text_in(object, "time");
@@ -92,7 +92,7 @@ History::History(const Board& board) {
   const std::filesystem::path state = state_folder();
   if (state.empty()) {
     throw Error(ErrorKind::kFile,
-                "there is no place for the history: neither XDG_STATE_HOME nor "
+                "there is no folder for the history: neither XDG_STATE_HOME nor "
                 "HOME is set to a folder");
   }
   folder_ = state / "history" / folder_name(board);
@@ -105,7 +105,7 @@ std::filesystem::path History::file_of(int number) const {
 
 std::vector<int> History::numbers() const {
   std::vector<int> numbers;
-  std::error_code none;  // no folder yet: no entries
+  std::error_code none;  // a missing folder has no entries
   for (const auto& file : std::filesystem::directory_iterator(folder_, none)) {
     const std::string name = file.path().stem().string();
     int number = 0;

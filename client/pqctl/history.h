@@ -1,5 +1,5 @@
-// What was changed on a board from here, so that it can be taken back: a file for each change with
-// the values from before it, in a folder for each board, $XDG_STATE_HOME/pqctl/history/BOARD/.
+// The changes made to a board from this machine, so that they can be undone: a file for each change
+// with the values before it, in a folder for each board, $XDG_STATE_HOME/pqctl/history/BOARD/.
 #ifndef PQCTL_HISTORY_H_
 #define PQCTL_HISTORY_H_
 
@@ -14,35 +14,35 @@
 
 struct HistoryChange {
   pqclient::Target place;
-  pqclient::JsonPtr before;  // what was there
-  pqclient::JsonPtr after;   // what was to be there
+  pqclient::JsonPtr before;  // the old value
+  pqclient::JsonPtr after;   // the new value
 };
 
 struct HistoryEntry {
   int number = 0;          // counts up, from 1
   std::string time;        // UTC, as in RFC 3339: "2026-11-21T07:30:00Z"
   std::string command;     // as typed: "set csc/cscHue 256"
-  bool is_undo = false;    // itself takes a change back
-  bool is_undone = false;  // has been taken back
+  bool is_undo = false;    // this entry undoes a change
+  bool is_undone = false;  // undone since
   std::vector<HistoryChange> changes;
 };
 
-// The entry as its file has it, values and all.
+// The entry in its file's form, including the values.
 pqclient::JsonPtr json_of(const HistoryEntry& entry);
 
 // Every call may throw Error kFile.
 class History {
  public:
-  // Of this board: by its name, else by its address.
+  // The history of this board: by its name, or by its address if it has none.
   explicit History(const Board& board);
 
-  // Oldest first. What is damaged, or of another version of pqctl, is passed over.
+  // Oldest first. Skips entries that are damaged or of another version of pqctl.
   [[nodiscard]] std::vector<HistoryEntry> entries() const;
 
-  // The newest file, when it is passed over; else empty.
+  // The newest file, if it is skipped; otherwise empty.
   [[nodiscard]] std::filesystem::path unreadable_newest() const;
 
-  // Gives the entry its number and keeps the newest few hundred.
+  // Numbers the entry and removes the oldest ones beyond a few hundred.
   int add(HistoryEntry entry) const;
 
   void mark_undone(int number) const;

@@ -20,7 +20,7 @@ struct Arguments {
   std::optional<int> number;
 };
 
-constexpr std::size_t kShownCommand = 60;  // letters; a table on the command line is long
+constexpr std::size_t kShownCommand = 60;  // letters; a table makes the command line long
 
 const char* state_of(const HistoryEntry& entry) {
   if (entry.is_undone) return "undone";
@@ -75,7 +75,7 @@ void show_history(Session& session, const Arguments& arguments) {
     return;
   }
   if (entries.empty()) {
-    session.note("no change of board " + session.board().text() + " was made from here");
+    session.note("no changes of board " + session.board().text() + " were made from this machine");
   }
   for (const HistoryEntry& entry : entries) {
     print_line(entry);
@@ -93,9 +93,9 @@ void add_history(const Grammar& grammar) {
           {.name = "history",
            .group = kKeep,
            .about = "List the changes made from this machine, oldest first",
-           .more = R"(Before each change pqctl keeps what was there, for each board by itself, in
-$XDG_STATE_HOME/pqctl/history, usually in ~/.local/state. The newest 300 changes of a board are kept.
-With a number, the values of that change.
+           .more = R"(Before each change pqctl keeps the old values, separately for each board, in
+$XDG_STATE_HOME/pqctl/history, usually in ~/.local/state. It keeps the newest 300 changes of each
+board. With a number, shows the values of that change.
 
 Examples:
   pqctl history

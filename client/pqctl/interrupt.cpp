@@ -15,10 +15,10 @@ using std::chrono::milliseconds;
 
 bool interrupted = false;
 
-// Single keys instead of lines, and nothing echoed.
+// Switches the terminal to single keys without echo.
 class KeyInput {
  public:
-  // In the background the keys are somebody else's, and asking for them would stop the program.
+  // A background process does not own the keys, and reading them would stop it.
   KeyInput()
       : is_terminal_(tcgetpgrp(STDIN_FILENO) == getpgrp() &&
                      tcgetattr(STDIN_FILENO, &previous_) == 0) {
@@ -33,7 +33,7 @@ class KeyInput {
   KeyInput(const KeyInput&) = delete;
   KeyInput& operator=(const KeyInput&) = delete;
 
-  // poll leaves out a negative descriptor.
+  // poll ignores a negative descriptor.
   [[nodiscard]] int descriptor() const { return is_terminal_ ? STDIN_FILENO : -1; }
 
  private:
@@ -57,12 +57,12 @@ class SignalInput {
   int descriptor_;
 };
 
-// For poll: -1 waits without end.
+// For poll: -1 waits without limit.
 int milliseconds_until(std::optional<std::chrono::steady_clock::time_point> end) {
   if (!end) return -1;
   const auto left = std::chrono::ceil<milliseconds>(*end - std::chrono::steady_clock::now());
-  constexpr milliseconds kMost(std::numeric_limits<int>::max());
-  return static_cast<int>(std::clamp(left, milliseconds(0), kMost).count());
+  constexpr milliseconds kMaxWait(std::numeric_limits<int>::max());
+  return static_cast<int>(std::clamp(left, milliseconds(0), kMaxWait).count());
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ InterruptGuard::InterruptGuard() {
   (void)pthread_sigmask(SIG_BLOCK, &blocked, &previous_);
 }
 
-// What is still pending is taken here, so that the program can end in its own way.
+// Takes pending signals here, so that the program can exit in its own way.
 InterruptGuard::~InterruptGuard() {
   (void)is_interrupted();
   (void)pthread_sigmask(SIG_SETMASK, &previous_, nullptr);
@@ -109,7 +109,7 @@ InterruptGuard::End InterruptGuard::wait(std::optional<milliseconds> time, char*
         if (key != nullptr) *key = pressed;
         return End::kKey;
       }
-      inputs[1].fd = -1;  // the terminal has gone
+      inputs[1].fd = -1;  // the terminal is gone
     }
   }
   return End::kInterrupt;

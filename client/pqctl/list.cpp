@@ -38,7 +38,7 @@ void list(const Arguments& arguments) {
   }
   for (const Target& section : pqclient::sections_in_writing_order())
     print_members(section);
-  std::cout << "\nSCENE is one of 0 to 11:";
+  std::cout << "\nSCENE is a name or a number, 0 to 11:";
   for (std::size_t i = 0; i < pqclient::kScenes.size(); ++i)
     std::cout << (i % 4 == 0 ? "\n  " : "  ") << std::setw(2) << i << ' ' << std::left
               << std::setw(16) << pqclient::kScenes.at(i) << std::right;
@@ -52,7 +52,7 @@ void add_list(const Grammar& grammar) {
   CommandSyntax(add_command(grammar,
                             {.name = "list",
                              .group = kSee,
-                             .about = "Show the names of all settings, and what they can be",
+                             .about = "List all settings with their possible values",
                              .more = R"(Needs no board.
 
 Examples:

@@ -12,7 +12,7 @@
 
 namespace {
 
-// The texts of the other kinds name the address already, or have nothing to do with it.
+// Error texts of the other kinds already name the address, or do not concern the board.
 void print_error(Session& session, const pqclient::Error& error) {
   std::cerr << session.error_palette().red("pqctl: ") << error.what();
   if (error.kind() == pqclient::ErrorKind::kBadAnswer) {
@@ -37,8 +37,9 @@ ExitStatus run(const CommandLine& line) {
   }
 }
 
-// What the caller has closed would be given to the connection, and what is printed would go to the
-// board. Opened the wrong way round, so that reading and writing fail as they would have.
+// Opens descriptors 0 to 2 if they are closed. Otherwise the connection would get one of these
+// numbers, and printed text would go to the board. The open modes are reversed, so that reading and
+// writing still fail.
 void fill_closed_descriptors() {
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(descriptor, F_GETFD) >= 0) continue;

@@ -1,4 +1,4 @@
-// Options that go with every command.
+// Options of all commands.
 #ifndef PQCTL_OPTIONS_H_
 #define PQCTL_OPTIONS_H_
 
@@ -8,14 +8,14 @@
 
 enum class ColorUse { kAuto, kAlways, kNever };
 
-inline constexpr double kLongestTimeoutSeconds = 3600;
+inline constexpr double kMaxTimeoutSeconds = 3600;
 
 struct Options {
   std::string host;                       // as given: HOST or HOST:PORT; empty: not given
-  std::optional<std::uint16_t> port;      // over the one in `host`
+  std::optional<std::uint16_t> port;      // overrides the one in `host`
   std::string board;                      // a name in the configuration file; empty: not given
-  std::optional<double> timeout_seconds;  // in place of every default time-out
-  bool json = false;                      // JSON on standard output, and nothing else there
+  std::optional<double> timeout_seconds;  // replaces every default time-out
+  bool json = false;                      // only JSON on standard output
   bool quiet = false;                     // no notes and no progress on standard error
   ColorUse color = ColorUse::kAuto;
 };

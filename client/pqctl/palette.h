@@ -1,4 +1,4 @@
-// Colours of text: on a terminal only, and not when the variable NO_COLOR says no (no-color.org).
+// Text colours: only on a terminal, and only if NO_COLOR is not set (no-color.org).
 #ifndef PQCTL_PALETTE_H_
 #define PQCTL_PALETTE_H_
 
@@ -9,7 +9,7 @@
 
 class Palette {
  public:
-  // descriptor: where the text goes. --color goes over both terminal and NO_COLOR.
+  // descriptor: the text's destination. --color overrides both terminal and NO_COLOR.
   Palette(ColorUse use, int descriptor);
 
   [[nodiscard]] std::string bold(std::string_view text) const { return in("1", text); }

@@ -26,7 +26,7 @@ struct Arguments {
   bool is_dry_run = false;
 };
 
-// An array of operations; a single one may stand there without its array.
+// An array of operations. A single operation without its array is accepted, too.
 JsonPtr read_patch(const std::string& path) {
   JsonPtr patch = pqclient::parse_whole_json(read_input(path));
   if (cJSON_IsObject(patch.get()) != 0) {
@@ -37,13 +37,13 @@ JsonPtr read_patch(const std::string& path) {
   if (cJSON_IsArray(patch.get()) == 0) {
     constexpr const char* kExample = R"([{"op":"replace","path":"/csc/cscHue","value":256}])";
     throw Error(ErrorKind::kInput,
-                path + " is no JSON Patch, which is an array of operations such as " + kExample);
+                path + " is not a JSON Patch, which is an array of operations such as " + kExample);
   }
   return patch;
 }
 
-// How far a pointer goes with names and scenes that we know; what stands below, such as the "-" of
-// an added entry, the patch itself finds out.
+// The length of the pointer's part that consists of known names and scenes. The patch itself checks
+// the rest, such as the "-" of an added entry.
 std::size_t known_length(std::string_view pointer) {
   const int steps = pointer.starts_with("/ai/") ? 4 : 2;
   std::size_t end = 0;
@@ -52,7 +52,7 @@ std::size_t known_length(std::string_view pointer) {
   return std::min(end, pointer.size());
 }
 
-// Puts the scene's number in the place of its name. Returns what the pointer names.
+// Replaces the scene's name by its number. Returns the place that the pointer names.
 Target resolve(cJSON& operation, const char* key) {
   const cJSON* pointer = cJSON_GetObjectItemCaseSensitive(&operation, key);
   if (cJSON_IsString(pointer) == 0 || pointer->valuestring[0] != '/') {
@@ -69,7 +69,7 @@ Target resolve(cJSON& operation, const char* key) {
   return target;
 }
 
-// One operation at a time, and on a fresh copy: a test sorts the members of what it compares.
+// Applies one operation to a fresh copy, because a test sorts the members that it compares.
 JsonPtr apply(const cJSON& operation, const cJSON& sections) {
   JsonPtr patched = pqclient::copy_json(sections);
   JsonPtr array(cJSON_CreateArray());
@@ -85,7 +85,7 @@ JsonPtr apply(const cJSON& operation, const cJSON& sections) {
   return patched;
 }
 
-// The sections that the operations name, as the board has them.
+// Queries the sections that the operations name.
 SectionTree read_sections(Session& session, cJSON& operations) {
   SectionTree sections;
   for (cJSON* operation = operations.child; operation != nullptr; operation = operation->next) {
@@ -140,9 +140,9 @@ void add_patch(const Grammar& grammar) {
            .group = kChange,
            .about = "Apply a JSON Patch file to both documents",
            .more =
-               R"(All six operations of RFC 6902. A path is a place with a slash in front: "/csc/cscHue",
-"/ai/dci/nature-sky/dciEnable". The operations are applied here, one after the other, and checked;
-then each section that differs is sent once. When one of them is wrong, nothing is sent.
+               R"(Accepts all six operations of RFC 6902. A path is a place with a leading slash: "/csc/cscHue",
+"/ai/dci/nature-sky/dciEnable". The operations are applied and checked on this machine, in order;
+then each section that differs is sent once. If any operation is wrong, nothing is sent.
 
 Example:
   echo '[{"op":"replace","path":"/csc/cscHue","value":256},
@@ -151,5 +151,5 @@ Example:
           [arguments](Session& session) { patch(session, *arguments); }))
       .word("file", {"FILE", "The operations; - is standard input"}, arguments->file,
             Need::kRequired)
-      .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run);
+      .flag("-n,--dry-run", "Print the operations, send nothing", arguments->is_dry_run);
 }

@@ -35,7 +35,7 @@ void require_key(const char* instead) {
   if (isatty(STDIN_FILENO) != 0) return;
   throw pqclient::Error(
       pqclient::ErrorKind::kInput,
-      "standard input is no terminal, so there is no key to wait for: add " + std::string(instead));
+      "standard input is not a terminal, so no key can be pressed: add " + std::string(instead));
 }
 
 void show_colour(Session& session, const Arguments& arguments) {
@@ -49,11 +49,11 @@ void show_colour(Session& session, const Arguments& arguments) {
   if (!guard.is_interrupted()) mode.show(colour);
   if (arguments.keep && !guard.is_interrupted()) {
     mode.keep();
-    session.note("it stays until pqctl pattern-mode off");
+    session.note("the colour stays until pqctl pattern-mode off");
     return;
   }
   if (until_key) {
-    session.note(colour.name + " is shown; any key ends it");
+    session.note(colour.name + " is shown; press any key to close it");
     guard.wait(std::nullopt);
   } else if (arguments.seconds) {
     guard.wait(in_milliseconds(*arguments.seconds));
@@ -77,7 +77,7 @@ void show_sequence(Session& session, const Arguments& arguments) {
     for (const auto& [colour, time] : steps) {
       if (guard.is_interrupted()) break;
       const auto total = static_cast<double>(steps.size());
-      progress.show(done++ / total, colour.name + (arguments.key ? ", any key goes on" : ""));
+      progress.show(done++ / total, colour.name + (arguments.key ? ", any key continues" : ""));
       mode.show(colour);
       std::optional<milliseconds> pause;
       if (!arguments.key) pause = time.value_or(in_milliseconds(arguments.pause_seconds));
@@ -93,20 +93,20 @@ struct Mode {
   bool force = false;
 };
 
-// Entering twice would make the board forget that DCI was on, and both look alike from here.
+// Entering twice would make the board forget that DCI was on. The two cases look alike from here.
 void enter_pattern_mode(Session& session, bool force) {
   if (!force && !is_dci_on(session)) {
     session.note(
-        "DCI is off already, nothing sent: entering again would lose the state that "
-        "leaving restores (--force sends it all the same)");
+        "DCI is already off, nothing sent: entering again would lose the state that "
+        "leaving restores (--force sends it anyway)");
     return;
   }
   session.client().pattern_mode(true);
 }
 
-// Where nobody has entered, leaving may turn DCI off, which nobody wants who closes a test colour.
+// Leaving without having entered may turn DCI off, which is never the intention here.
 void leave_pattern_mode(Session& session) {
-  const InterruptGuard guard;  // not in between
+  const InterruptGuard guard;  // no interruption between the two steps
   const bool was_on = is_dci_on(session);
   session.client().pattern_mode(false);
   if (is_dci_on(session)) return;
@@ -137,7 +137,7 @@ void add_pattern(const Grammar& grammar) {
        .group = kLook,
        .about = "Fill the screen with test colours, until a key or Ctrl-C",
        .more =
-           R"(DCI is off while a colour is shown, and as it was afterwards. The board takes 2 seconds for each
+           R"(DCI is off while a colour is shown and restored afterwards. The board takes 2 seconds for each
 colour.
 
 Examples:
@@ -155,15 +155,15 @@ Examples:
         }
       }));
   command
-      .words("colour", {"COLOUR", "A name (red, grey 50%), #rrggbb, or three numbers of 0 to 255"},
+      .words("colour", {"COLOUR", "A name (red, grey 50%), #rrggbb, or three numbers, 0 to 255"},
              arguments->colour, Need::kOptional)
-      .number("--for", {"S", "Seconds to show it, without waiting for a key"}, arguments->seconds,
-              kSecondsOfADay)
-      .flag("--keep", "Do not wait, leave it to pqctl pattern-mode off", arguments->keep);
+      .number("--for", {"S", "Seconds to show it, instead of until a key is pressed"},
+              arguments->seconds, kSecondsOfADay)
+      .flag("--keep", "Do not wait; pqctl pattern-mode off closes it", arguments->keep);
   command
-      .command("sequence", "Show one colour after the other",
-               R"(A file has a line for each step, a colour and maybe how long it stays: grey 50% 3s
-What follows a # with a blank behind it is a comment.
+      .command("sequence", "Show a sequence of colours",
+               R"(A file has one line per step, a colour and optionally its duration: grey 50% 3s
+A # followed by a blank starts a comment.
 
 Examples:
   pqctl pattern sequence builtin --pause 1
@@ -175,7 +175,7 @@ Examples:
             arguments->sequence, Need::kRequired)
       .number("--pause", {"S", "Seconds that each colour stays (2)"}, arguments->pause_seconds,
               kSecondsOfADay)
-      .flag("--key", "Go on when a key is pressed", arguments->key);
+      .flag("--key", "Continue when a key is pressed", arguments->key);
 }
 
 void add_pattern_mode(const Grammar& grammar) {
@@ -184,11 +184,10 @@ void add_pattern_mode(const Grammar& grammar) {
       grammar,
       {.name = "pattern-mode",
        .group = kLook,
-       .about = "on: switch DCI off for test colours; off: close them, DCI as it was",
-       .more =
-           R"(pqctl pattern does both by itself; this is for scripts, and for a colour that was kept.
+       .about = "Switch DCI off for test colours (on), or close them and restore DCI (off)",
+       .more = R"(pqctl pattern does both by itself. Use this in scripts, and after pattern --keep.
 )"},
       [mode](Session& session) { switch_pattern_mode(session, *mode); }));
   command.choice("mode", {"MODE", "on or off"}, {"on", "off"}, mode->name, Need::kRequired)
-      .flag("--force", "Enter also when DCI is off already", mode->force);
+      .flag("--force", "Enter even if DCI is already off", mode->force);
 }

@@ -12,7 +12,7 @@ bool is_dci_on(Session& session) {
   const pqclient::JsonPtr section = session.read_section(target);
   const cJSON* value = target.find_in(*section);
   if (value == nullptr || cJSON_IsNumber(value) == 0) {
-    throw pqclient::Error(pqclient::ErrorKind::kBadAnswer, "the answer holds no dci/dciEnable");
+    throw pqclient::Error(pqclient::ErrorKind::kBadAnswer, "the answer has no dci/dciEnable");
   }
   return value->valueint != 0;
 }
@@ -28,11 +28,11 @@ PatternMode::~PatternMode() {
     leave();
   } catch (const pqclient::Error& error) {
     std::cerr << "pqctl: the test colour could not be closed: " << error.what()
-              << ". When the board answers again: pqctl pattern-mode off\n";
+              << ". Once the board answers again: pqctl pattern-mode off\n";
   }
 }
 
-// Active from before the command on: whether one that failed was heard is not known.
+// Active from before the command: a failed command may still have reached the board.
 void PatternMode::enter() {
   dci_was_on_ = is_dci_on(session_);
   is_active_ = true;
@@ -47,8 +47,9 @@ void PatternMode::leave() {
   session_.client().pattern_mode(false);
   is_active_ = false;
   if (is_dci_on(session_) != dci_was_on_) switch_dci(session_, dci_was_on_);
-  if (!dci_was_on_) {  // by the user, or by a test colour that was kept, or whose pqctl was killed
+  if (!dci_was_on_) {  // by the user, by a kept test colour, or by a pqctl that was killed
     session_.note(
-        "DCI was off before, so it is off. If only for a test colour: pqctl pattern-mode off");
+        "DCI was off before, so it is left off. If a test colour caused it: pqctl pattern-mode "
+        "off");
   }
 }

@@ -14,7 +14,7 @@ bool is_in_range(const Member& member, const cJSON& value) {
          value.valuedouble <= static_cast<double>(member.max);
 }
 
-// Nothing to say: empty.
+// Empty if the table is plausible.
 std::string doubt_about_table(const Member& member, const cJSON& table) {
   const int count = cJSON_GetArraySize(&table);
   if (count != member.count) {
@@ -25,13 +25,13 @@ std::string doubt_about_table(const Member& member, const cJSON& table) {
   int index = 0;
   double last = 0;
   for (const cJSON* entry = table.child; entry != nullptr; entry = entry->next, ++index) {
-    if (!is_in_range(member, *entry)) return "has an odd entry " + std::to_string(index);
+    if (!is_in_range(member, *entry)) return "has an invalid entry " + std::to_string(index);
     is_falling = is_falling || entry->valuedouble < last;
     is_zero = is_zero && entry->valuedouble == 0;
     last = entry->valuedouble;
   }
   if (member.name.starts_with("gammaTab") && is_zero) return "is all zero: the picture is black";
-  if (member.name.starts_with("gammaTab") && is_falling) return "falls somewhere";
+  if (member.name.starts_with("gammaTab") && is_falling) return "is not monotonic";
   return "";
 }
 
@@ -46,7 +46,7 @@ std::string doubt_about_value(const Member& member, const cJSON& value) {
     return is_choice ? "" : "is " + pqclient::print_json(value) + ", which the board does not know";
   }
   if (!is_in_range(member, value)) {
-    return "is " + pqclient::print_json(value) + ", the range is " + std::to_string(member.min) +
+    return "is " + pqclient::print_json(value) + ", out of range: " + std::to_string(member.min) +
            " to " + std::to_string(member.max);
   }
   const bool is_gain = member.name.starts_with("csc") && member.name.ends_with("Gain");

@@ -22,14 +22,14 @@ struct Arguments {
   std::string what;
   std::string cube_file;
   std::string output;
-  int width = 0;  // 0: what suits the chart
+  int width = 0;  // 0: chosen to suit the chart
   int height = 0;
 };
 
 [[noreturn]] void refuse(const std::string& what) {
   throw Error(ErrorKind::kInput,
               what +
-                  " holds no curve: plot gamma, dci, acm, one of their tables, a scene such as "
+                  " has no curve: plot gamma, dci, acm, one of their tables, a scene such as "
                   "ai/dci/nature-sky, or lut FILE");
 }
 
@@ -51,7 +51,7 @@ plot::Chart board_chart(Session& session, const std::string& what) {
   const pqclient::JsonPtr section = session.read_section(target);
   const cJSON* value = target.find_in(*section);
   if (value == nullptr) {
-    throw Error(ErrorKind::kBadAnswer, "the answer holds no " + target.text());
+    throw Error(ErrorKind::kBadAnswer, "the answer has no " + target.text());
   }
   const std::string title = target.text() + " of " + session.board().text();
   return target.member != nullptr ? table_chart(*value, *target.member, title)
@@ -61,7 +61,7 @@ plot::Chart board_chart(Session& session, const std::string& what) {
 plot::Chart cube_chart(const std::string& file) {
   if (file.empty()) {
     throw Error(ErrorKind::kInput,
-                "the board does not hand out its 3D table: fetch the file that it has written, for "
+                "the board does not send its 3D table: fetch the file that it has written, for "
                 "example with adb pull /data/lut_0.cube, then pqctl plot lut lut_0.cube");
   }
   const pqclient::Cube cube = pqclient::parse_cube(read_input(file));
@@ -94,7 +94,7 @@ void draw(const plot::Chart& chart, const Arguments& arguments) {
 }
 
 void plot_chart(Session& session, const Arguments& arguments) {
-  if (!arguments.output.empty()) format_of(arguments.output);  // before the board is asked
+  if (!arguments.output.empty()) format_of(arguments.output);  // refuse before the query
   const plot::Chart chart = arguments.what == "lut" ? cube_chart(arguments.cube_file)
                                                     : board_chart(session, arguments.what);
   if (arguments.output.empty()) {
@@ -114,8 +114,8 @@ void add_plot(const Grammar& grammar) {
        .group = kSee,
        .about = "Draw curves and tables, in the terminal or as a PNG or SVG file",
        .more =
-           R"(The dashed line is what would change nothing. In the terminal, the curves of a plot are told
-apart by colour; without colours each has a plot of its own.
+           R"(The dashed line marks the values that change nothing. In the terminal, colours tell the curves of
+a plot apart; without colours each curve has its own plot.
 
 Examples:
   pqctl plot gamma
@@ -129,7 +129,7 @@ Examples:
             {"WHAT", "gamma, dci, acm, one of their tables, a scene (ai/dci/SCENE), or lut"},
             arguments->what, Need::kRequired)
       .word("file", {"FILE", "With lut: the .cube file; - is standard input"}, arguments->cube_file)
-      .word("-o,--output", {"FILE", "File to draw, by its ending .png or .svg"}, arguments->output)
-      .number("--width", {"N", "Pixels of the file"}, arguments->width, {200, 10'000})
-      .number("--height", {"N", "Pixels of the file"}, arguments->height, {150, 10'000});
+      .word("-o,--output", {"FILE", "File to draw, .png or .svg"}, arguments->output)
+      .number("--width", {"N", "Width of the file in pixels"}, arguments->width, {200, 10'000})
+      .number("--height", {"N", "Height of the file in pixels"}, arguments->height, {150, 10'000});
 }

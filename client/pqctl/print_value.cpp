@@ -12,7 +12,7 @@ namespace {
 using pqclient::Member;
 using pqclient::Section;
 
-// For a table that the schema does not know: a newer board may have one.
+// For a table that is not in the schema: a newer board may have one.
 constexpr int kUsualColumns = 16;
 
 std::string bare(const cJSON& value) {
@@ -38,7 +38,7 @@ int columns_of(const Member* member) {
   return member != nullptr && member->columns > 0 ? member->columns : kUsualColumns;
 }
 
-// In the order of the answer, with all that it holds.
+// In the order of the answer, with all its members.
 void print_section(std::ostream& out, const cJSON& value, const Section& section) {
   std::size_t width = 0;
   for (const cJSON* item = value.child; item != nullptr; item = item->next) {
@@ -63,7 +63,7 @@ void print_scenes(std::ostream& out, const cJSON& scenes, const Section& section
     if (cJSON_IsObject(scene) != 0) {
       print_section(out, *scene, section);
     } else {
-      out << bare(*scene) << '\n';  // the board keeps this document as it is, whatever it holds
+      out << bare(*scene) << '\n';  // the board stores this document unchecked
     }
   }
 }

@@ -1,4 +1,4 @@
-// Values as a person reads them.
+// Values for a person to read.
 #ifndef PQCTL_PRINT_VALUE_H_
 #define PQCTL_PRINT_VALUE_H_
 
@@ -11,7 +11,7 @@
 // The scenes of an AIPQ section (an array of objects): each as a section, under its number.
 // A table (an array): rows that begin with the index of their first entry.
 // A single value: bare, a text without quotes.
-// target: what the value is.
+// target: the place of the value.
 void print_value(std::ostream& out, const cJSON& value, const pqclient::Target& target);
 
 #endif  // PQCTL_PRINT_VALUE_H_

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr int kBarColumns = 28;
-constexpr const char* kStartOfLine = "\r\x1b[K";  // and nothing on it
+constexpr const char* kStartOfLine = "\r\x1b[K";  // and clears the line
 
 }  // namespace
 

@@ -1,5 +1,5 @@
-// A line on the terminal that says how far something is. Nothing at all in a pipe, with --quiet, or
-// where standard error is a file.
+// A progress line on the terminal. Prints nothing with --quiet, or if standard error is a pipe or a
+// file.
 #ifndef PQCTL_PROGRESS_H_
 #define PQCTL_PROGRESS_H_
 
@@ -14,10 +14,10 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // part: 0 to 1. text: a few words behind the bar.
+  // part: 0 to 1. text: a few words after the bar.
   void show(double part, std::string_view text);
 
-  // Takes the line away, for other words to stand there.
+  // Removes the line, so that other text can take its place.
   void clear();
 
  private:

@@ -29,9 +29,9 @@ std::string stored_text(const ChangedValue& value, const Palette& palette) {
 std::string stored_text(ChangedValues entries, const Palette& palette) {
   if (!is_read_back(entries.front())) return "not read back";
   const auto wrong = std::ranges::count_if(entries, is_wrong);
-  if (wrong == 0) return palette.green("stored so");
+  if (wrong == 0) return palette.green("stored as asked");
   const ChangedValue& first = *std::ranges::find_if(entries, is_wrong);
-  return palette.red(std::to_string(wrong) + " of them stored otherwise, first " + first.path);
+  return palette.red(std::to_string(wrong) + " of them stored differently, first " + first.path);
 }
 
 void print_line(std::ostream& out, ChangedValues line, const Palette& palette) {
@@ -74,7 +74,7 @@ void ChangeReport::add(const pqclient::Target& place, const cJSON* before, const
               {}};
   const cJSON* compared = write.stored ? write.stored.get() : write.asked.get();
   write.values = compare_change(place, write.before.get(), write.asked.get(), compared);
-  if (write.values.empty() && write.asked->child == nullptr) {  // a single value that was so before
+  if (write.values.empty() && write.asked->child == nullptr) {  // a single, unchanged value
     write.values.push_back({.path = place.text(),
                             .table = "",
                             .index = 0,

@@ -1,4 +1,4 @@
-// What changes came to: old, new and stored value of everything that was touched.
+// The result of changes: old, new and stored value of everything that was written.
 #ifndef PQCTL_REPORT_CHANGE_H_
 #define PQCTL_REPORT_CHANGE_H_
 
@@ -12,19 +12,19 @@
 
 class ChangeReport {
  public:
-  // before, asked, stored: what is at `place`; stored is null when it was not read back.
-  // is_silent: worth no line as long as nothing differs.
+  // before, asked, stored: the values at `place`; stored is null if it was not read back.
+  // is_silent: prints no line unless something differs.
   void add(const pqclient::Target& place, const cJSON* before, const cJSON& asked,
            const cJSON* stored, bool is_silent);
 
-  // For a person: "csc/cscHue: was 256, now 300, stored 300", the entries of a table together.
-  // That it is stored does not say that it can be seen: the board only logs what a display refuses.
+  // For a person: "csc/cscHue: was 256, now 300, stored 300", the entries of a table together. A
+  // stored value is not always visible: the board only logs values that a display refuses.
   void print(std::ostream& out, const Palette& palette) const;
 
   // An array of {"path", "was", "now", "stored"}, complete; without "stored" if not read back.
   void print_json(std::ostream& out) const;
 
-  // Throws Error kMismatch that names the first value which is stored otherwise than asked.
+  // Throws Error kMismatch with the first value that was not stored as asked.
   void throw_unless_stored() const;
 
  private:
@@ -32,8 +32,8 @@ class ChangeReport {
     pqclient::JsonPtr before;
     pqclient::JsonPtr asked;
     pqclient::JsonPtr stored;
-    std::string place;                           // empty: silent when nothing differs
-    std::vector<pqclient::ChangedValue> values;  // point into the three
+    std::string place;                           // empty: print nothing unless something differs
+    std::vector<pqclient::ChangedValue> values;  // point into the three trees
   };
 
   [[nodiscard]] std::vector<const pqclient::ChangedValue*> wrong_values() const;

@@ -30,27 +30,26 @@ struct Arguments {
 
 [[noreturn]] void refuse_shape(const Target& place) {
   throw Error(ErrorKind::kInput,
-              "the backup's " + place.text() + " has another shape than the board's, nothing sent");
+              "the backup's " + place.text() + " has another form than the board's, nothing sent");
 }
 
-// The backup's values for the names that the board has, in the backup's order, and the board's own
-// for names that the backup lacks: it may come from an older or newer version.
+// The backup's values for members that the board has, in the backup's order, and the board's own
+// for members missing from the backup, which may come from an older or newer version.
 JsonPtr merged(const Target& place, const cJSON& board, const cJSON& kept, Session& session) {
   if (cJSON_IsObject(&kept) == 0) refuse_shape(place);
-  if (cJSON_IsObject(&board) == 0) return pqclient::copy_json(kept);  // a scene that got lost
+  if (cJSON_IsObject(&board) == 0) return pqclient::copy_json(kept);  // the board lost this scene
   JsonPtr section(cJSON_CreateObject());
   for (const cJSON* item = kept.child; item != nullptr; item = item->next) {
     if (pqclient::last_member(board, item->string) != nullptr) {
       pqclient::add_member(*section, item->string, pqclient::copy_json(*item));
     } else {
-      session.note("the board has no " + place.text() + "/" + item->string +
-                   ", which is passed over");
+      session.note("the board has no " + place.text() + "/" + item->string + ", which is skipped");
     }
   }
   for (const cJSON* item = board.child; item != nullptr; item = item->next) {
     if (pqclient::last_member(kept, item->string) != nullptr) continue;
     session.note("the backup has no " + place.text() + "/" + item->string +
-                 ", which stays as it is");
+                 ", which is left unchanged");
     pqclient::add_member(*section, item->string, pqclient::copy_json(*item));
   }
   return section;
@@ -73,7 +72,7 @@ JsonPtr merged_section(const Target& section, const cJSON& board, const cJSON& k
   return scenes;
 }
 
-// "csc,gamma", "ai/dci", also "csc/cscHue"; all sections when there is none.
+// "csc,gamma", "ai/dci", also "csc/cscHue"; all sections if none is given.
 std::vector<Target> wanted_places(const Arguments& arguments) {
   std::vector<Target> places;
   for (const std::string& place : arguments.only)
@@ -89,7 +88,7 @@ bool is_in(const Target& place, const Target& section) {
   return place.document == section.document && place.section == section.section;
 }
 
-// Nothing when no place is wanted in this section, or the backup does not have it.
+// Empty if no place in this section is wanted, or the backup does not have the section.
 std::optional<PlannedWrite> plan_section(Session& session, const Target& section,
                                          const std::vector<Target>& places, const Backup& backup) {
   const cJSON* kept = backup.documents.find(section);
@@ -104,19 +103,19 @@ std::optional<PlannedWrite> plan_section(Session& session, const Target& section
     const cJSON* value = place.find_in(*all);
     if (value != nullptr) place.replace_in(asked, pqclient::copy_json(*value));
   }
-  // What a board had stored, a board can store, however odd it is.
+  // An intact backup is not checked: a board had stored these values, however odd they are.
   if (!backup.is_as_written) check_section(section, *asked, *before);
   auto write = plan_difference(section, pqclient::copy_json(*before), pqclient::copy_json(*asked));
-  // Also when nothing differs: a restore that was interrupted may have written gamma, and its
-  // tables show without gains until csc is written.
+  // Written even if nothing differs: an interrupted restore may have written gamma, and its tables
+  // show without gains until csc is written.
   if (!write && section.document == Document::kPq && section.section->name == "csc") {
     return PlannedWrite{section, std::move(before), std::move(asked), true};
   }
   return write;
 }
 
-// The board moves a section of AI scenes that is replaced behind the other one. Replacing both
-// leaves them in their order; so a document that differs anywhere ends as it was.
+// Replacing one section of AI scenes moves it after the other one in the board's document.
+// Replacing both keeps their order. So if either differs, both are written.
 void write_scenes_whole(Session& session, std::vector<PlannedWrite>& writes) {
   const auto is_of_scenes = [](const PlannedWrite& write) {
     return write.place.document == Document::kAipq;
@@ -138,21 +137,22 @@ void write_scenes_whole(Session& session, std::vector<PlannedWrite>& writes) {
 
 void check_checksum(const Backup& backup, const Arguments& arguments) {
   if (arguments.is_forced || !backup.is_damaged()) return;
-  throw Error(ErrorKind::kInput, arguments.file +
-                                     " has been changed since it was written, or is damaged: its "
-                                     "checksum does not fit. --force takes it all the same");
+  throw Error(ErrorKind::kInput,
+              arguments.file +
+                  " was changed after it was written, or is damaged: its checksum "
+                  "does not match. --force uses it anyway");
 }
 
-// Once the board has answered.
+// Must be called after the board has answered.
 void check_platform(Session& session, const Backup& backup, const Arguments& arguments) {
   if (arguments.is_forced) return;
   const auto platform = session.client().platform();
   if (backup.platform && platform && *backup.platform != *platform) {
-    throw Error(ErrorKind::kInput, arguments.file + " is of a board of platform " +
+    throw Error(ErrorKind::kInput, arguments.file + " is from a board of platform " +
                                        std::to_string(*backup.platform) + ", this one has " +
                                        std::to_string(*platform) +
                                        ", nothing sent. --force "
-                                       "restores it all the same");
+                                       "restores it anyway");
   }
 }
 
@@ -170,11 +170,11 @@ void restore(Session& session, const Arguments& arguments) {
   if (arguments.only.empty()) write_scenes_whole(session, writes);
   check_platform(session, backup, arguments);
   if (!backup.time.empty()) {
-    session.note("restoring what board " + backup.board + " had on " + local_text(backup.time));
+    session.note("restoring the state of board " + backup.board + " of " + local_text(backup.time));
   }
   write_all(session, std::move(writes),
             {.is_dry_run = arguments.is_dry_run,
-             .remedy = ". The same command again goes on, pqctl undo takes it back"});
+             .remedy = ". Run the same command again to continue, or pqctl undo to take it back"});
 }
 
 }  // namespace
@@ -188,10 +188,10 @@ void add_restore(const Grammar& grammar) {
            .group = kKeep,
            .about = "Write a backup back to the board",
            .more =
-               R"(Sends what differs, a section at a time: gamma, dci, acm, sharp and then always csc, because
-gamma tables get their gains only with it; the AI scenes after that. When it is interrupted it says
-how far it came; the same command again goes on from there.
-Takes also the documents as they are on the board: pq_config.json, aipq_config.json.
+               R"(Sends the differences, a section at a time: gamma, dci, acm, sharp and then always csc, because
+only a write to csc applies the gains to the gamma tables; the AI scenes come last. If it is
+interrupted it says how far it came; run the same command again to continue.
+Also accepts documents as they are on the board: pq_config.json, aipq_config.json.
 
 Examples:
   pqctl restore before-tuning.json --dry-run
@@ -203,6 +203,5 @@ Examples:
       .word("file", {"FILE", "A backup; - is standard input"}, arguments->file, Need::kRequired)
       .list("--only", {"PLACE,...", "Only these sections, members or scenes"}, arguments->only)
       .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run)
-      .flag("--force", "Also when the checksum does not fit, or the platform is another one",
-            arguments->is_forced);
+      .flag("--force", "Ignore a wrong checksum, or another platform", arguments->is_forced);
 }

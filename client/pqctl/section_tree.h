@@ -1,4 +1,4 @@
-// Sections of both documents in one tree, as patches and backups see them:
+// Sections of both documents in one tree, the form of patches and backups:
 //
 //   {"csc": {...}, "dci": {...}, ..., "ai": {"dci": [...], "acm": [...]}}
 #ifndef PQCTL_SECTION_TREE_H_
@@ -15,7 +15,7 @@ class SectionTree {
   // The tree must be an object.
   explicit SectionTree(pqclient::JsonPtr tree) : tree_(std::move(tree)) {}
 
-  // Null when it is not there.
+  // Null if it is not there.
   [[nodiscard]] const cJSON* find(const pqclient::Target& section) const;
 
   void add(const pqclient::Target& section, pqclient::JsonPtr value);

@@ -11,7 +11,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// One time in place of all, except the pause that the board itself needs.
+// One time-out replaces all of them, but not the pause that the board needs.
 pqclient::Timing timing_of(std::optional<double> seconds) {
   pqclient::Timing timing;
   if (seconds) {
@@ -42,7 +42,7 @@ void Session::require_writable() {
   throw pqclient::Error(pqclient::ErrorKind::kInput,
                         "board " + board().text() +
                             " is read-only, nothing sent: to change it, "
-                            "take read-only = true out of " +
+                            "remove read-only = true from " +
                             read_configuration().file);
 }
 
@@ -54,7 +54,7 @@ pqclient::JsonPtr Session::read_section(const pqclient::Target& section) {
                                                    : cJSON_IsArray(answer.value) != 0);
   if (!is_as_expected) {
     throw pqclient::Error(pqclient::ErrorKind::kBadAnswer,
-                          "the answer holds no " + std::string(section.section->name));
+                          "the answer has no " + std::string(section.section->name));
   }
   return pqclient::copy_json(*answer.value);
 }

@@ -1,5 +1,5 @@
-// What a command works with: the options, the board that they choose, and where its words go.
-// What was asked for goes to standard output, everything else to standard error.
+// The context of a command: its options, the board that they choose, and its output. Results go to
+// standard output, everything else to standard error.
 #ifndef PQCTL_SESSION_H_
 #define PQCTL_SESSION_H_
 
@@ -16,7 +16,7 @@
 
 class Session {
  public:
-  // command: what the user has typed, without the program's name.
+  // command: the command line without the program's name.
   explicit Session(Options options, std::string command)
       : options_(std::move(options)), command_(std::move(command)) {}
 
@@ -24,30 +24,30 @@ class Session {
 
   [[nodiscard]] const std::string& command() const { return command_; }
 
-  // Reads the list of boards at first need. Throws Error kInput or kFile.
+  // Reads the list of boards on the first call. Throws Error kInput or kFile.
   const Board& board();
 
-  // To that board; connects at first need.
+  // The client of that board; connects on the first request.
   pqclient::TuningClient& client();
 
-  // Throws Error kInput when the list of boards says that nothing may be changed on this one. To be
-  // called before anything is sent that changes what the board stores or shows.
+  // Throws Error kInput if the list of boards marks this one as read-only. Must be called before
+  // sending anything that changes what the board stores or shows.
   void require_writable();
 
-  // A section as the board has it. Throws Error kBadAnswer when it has none.
+  // Queries a section. Throws Error kBadAnswer if the board does not have it.
   pqclient::JsonPtr read_section(const pqclient::Target& section);
 
-  // How pqctl ends if nothing else goes wrong.
+  // Sets the exit status for the case that nothing else goes wrong.
   void end_with(ExitStatus status) { status_ = status; }
   [[nodiscard]] ExitStatus status() const { return status_; }
 
-  // One line to standard error, unless the user wants quiet: "note: " and the text.
+  // Prints "note: " and the text as one line on standard error, unless --quiet is given.
   void note(std::string_view text) const;
 
-  // Progress bars and prompts make sense: standard error is a terminal, and nobody asked for quiet.
+  // True if progress bars and prompts make sense: standard error is a terminal, without --quiet.
   [[nodiscard]] bool is_interactive() const;
 
-  // For what goes to standard output and to standard error.
+  // The palettes of standard output and standard error.
   [[nodiscard]] Palette palette() const;
   [[nodiscard]] Palette error_palette() const;
 

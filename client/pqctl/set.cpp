@@ -30,10 +30,10 @@ void add_set(const Grammar& grammar) {
       add_command(grammar,
                   {.name = "set",
                    .group = kChange,
-                   .about = "Change values, read them back, and show what was and what is stored",
+                   .about = "Change values, read them back, and show old, new and stored value",
                    .more = kAssignmentHelp},
                   [arguments](Session& session) { set(session, *arguments); }))
       .words("assignment", kAssignmentShown, arguments->words)
-      .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run)
+      .flag("-n,--dry-run", "Print the operations, send nothing", arguments->is_dry_run)
       .flag("--no-verify", "Do not read back", arguments->skips_reading_back);
 }

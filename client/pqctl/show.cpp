@@ -1,4 +1,4 @@
-// One page about a board: what is on, how strong, and what the curves look like.
+// One page about a board: its switches, its gains, and its curves.
 #include <algorithm>
 #include <array>
 #include <iomanip>
@@ -21,11 +21,11 @@ using pqclient::Target;
 constexpr std::array<std::string_view, 5> kSections = {"csc", "gamma", "dci", "acm", "sharp"};
 constexpr int kSparkColumns = 32;
 
-// All that is shown, read before anything is printed: a page is whole or not there.
+// All values are read before anything is printed, so a page is complete or absent.
 struct Page {
   int platform = 0;
   std::vector<std::pair<std::string, JsonPtr>> sections;  // in the order of kSections
-  JsonPtr scenes_dci;                                     // null when the board has no AI document
+  JsonPtr scenes_dci;                                     // null if the board has no AI document
   JsonPtr scenes_acm;
 
   [[nodiscard]] const cJSON& section(std::string_view name) const {
@@ -53,8 +53,7 @@ Page read_page(Session& session) {
 }
 
 std::string platform_text(int number) {
-  constexpr std::array kNames = {"qxt100, or one that the server does not know", "qxt200",
-                                 "qxt300"};
+  constexpr std::array kNames = {"qxt100, or unknown to the server", "qxt200", "qxt300"};
   const bool is_known = number >= 0 && static_cast<std::size_t>(number) < kNames.size();
   return std::to_string(number) +
          (is_known ? " (" + std::string(kNames.at(static_cast<std::size_t>(number))) + ")" : "");
@@ -83,7 +82,7 @@ class Printer {
                          : palette_.yellow(text);
   }
 
-  // The table in small, with its ends as numbers.
+  // The table as a sparkline, with its first and last number.
   [[nodiscard]] std::string curve(const cJSON& section, const std::string& member, double low,
                                   double high) const {
     const cJSON* table = pqclient::last_member(section, member);
@@ -168,7 +167,7 @@ std::string scene_text(const Printer& printer, const Page& page, std::size_t sce
   return text;
 }
 
-// The twelve are six of nature's and the same six of words: side by side.
+// Six scenes of nature, and the same six of words, side by side.
 void print_scenes(const Printer& printer, const Page& page) {
   printer.heading("AI scenes");
   constexpr std::size_t kHalf = pqclient::kScenes.size() / 2;
@@ -219,7 +218,7 @@ void add_show(const Grammar& grammar) {
               {.name = "show",
                .group = kSee,
                .about = "Sum up a board on one page: platform, mode, switches, gains, curves",
-               .more = R"(With --json: all that the board has stored, as one object.
+               .more = R"(With --json: everything that the board has stored, as one object.
 
 Examples:
   pqctl show

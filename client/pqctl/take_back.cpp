@@ -10,7 +10,7 @@ namespace {
 using pqclient::JsonPtr;
 
 // `current` with the values of `before` wherever `before` and `after` differ. Counts the values
-// that were neither.
+// that equal neither.
 JsonPtr taken_back(const cJSON& before, const cJSON& after, const cJSON* current, int& changed) {
   if (current != nullptr && cJSON_Compare(&before, &after, 1) != 0) {
     return pqclient::copy_json(*current);
@@ -58,9 +58,10 @@ std::vector<PlannedWrite> plan_take_back(Session& session, const HistoryEntry& e
   }
   if (changed > 0) {
     session.note(std::to_string(changed) +
-                 " of the values have been changed since by something "
-                 "else; they get what they had before change " +
-                 std::to_string(entry.number));
+                 (changed == 1 ? " value was changed by something else since change "
+                               : " values were changed by something else since change ") +
+                 std::to_string(entry.number) +
+                 (changed == 1 ? "; it is reset, too" : "; they are reset, too"));
   }
   return writes;
 }

@@ -1,12 +1,12 @@
-// Taking back what the history knows.
+// Undoing changes of the history.
 #ifndef PQCTL_TAKE_BACK_H_
 #define PQCTL_TAKE_BACK_H_
 
 #include "history.h"
 #include "write_plan.h"
 
-// Gives every value that the entry changed what it had before; values next to them stay as they are
-// by now. Says so when something has changed since.
+// Plans to restore every value that the entry changed; neighbouring values keep their current
+// state. Notes values that were changed since.
 std::vector<PlannedWrite> plan_take_back(Session& session, const HistoryEntry& entry);
 
 #endif  // PQCTL_TAKE_BACK_H_

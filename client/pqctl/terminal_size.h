@@ -1,4 +1,4 @@
-// How much room there is for text.
+// The terminal's size in characters.
 #ifndef PQCTL_TERMINAL_SIZE_H_
 #define PQCTL_TERMINAL_SIZE_H_
 
@@ -7,7 +7,7 @@
 
 #include "plot/terminal.h"
 
-// That of the terminal at standard output, and what is usual when there is none.
+// The size of the terminal at standard output, or the usual size if there is none.
 inline plot::TerminalSize terminal_size() {
   winsize size{};
   if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return {};

@@ -40,14 +40,14 @@ std::string joined(const std::vector<std::string>& words) {
 [[noreturn]] void refuse(const std::vector<std::string>& words) {
   throw Error(
       ErrorKind::kInput,
-      (words.empty() ? "there is no colour" : "\"" + joined(words) + "\" is no colour") +
+      (words.empty() ? "a colour is needed" : "\"" + joined(words) + "\" is not a colour") +
           std::string(
               ": write black, white, grey, red, green, blue, cyan, magenta or "
-              "yellow, with a percentage or without (grey 50%), #rrggbb, or three numbers of 0 "
+              "yellow, with or without a percentage (grey 50%), #rrggbb, or three numbers, 0 "
               "to 255"));
 }
 
-// A whole number of the base in 0 to 255.
+// A whole number in the given base, 0 to 255.
 std::optional<std::uint8_t> code_in(std::string_view text, int base = 10) {
   int code = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), code, base);
@@ -93,7 +93,7 @@ std::optional<TestColour> coded_colour(const std::vector<std::string>& words) {
   return TestColour{joined(words), *codes[0], *codes[1], *codes[2]};
 }
 
-// A colour may begin with the same sign as a comment.
+// The # of a colour must not be taken for a comment.
 std::string_view without_comment(std::string_view line) {
   for (std::size_t at = line.find('#'); at != std::string_view::npos; at = line.find('#', at + 1)) {
     if (at + 1 == line.size() || line[at + 1] == ' ') return line.substr(0, at);
@@ -114,9 +114,9 @@ std::vector<std::string> words_in(std::string_view line) {
 // "3s"
 std::optional<std::chrono::milliseconds> time_in(std::string_view word) {
   if (!word.ends_with('s')) return std::nullopt;
-  constexpr double kMostSeconds = 86'400;
+  constexpr double kMaxSeconds = 86'400;
   const auto seconds = pqclient::decimal_in(word.substr(0, word.size() - 1));
-  if (!seconds || *seconds < 0 || *seconds > kMostSeconds) return std::nullopt;
+  if (!seconds || *seconds < 0 || *seconds > kMaxSeconds) return std::nullopt;
   return std::chrono::milliseconds(std::lround(*seconds * 1000));
 }
 
@@ -143,7 +143,7 @@ std::vector<PatternStep> parse_sequence(std::string_view text) {
                   "line " + std::to_string(line) + " of the sequence: " + error.what());
     }
   }
-  if (steps.empty()) throw Error(ErrorKind::kInput, "the sequence has no step");
+  if (steps.empty()) throw Error(ErrorKind::kInput, "the sequence has no steps");
   return steps;
 }
 

@@ -17,17 +17,17 @@ struct TestColour {
   std::uint8_t blue = 0;
 };
 
-// "red", "grey 50%", "#ff8000", "255 128 0". A percentage is one of the code: 50% of white is 128.
-// Throws Error kInput that says what can be written.
+// "red", "grey 50%", "#ff8000", "255 128 0". A percentage refers to the code: 50% of white is 128.
+// Throws Error kInput with the valid forms.
 TestColour parse_colour(const std::vector<std::string>& words);
 
 struct PatternStep {
   TestColour colour;
-  std::optional<std::chrono::milliseconds> time;  // how long it stays; none: as for the others
+  std::optional<std::chrono::milliseconds> time;  // its duration; none: the same as for the others
 };
 
-// A line for each step: a colour, and maybe how long it stays: "grey 50% 3s". A # with a blank
-// behind it starts a comment. Throws Error kInput that names the line.
+// One line per step: a colour, and optionally its duration: "grey 50% 3s". A # followed by a blank
+// starts a comment. Throws Error kInput with the line number.
 std::vector<PatternStep> parse_sequence(std::string_view text);
 
 // Black to white in steps of a tenth, then the primaries and their mixtures.

@@ -5,7 +5,7 @@
 
 namespace {
 
-using Text = std::array<char, sizeof "2026-11-21T07:30:00Z" + 8>;  // and years of more digits
+using Text = std::array<char, sizeof "2026-11-21T07:30:00Z" + 8>;  // room for longer years
 
 }  // namespace
 

@@ -24,7 +24,7 @@ struct Arguments {
   std::optional<double> seconds;
 };
 
-// The same places, from what was asked back to what was there.
+// The same places, with old and new values exchanged.
 std::vector<PlannedWrite> reversed(const std::vector<PlannedWrite>& writes) {
   std::vector<PlannedWrite> back;
   back.reserve(writes.size());
@@ -59,7 +59,7 @@ void take_back(Session& session, Trial& trial) {
   } catch (const pqclient::Error& error) {
     throw pqclient::Error(
         error.kind(),
-        std::string("taking it back failed: ") + error.what() +
+        std::string("the values could not be restored: ") + error.what() +
             (trial.number ? ". Once the board answers: pqctl undo " + std::to_string(*trial.number)
                           : ""));
   }
@@ -71,12 +71,13 @@ void try_out(Session& session, const Arguments& arguments) {
   if (arguments.seconds) {
     time = std::chrono::ceil<milliseconds>(std::chrono::duration<double>(*arguments.seconds));
   } else if (isatty(STDIN_FILENO) == 0) {
-    throw pqclient::Error(pqclient::ErrorKind::kInput,
-                          "without a keyboard nothing would ever end this: give --for SECONDS");
+    throw pqclient::Error(
+        pqclient::ErrorKind::kInput,
+        "standard input is not a terminal, so no key can be pressed: add --for SECONDS");
   }
   const auto assignments = parse_assignments(arguments.words);
   session.require_writable();
-  InterruptGuard guard;  // from here to the end, whatever happens is taken back
+  InterruptGuard guard;  // from here on, every exit takes the change back
   auto writes = plan_assignments(session, assignments);
   Trial trial{.back = reversed(writes), .number = {}};
   Decision decision = Decision::kTakeBack;
@@ -96,21 +97,20 @@ void try_out(Session& session, const Arguments& arguments) {
 void add_try(const Grammar& grammar) {
   const auto arguments = std::make_shared<Arguments>();
   CommandSyntax(
-      add_command(
-          grammar,
-          {.name = "try",
-           .group = kChange,
-           .about = "Show a change for a while, then take it back",
-           .more =
-               R"(Waits for a key or the time, then writes back what was there before; on Ctrl-C, too.
+      add_command(grammar,
+                  {.name = "try",
+                   .group = kChange,
+                   .about = "Show a change for a while, then take it back",
+                   .more =
+                       R"(Waits for a key or the time, then restores the old values; also on Ctrl-C.
 PLACE and VALUE are as for pqctl set.
 
 Examples:
   pqctl try csc/cscBrightness 300
   pqctl try --for 5 csc/cscRGain +20 csc/cscBGain -20
 )"},
-          [arguments](Session& session) { try_out(session, *arguments); }))
+                  [arguments](Session& session) { try_out(session, *arguments); }))
       .words("assignment", kAssignmentShown, arguments->words)
-      .number("--for", {"SECONDS", "How long, instead of until a key is pressed"},
+      .number("--for", {"SECONDS", "Duration, instead of until a key is pressed"},
               arguments->seconds, kSecondsOfADay);
 }

@@ -20,10 +20,11 @@ struct Arguments {
 HistoryEntry chosen_entry(Session& session, std::optional<int> number) {
   const History history(session.board());
   if (const auto file = history.unreadable_newest(); !number && !file.empty()) {
-    throw pqclient::Error(pqclient::ErrorKind::kFile,
-                          "cannot read the last change, " + file.string() +
-                              ": damaged, or of another version of pqctl. For one before it: pqctl "
-                              "undo NUMBER, see pqctl history");
+    throw pqclient::Error(
+        pqclient::ErrorKind::kFile,
+        "cannot read the last change, " + file.string() +
+            ": it is damaged, or of another version of pqctl. For an earlier one: pqctl "
+            "undo NUMBER, see pqctl history");
   }
   std::vector<HistoryEntry> entries = history.entries();
   const auto is_chosen = [number](const HistoryEntry& entry) {
@@ -36,7 +37,7 @@ HistoryEntry chosen_entry(Session& session, std::optional<int> number) {
       pqclient::ErrorKind::kInput,
       (number ? "the history of board " + board + " has no change " + std::to_string(*number)
               : "there is nothing to undo: no change of board " + board +
-                    " was made from here, or all are undone") +
+                    " was made from this machine, or all are undone") +
           ". See pqctl history");
 }
 
@@ -48,7 +49,7 @@ void undo(Session& session, const Arguments& arguments) {
   write_all(session, plan_take_back(session, entry),
             {.is_dry_run = arguments.is_dry_run,
              .filing = Filing::kAsUndo,
-             .remedy = ". The same command again goes on"});
+             .remedy = ". Run the same command again to continue"});
   if (!arguments.is_dry_run) History(session.board()).mark_undone(entry.number);
 }
 
@@ -63,15 +64,15 @@ void add_undo(const Grammar& grammar) {
            .group = kKeep,
            .about = "Take back the last change made from this machine",
            .more =
-               R"(Only the values that the change had touched get back what they were; again, and the change
-before that one is taken back. With a number from pqctl history, that change; the number of an undo
-makes the change again.
+               R"(Restores only the values that the change touched. Run it again to undo the change before that
+one. With a number from pqctl history, undoes that change; the number of an undo repeats the
+original change.
 
 Examples:
   pqctl undo
   pqctl undo 17
 )"},
           [arguments](Session& session) { undo(session, *arguments); }))
-      .word("number", {"NUMBER", "Which change, see pqctl history"}, arguments->number)
-      .flag("-n,--dry-run", "Print what would be sent, send nothing", arguments->is_dry_run);
+      .word("number", {"NUMBER", "Number of the change, see pqctl history"}, arguments->number)
+      .flag("-n,--dry-run", "Print the operations, send nothing", arguments->is_dry_run);
 }

@@ -5,7 +5,7 @@
 
 namespace {
 
-// Relative paths in these variables are to be ignored.
+// Relative paths in these variables must be ignored.
 std::filesystem::path absolute_path_in(const char* variable) {
   const char* value = std::getenv(variable);
   return value != nullptr && *value == '/' ? value : std::filesystem::path();

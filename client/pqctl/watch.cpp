@@ -28,7 +28,7 @@ struct Arguments {
 
 struct Watched {
   Target target;
-  JsonPtr last;  // the value at the place; null before the first look and when it is not there
+  JsonPtr last;  // the value at the place; null before the first query and if there is none
 };
 
 std::string clock_text() {
@@ -76,7 +76,7 @@ void look_again(Session& session, Watched& watched) {
   watched.last = std::move(now);
 }
 
-// A server that is started anew, or a cable that is pulled: it is worth waiting for.
+// True for failures that may pass, such as a server restart or a pulled cable.
 bool is_passing(const pqclient::Error& error) {
   using pqclient::ErrorKind;
   return error.kind() == ErrorKind::kConnect || error.kind() == ErrorKind::kTimeout ||
@@ -89,7 +89,7 @@ void watch(Session& session, const Arguments& arguments) {
     all.push_back({pqclient::parse_target(place), nullptr});
   for (Watched& watched : all)
     watched.last = look_at(session, watched.target);
-  session.note("watching, Ctrl-C ends");
+  session.note("watching, Ctrl-C to stop");
 
   const std::chrono::milliseconds interval(static_cast<int>(arguments.interval_seconds * 1000));
   InterruptGuard guard;
@@ -102,10 +102,10 @@ void watch(Session& session, const Arguments& arguments) {
       is_away = false;
     } catch (const pqclient::Error& error) {
       if (!is_passing(error)) throw;
-      if (!is_away) session.note(std::string("trying on: ") + error.what());
+      if (!is_away) session.note(std::string("still trying: ") + error.what());
       is_away = true;
     }
-    if (!std::cout.flush()) return;  // nobody reads on
+    if (!std::cout.flush()) return;  // the reader has gone
   }
 }
 
@@ -117,10 +117,10 @@ void add_watch(const Grammar& grammar) {
       grammar,
       {.name = "watch",
        .group = kSee,
-       .about = "Print what changes, for as long as it runs",
+       .about = "Print changes as they happen",
        .more =
-           R"(Sees what anybody changes, within the interval. Ends with status 0 on Ctrl-C, waits for a board
-that goes away for a while. With --json each change is one line.
+           R"(Sees all changes, by any tool, within the interval. Ctrl-C ends it with status 0; it waits for a
+board that goes away for a while. With --json each change is one line.
 
 Examples:
   pqctl watch csc
@@ -128,6 +128,6 @@ Examples:
 )"},
       [arguments](Session& session) { watch(session, *arguments); }));
   command.words("places", {"PLACE...", "Sections or members"}, arguments->places)
-      .number("--interval", {"S", "Seconds between looks (2)"}, arguments->interval_seconds,
+      .number("--interval", {"S", "Seconds between queries (2)"}, arguments->interval_seconds,
               {0.1, 3600});
 }

@@ -34,8 +34,8 @@ bool writes_to(const std::vector<PlannedWrite>& writes, const Target& section) {
       writes, [&](const PlannedWrite& write) { return is_same_section(write.place, section); });
 }
 
-// The board loads new gamma tables without the gains of csc, and applies them with the next write
-// to csc. So csc is written once more as it is.
+// The board loads new gamma tables without the gains of csc, and applies the gains at the next
+// write to csc. So csc is written again, unchanged.
 void add_gains(Session& session, std::vector<PlannedWrite>& writes) {
   const Target csc = pqclient::parse_target("csc");
   if (!writes_to(writes, pqclient::parse_target("gamma")) || writes_to(writes, csc)) return;
@@ -79,7 +79,7 @@ std::optional<int> note_in_history(Session& session, const std::vector<PlannedWr
   try {
     return History(session.board()).add(std::move(entry));
   } catch (const Error& error) {
-    session.note(std::string(error.what()) + ", so that undo will not know this change");
+    session.note(std::string(error.what()) + ", so undo will not know this change");
     return std::nullopt;
   }
 }
@@ -96,7 +96,7 @@ void write_one(Session& session, const PlannedWrite& write, bool reads_back, Cha
   const cJSON* before = write.place.find_in(*write.before);
   const cJSON& asked = *write.place.find_in(*write.asked);
   if (!reads_back) {
-    session.client().write(write.place.document, *operation_of(write));
+    session.client().update(write.place.document, *operation_of(write));
     report.add(write.place, before, asked, nullptr, write.is_refresh);
     note_effects(session, write, *write.asked);
     return;
@@ -115,7 +115,7 @@ void print_report(const Session& session, const ChangeReport& report) {
   } else {
     report.print(std::cout, session.palette());
   }
-  std::cout.flush();  // somebody may be waiting for it while a trial goes on
+  std::cout.flush();  // a reader may wait for it while a trial is running
 }
 
 std::string names_of(std::span<const PlannedWrite> writes) {
@@ -125,13 +125,13 @@ std::string names_of(std::span<const PlannedWrite> writes) {
   return names;
 }
 
-// Of several sections, after the first `done`.
+// For several sections, of which the first `done` were written.
 void note_progress(const Session& session, const std::vector<PlannedWrite>& writes,
                    std::size_t done, const WriteOptions& options) {
   if (writes.size() < 2) return;
   const std::span all(writes);
   session.note("written: " + (done > 0 ? names_of(all.first(done)) : "nothing") +
-               "; not, or not for certain: " + names_of(all.subspan(done)) + options.remedy);
+               "; not, or not certainly: " + names_of(all.subspan(done)) + options.remedy);
 }
 
 void write_each(Session& session, const std::vector<PlannedWrite>& writes,
@@ -171,7 +171,7 @@ void write_all(Session& session, std::vector<PlannedWrite> writes, const WriteOp
     print_operations(session, writes);
     return;
   }
-  if (writes.empty()) session.note("the board has all that already, nothing sent");
+  if (writes.empty()) session.note("the board already has all these values, nothing sent");
   if (options.filing != Filing::kNot) {
     const auto number = note_in_history(session, writes, options.filing == Filing::kAsUndo);
     if (options.number != nullptr) *options.number = number;

@@ -73,7 +73,7 @@ TEST(Change, IsFollowedByAGap) {
   });
   TuningClient client(board.address(), {.gap = milliseconds(200)});
   const auto start = std::chrono::steady_clock::now();
-  client.write_pq(*replace_operation("/csc/cscHue", *parse_json("5")));
+  client.update_pq(*replace_operation("/csc/cscHue", *parse_json("5")));
   client.query_pq("/csc");
   EXPECT_GE(std::chrono::steady_clock::now() - start, milliseconds(200));
 }

@@ -60,7 +60,7 @@ std::string table_of(const char* number, int count) {
 
 // What an interrupted document has left would garble the next one.
 void empty_collection() {
-  receive(document(DocumentCommand::kWritePq, std::string(10'000, ' ')));
+  receive(document(DocumentCommand::kUpdatePq, std::string(10'000, ' ')));
   receive("stray");
 }
 
@@ -74,8 +74,8 @@ void put_dump() {
 
 std::vector<Subject> requests(const Stored& first) {
   const std::string many_values =
-      change(DocumentCommand::kWritePq, R"({"op":"replace","path":"/gamma/gammaTab_R","value":)" +
-                                            table_of("4095", 2000) + "}");
+      change(DocumentCommand::kUpdatePq, R"({"op":"replace","path":"/gamma/gammaTab_R","value":)" +
+                                             table_of("4095", 2000) + "}");
   const std::string operations =
       R"({"op":"test","path":"/gamma/gammaEnable","value":1},{"op":"add","path":"/x","value":{"y":[1]}},)"
       R"({"op":"copy","from":"/x","path":"/z"},{"op":"add","path":"/z/y/0","value":2},)"
@@ -92,34 +92,34 @@ std::vector<Subject> requests(const Stored& first) {
     };
     subject.run = [=] { return receive(packet); };
     subject.serves_afterwards = [] {
-      const bool answers = !receive(query(DocumentCommand::kReadPq, "/csc")).empty() &&
-                           !receive(query(DocumentCommand::kReadAipq, "/dci")).empty();
+      const bool answers = !receive(query(DocumentCommand::kQueryPq, "/csc")).empty() &&
+                           !receive(query(DocumentCommand::kQueryAipq, "/dci")).empty();
       return std::string(answers ? "" : "no answer to a query afterwards");
     };
     return subjects.emplace_back(std::move(subject));
   };
 
-  add("pq-query", query(DocumentCommand::kReadPq, "/csc"));
-  add("pq-query-tables", query(DocumentCommand::kReadPq, "/gamma"));
-  add("aipq-query", query(DocumentCommand::kReadAipq, "/dci"));
-  add("pq-change", change(DocumentCommand::kWritePq,
+  add("pq-query", query(DocumentCommand::kQueryPq, "/csc"));
+  add("pq-query-tables", query(DocumentCommand::kQueryPq, "/gamma"));
+  add("aipq-query", query(DocumentCommand::kQueryAipq, "/dci"));
+  add("pq-change", change(DocumentCommand::kUpdatePq,
                           R"({"op":"replace","path":"/csc/cscHue","value":9,"platform":1})"));
   add("pq-change-low-latency",
-      change(DocumentCommand::kWritePq,
+      change(DocumentCommand::kUpdatePq,
              R"({"op":"replace","path":"/csc/cscMode","value":"LOW_LATENCY_MODE"})"));
-  add("pq-change-gamma", change(DocumentCommand::kWritePq,
+  add("pq-change-gamma", change(DocumentCommand::kUpdatePq,
                                 R"({"op":"replace","path":"/gamma/gammaTab_R","value":[7,8,9]})"));
   add("pq-change-lut",
-      change(DocumentCommand::kWritePq, R"({"op":"replace","path":"/dci/dciEnable","value":0})"));
-  add("pq-operations", change(DocumentCommand::kWritePq, operations));
+      change(DocumentCommand::kUpdatePq, R"({"op":"replace","path":"/dci/dciEnable","value":0})"));
+  add("pq-operations", change(DocumentCommand::kUpdatePq, operations));
   Subject& large = add("pq-large-document", many_values, empty_collection);
   large.serves_afterwards = [serves = large.serves_afterwards] {
     empty_collection();
     return serves();
   };
   add("aipq-change",
-      change(DocumentCommand::kWriteAipq, R"({"op":"add","path":"/acm/0/lumGain","value":5})"));
-  add("aipq-operations", change(DocumentCommand::kWriteAipq, operations + R"(,{"path":"/acm"})"));
+      change(DocumentCommand::kUpdateAipq, R"({"op":"add","path":"/acm/0/lumGain","value":5})"));
+  add("aipq-operations", change(DocumentCommand::kUpdateAipq, operations + R"(,{"path":"/acm"})"));
   add("pattern", command(Command::kPattern, {0xFF, 0x80, 1}));
   const std::string enter = command(Command::kPatternMode, {pqclient::kFlagFirst});
   add("pattern-mode-enter", enter);

@@ -53,8 +53,8 @@ class DaemonTest : public board::BoardTest {
 
   // Sends one operation for the PQ or the AIPQ document and waits until the daemon is through with
   // it, redraw included.
-  static void change(const std::string& operation) { change(operation, kWritePq); }
-  static void change_aipq(const std::string& operation) { change(operation, kWriteAipq); }
+  static void change(const std::string& operation) { change(operation, kUpdatePq); }
+  static void change_aipq(const std::string& operation) { change(operation, kUpdateAipq); }
 
   // The daemon answers a well-formed query.
   static bool serves();
@@ -67,8 +67,8 @@ class DaemonTest : public board::BoardTest {
   static std::string header(uint32_t command, uint32_t data_length);
 
  private:
-  static constexpr uint32_t kWritePq = 0;
-  static constexpr uint32_t kWriteAipq = 2;
+  static constexpr uint32_t kUpdatePq = 0;
+  static constexpr uint32_t kUpdateAipq = 2;
   static void change(const std::string& operation, uint32_t command);
 };
 

@@ -56,7 +56,7 @@ TEST_F(Backup, BringsBothDocumentsBackAlsoAfterAnInterruption) {
   first_write.get();
   EXPECT_EQ(interrupted.status, 130);
   EXPECT_NE(interrupted.errors.find("written: gamma"), std::string::npos) << interrupted.errors;
-  EXPECT_NE(interrupted.errors.find("sharp, csc, ai/dci, ai/acm. The same command"),
+  EXPECT_NE(interrupted.errors.find("sharp, csc, ai/dci, ai/acm. Run the same command again"),
             std::string::npos);
   EXPECT_NE(stored(), before);
 

@@ -1,5 +1,5 @@
-// pqctl as a program, where docs/pqctl.md does not show it already: what it prints, what it leaves
-// on the board, and how it ends.
+// pqctl as a program, beyond the examples of docs/pqctl.md: its output, its effect on the board,
+// and its exit status.
 #include <chrono>
 #include <filesystem>
 #include <thread>
@@ -17,7 +17,7 @@ class Pqctl : public PqctlOnBoard {
   }
   static constexpr char kPattern[] = "/board/screen/pattern";
   std::string pattern_file() { return board().file(kPattern).string(); }
-  // A hurried daemon does not wait until the program that shows the pattern has come so far.
+  // With shortened waits the daemon may acknowledge before the pattern is on screen.
   std::string pattern() {
     for (int i = 0; i < 500 && !std::filesystem::exists(pattern_file()); ++i)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -47,7 +47,7 @@ TEST_F(Pqctl, SetTakesStepsAndNegativeNumbers) {
            std::pair{"acm/acmTableDeltaYbyH/1 -=5",
                      "acm/acmTableDeltaYbyH/1: was -5, now -10, stored -10\n"},
            std::pair{"dci/dciWeight_low +=7",
-                     "dci/dciWeight_low: 32 entries from 0 to 31, by +7, stored so\n"},
+                     "dci/dciWeight_low: 32 entries from 0 to 31, by +7, stored as asked\n"},
            std::pair{"acm/acmEnable off", "acm/acmEnable: was 1, now 0, stored 0\n"},
        }) {
     EXPECT_EQ(output_of(std::string("set ") + words), change);
@@ -129,7 +129,8 @@ TEST_F(Pqctl, UndoTakesBackOneChangeAfterTheOtherAndNothingElse) {
   const Outcome outcome = run("undo");
   EXPECT_EQ(outcome.output,
             "acm/lumGain: was 2, now 1010, stored 1010\ncsc/cscHue: was 5, now 252, stored 252\n");
-  EXPECT_NE(outcome.errors.find("1 of the values have been changed since"), std::string::npos);
+  EXPECT_NE(outcome.errors.find("1 value was changed by something else since change 1"),
+            std::string::npos);
   EXPECT_EQ(output_of("get csc/cscSaturation"), "9\n");
   EXPECT_EQ(run("undo").status, 1);
   output_of("undo 4");  // an undo can be undone
@@ -187,8 +188,8 @@ TEST_F(Pqctl, BoardComesFromItsOptionTheEnvironmentOrTheConfigurationFile) {
   EXPECT_EQ(run("--host host.invalid get csc").status, 2);
   unsetenv("PQCTL_HOST");
   for (const auto& [text, help] : {
-           std::pair{"host = 1\n", "in front of the first [BOARD]"},
-           std::pair{"[lab]\nhots = 1\n", "known are host, timeout and read-only"},
+           std::pair{"host = 1\n", "comes before the first [BOARD]"},
+           std::pair{"[lab]\nhots = 1\n", "use host, timeout or read-only"},
            std::pair{"[lab]\nhost = a:b\n", "port"},
            std::pair{"[lab]\nread-only = maybe\n", "true or false"},
            std::pair{"[lab]\ntimeout = -1\n", "give seconds"},

@@ -119,19 +119,19 @@ TEST_F(ProtocolDocument, ShowsPacketsThatTheBoardTakesAndSends) {
   start_with_documents();
   connect_to_board();
   const std::string query = R"([{"path":"/csc","toolversion":"1.0.0","platform":0}])";
-  send_document("query-pq", DocumentCommand::kReadPq, query);
+  send_document("query-pq", DocumentCommand::kQueryPq, query);
   shown("query-pq-reply", document_reply());
 
-  send_document("update-pq", DocumentCommand::kWritePq,
+  send_document("update-pq", DocumentCommand::kUpdatePq,
                 R"([{"op":"replace","path":"/csc/cscBrightness","value":330,)"
                 R"("toolversion":"1.0.0","platform":1}])");
   EXPECT_EQ(stored("/csc", "cscBrightness"), 330);
 
-  send_document("query-aipq", DocumentCommand::kReadAipq,
+  send_document("query-aipq", DocumentCommand::kQueryAipq,
                 R"([{"path":"/dci","toolversion":"1.0.0","platform":0}])");
   shown("query-aipq-reply-start", document_reply().substr(0, 96));
 
-  send_document("update-aipq", DocumentCommand::kWriteAipq,
+  send_document("update-aipq", DocumentCommand::kUpdateAipq,
                 R"([{"op":"replace","path":"/dci/4/dciEnable","value":0,)"
                 R"("toolversion":"1.0.0","platform":1}])");
   EXPECT_EQ(stored("/csc", "cscBrightness"), 330);

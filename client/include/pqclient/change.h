@@ -1,4 +1,4 @@
-// Changes that are verified: stored, read back, compared.
+// Verified changes: written, queried again, compared.
 #ifndef PQCLIENT_CHANGE_H_
 #define PQCLIENT_CHANGE_H_
 
@@ -10,21 +10,21 @@
 
 namespace pqclient {
 
-// The smallest place that holds all that differs between two states of a section: an entry, a
-// member, a scene, or the section itself; that also when nothing differs. One write to it changes
-// all of it. The order of members counts: the AIPQ document keeps it.
+// The smallest place that contains every difference between two states of a section: an entry, a
+// member, a scene, or the section itself (also if nothing differs). One write to it makes all the
+// changes. Member order counts, because the AIPQ document keeps it.
 Target narrowest_difference(const Target& section, const cJSON& before, const cJSON& asked);
 
-// Puts `value` (checked before, see check.h) in the place of `target` and reads the section back.
-// Where the value came to the board in several pieces and something else was stored, the leftovers
-// of an interrupted upload may be to blame: then clears the board's buffer and tries once more.
-// Whether it was stored in the end, the answer tells.
+// Replaces the value of `target` by `value` (checked before, see check.h) and queries the section.
+// If a different value was stored and the update did not fit into one piece, leftovers of an
+// interrupted upload may be the cause: then clears the board's buffer and tries once more. The
+// returned answer shows the value that is stored in the end.
 Answer store(TuningClient& client, const Target& target, const cJSON& value);
 
-// One single value, or one entry of a table. Null where there was none.
+// One single value, or one entry of a table. A value is null where there was none.
 struct ChangedValue {
   std::string path;   // "gamma/gammaTab_R/512"
-  std::string table;  // of an entry, that of its table: "gamma/gammaTab_R"; else empty
+  std::string table;  // for an entry, its table: "gamma/gammaTab_R"; otherwise empty
   int index = 0;      // in the table
   const cJSON* before;
   const cJSON* asked;
@@ -33,12 +33,12 @@ struct ChangedValue {
   [[nodiscard]] bool is_stored_as_asked() const;
 };
 
-// The single values at and below `place` that were to be changed, or that are not stored as asked.
-// What is returned points into the three trees; each of them may be null.
+// The single values at and below `place` that were to change, or that are not stored as asked.
+// The result points into the three trees; each of them may be null.
 std::vector<ChangedValue> compare_change(const Target& place, const cJSON* before,
                                          const cJSON* asked, const cJSON* stored);
 
-// The same of two states.
+// The same for two states.
 inline std::vector<ChangedValue> compare_states(const Target& place, const cJSON* before,
                                                 const cJSON* after) {
   return compare_change(place, before, after, after);

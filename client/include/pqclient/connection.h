@@ -1,7 +1,7 @@
-// A TCP connection on which nothing can hang: every operation ends by its deadline.
-// Bytes only; what they mean is the business of packets.h and tuning_client.h.
-// One thread at a time. Failures throw Error and leave the connection open, but what was sent or
-// received by then is unknown: to start afresh, open another one.
+// A TCP connection that cannot hang: every operation ends by its deadline.
+// It carries bytes only; packets.h and tuning_client.h give them meaning.
+// One thread at a time. Failures throw Error and leave the connection open, but the amount sent or
+// received is then unknown: open a new connection to start over.
 #ifndef PQCLIENT_CONNECTION_H_
 #define PQCLIENT_CONNECTION_H_
 
@@ -29,10 +29,10 @@ struct Address {
 };
 
 // "192.0.2.7", "192.0.2.7:5543", "board.example:5543", "2001:db8::7", "[2001:db8::7]:5543".
-// Throws Error kInput when there is no host or the port is none.
+// Throws Error kInput if there is no host or the port is invalid.
 Address parse_address(std::string_view text);
 
-// A point in time that remembers how far off it was, for the error text.
+// A point in time that remembers its original distance, for the error text.
 class Deadline {
  public:
   explicit Deadline(std::chrono::milliseconds budget)
@@ -49,8 +49,8 @@ class Deadline {
 
 class Connection {
  public:
-  // Tries the host's addresses in turn. Throws kConnect, also when the time is over.
-  // The look-up of a name is the resolver's and keeps to its own time-outs.
+  // Tries the host's addresses in turn. Throws kConnect, also after the deadline.
+  // Name resolution uses the resolver's own time-outs.
   Connection(const Address& address, Deadline deadline);
   Connection(Connection&& other) noexcept
       : address_(std::move(other.address_)), socket_(std::exchange(other.socket_, -1)) {}
@@ -59,21 +59,21 @@ class Connection {
   Connection& operator=(const Connection&) = delete;
   ~Connection();
 
-  // Throws kTimeout, or kConnectionLost when the board has closed; never raises SIGPIPE.
+  // Throws kTimeout, or kConnectionLost if the board has closed; never raises SIGPIPE.
   void send_all(ByteView bytes, Deadline deadline);
 
-  // Waits until the other end's TCP has acknowledged all that was sent (through adb: adb's own).
+  // Waits until the peer's TCP has acknowledged everything that was sent (through adb: adb's own).
   // Throws kTimeout, or kConnectionLost on a reset.
   void wait_until_arrived(Deadline deadline);
 
-  // Waits for at least one byte; returns how many arrived, 0 when the board has closed.
+  // Waits for at least one byte; returns the number received, 0 if the board has closed.
   // Throws kTimeout, or kConnectionLost on a reset.
   std::size_t receive_some(std::span<std::uint8_t> into, Deadline deadline);
 
-  // Fills all of `into`. Throws kTimeout, or kConnectionLost when the board closes before that.
+  // Fills all of `into`. Throws kTimeout, or kConnectionLost if the board closes before that.
   void receive_exactly(std::span<std::uint8_t> into, Deadline deadline);
 
-  // Open, and nothing has come that nobody asked for. False once the board has hung up.
+  // True if open with no unexpected bytes received. False once the board has closed.
   [[nodiscard]] bool is_idle() const;
 
   // The address as the user gave it, for messages.

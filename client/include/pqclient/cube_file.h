@@ -1,4 +1,4 @@
-// Look-up tables in .cube files, as published by Adobe in version 1.0: a line of points for each
+// Look-up tables in .cube files (Adobe, version 1.0): a row of points for each
 // channel or a cube of colours.
 // No I/O here; any thread may call.
 #ifndef PQCLIENT_CUBE_FILE_H_
@@ -23,12 +23,12 @@ struct Cube {
   LinearColour domain_high = {1, 1, 1};
   std::vector<LinearColour> points;  // red varies fastest, blue slowest
 
-  // What the table makes of a colour, between its points in straight lines; a colour outside the
-  // domain counts as the nearest one inside.
+  // The table's output for a colour, linear between its points; a colour outside the domain counts
+  // as the nearest one inside.
   [[nodiscard]] LinearColour apply(const LinearColour& colour) const;
 };
 
-// Throws Error kInput that names the line.
+// Throws Error kInput with the line number.
 Cube parse_cube(std::string_view text);
 
 }  // namespace pqclient

@@ -1,4 +1,4 @@
-// A picture dump as it arrives, and how to make an ordinary picture of it.
+// A picture dump as received, and its conversion to an ordinary picture.
 // No I/O here; any thread may call.
 #ifndef PQCLIENT_DUMP_H_
 #define PQCLIENT_DUMP_H_
@@ -11,7 +11,7 @@
 
 namespace pqclient {
 
-// In memory order, lines without padding. The codes are those of the dump's head.
+// In memory order, lines without padding. The codes are those of the dump's header.
 enum class DumpFormat : std::uint8_t {
   kRgba = 0,  // 8 bits each: red, green, blue, alpha
   kBgr = 1,   // 8 bits each: blue, green, red
@@ -29,14 +29,14 @@ struct Dump {
   Bytes data;  // dump_size() bytes
 };
 
-// 8 bits each of red, green and blue, rows from the top.
+// 8 bits each of red, green and blue, rows from top to bottom.
 struct Picture {
   int width = 0;
   int height = 0;
   Bytes rgb;  // 3 * width * height
 };
 
-// How luma and chroma stand for colours. A dump does not say it.
+// The relation of luma and chroma to colours. The dump does not contain it.
 struct ColourCoding {
   enum class Matrix { kBt601, kBt709, kBt2020 };  // Recommendations ITU-R BT.601, BT.709, BT.2020
   // Limited: luma 16 to 235 and chroma 16 to 240 in 8 bits, four times that in 10 bits, no chroma
@@ -48,16 +48,16 @@ struct ColourCoding {
 
 std::string_view format_name(DumpFormat format);  // "nv12"
 
-// Bytes of a dump. Odd sizes are rounded up to whole chroma samples and whole bytes.
+// Size of a dump in bytes. Odd sizes are rounded up to whole chroma samples and whole bytes.
 std::size_t dump_size(int width, int height, DumpFormat format);
 
-// An empty dump with room for the data that follow the head.
-// Throws Error kBadAnswer for an unknown format, no width or height, or over half a gigabyte.
+// An empty dump with space for the data that follow the header.
+// Throws Error kBadAnswer for an unknown format, a zero width or height, or over half a gigabyte.
 Dump start_dump(const DumpHeader& header);
 
-// Chroma is not interpolated: a sample colours all its pixels. BT.2020 stays in its own primaries.
-// Alpha is dropped; of dumps in red, green and blue the coding plays no part.
-// The dump must hold dump_size() bytes, else Error kBadAnswer.
+// Chroma is not interpolated: a sample colours all its pixels. BT.2020 keeps its own primaries.
+// Alpha is dropped; dumps in red, green and blue ignore the coding.
+// The dump must contain dump_size() bytes, otherwise throws Error kBadAnswer.
 Picture decode(const Dump& dump, const ColourCoding& coding = {});
 
 }  // namespace pqclient

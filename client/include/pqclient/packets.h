@@ -1,5 +1,5 @@
-// The bytes on the wire: layouts of all packets, and the only place that builds or takes them
-// apart. Every field is little-endian. No I/O here; any thread may call.
+// The bytes on the wire: layouts of all packets. No other file builds packets or takes them apart.
+// Every field is little-endian. No I/O here; any thread may call.
 #ifndef PQCLIENT_PACKETS_H_
 #define PQCLIENT_PACKETS_H_
 
@@ -21,27 +21,27 @@ using ByteView = std::span<const std::uint8_t>;
 
 inline constexpr std::uint16_t kDefaultPort = 5543;
 
-// The most that the board takes in one receive. A longer packet reaches it in several pieces.
+// The most bytes that the board takes in one receive. A longer packet arrives in several pieces.
 inline constexpr std::size_t kReceiveSize = 8192;
 
 // ---- Document packets: JSON text in both directions ----
 //
-//   request  header (24) | n bytes of text, not terminated          | 4 bytes, not interpreted
-//   reply    header (24) | "[", text, one zero byte: n bytes in all | 4 bytes, not interpreted
+//   request  header (24) | n bytes of text, not terminated          | 4 bytes, ignored
+//   reply    header (24) | "[", text, one zero byte: n bytes in all | 4 bytes, ignored
 //
-// The reply's closing bracket is missing on purpose, see parse_answer() in answer.h.
+// The reply has no closing bracket, see parse_answer() in answer.h.
 
 inline constexpr std::array<std::uint8_t, 4> kDocumentMagic = {0x51, 0xAA, 0xFF, 0x58};
 inline constexpr std::size_t kDocumentTrailerSize = 4;
 
-// The largest reply that is believed: 30 times the AIPQ document with all its tables.
+// The longest reply that is accepted: 30 times the AIPQ document with all its tables.
 inline constexpr std::uint32_t kMaxReplyLength = 8U << 20;
 
 enum class DocumentCommand : std::uint32_t {
-  kWritePq = 0,
-  kReadPq = 1,
-  kWriteAipq = 2,
-  kReadAipq = 3,
+  kUpdatePq = 0,
+  kQueryPq = 1,
+  kUpdateAipq = 2,
+  kQueryAipq = 3,
 };
 
 struct DocumentHeader {
@@ -57,11 +57,11 @@ static_assert(offsetof(DocumentHeader, data_length) == 20);
 // A whole request: header, text, a trailer of zeros.
 Bytes make_document_packet(DocumentCommand command, std::string_view text);
 
-// Checks the head of a reply and returns the number of bytes that follow it, trailer included.
-// Throws Error kBadAnswer when the magic is wrong or the length is not in 2 .. kMaxReplyLength.
+// Checks the header of a reply and returns the number of bytes that follow it, trailer included.
+// Throws Error kBadAnswer if the magic is wrong or the length is not in 2 .. kMaxReplyLength.
 std::size_t reply_bytes_after(const DocumentHeader& header);
 
-// ---- Command packets: 72 bytes, and an acknowledgement of the same shape ----
+// ---- Command packets: 72 bytes, acknowledged by a packet of the same layout ----
 
 inline constexpr std::string_view kCommandMagic = "QXISP-AK";
 inline constexpr std::string_view kAcknowledgementMagic = "QXISP-AS";
@@ -72,7 +72,7 @@ enum class Command : std::uint16_t {
   kPatternMode = 4,  // argument: kFlagFirst enter, kFlagSecond leave; acknowledged
 };
 
-// The two values of the flag byte that the board acts on.
+// The two flag values that the board recognises.
 inline constexpr std::uint8_t kFlagFirst = 0x80;
 inline constexpr std::uint8_t kFlagSecond = 0x81;
 
@@ -95,7 +95,7 @@ Bytes make_command_packet(Command command, ByteView arguments);
 // Throws Error kBadAnswer unless the packet acknowledges `command`.
 void check_acknowledgement(const CommandPacket& packet, Command command);
 
-// ---- The head of a dump; the picture follows, its size given by these three alone ----
+// ---- The header of a dump; only these three fields give the size of the picture that follows ----
 
 struct [[gnu::packed]] DumpHeader {
   std::uint16_t width;   // pixels
@@ -104,7 +104,7 @@ struct [[gnu::packed]] DumpHeader {
 };
 static_assert(sizeof(DumpHeader) == 5);
 
-// A record as writable bytes, to receive into.
+// A record as writable bytes, as a receive buffer.
 template <typename Record>
 std::span<std::uint8_t> bytes_of(Record& record) {
   return {reinterpret_cast<std::uint8_t*>(&record), sizeof(Record)};

@@ -1,6 +1,6 @@
-// What the two documents hold: the client's own table of sections, member names and ranges.
-// The board cuts numbers silently and drops names that it does not know, so whoever sends a change
-// checks it here first. Constant data; any thread may call.
+// The client's own table of sections, member names and ranges of both documents. The board cuts
+// numbers silently and drops unknown names, so values must be checked against this table before
+// sending. Constant data; any thread may call.
 #ifndef PQCLIENT_SCHEMA_H_
 #define PQCLIENT_SCHEMA_H_
 
@@ -13,7 +13,7 @@
 
 namespace pqclient {
 
-// The board keeps two: the picture quality, and what the AI scenes make of it.
+// The board's two documents: the picture quality, and its variants for the AI scenes.
 enum class Document { kPq, kAipq };
 
 enum class MemberType { kText, kNumber };
@@ -21,11 +21,11 @@ enum class MemberType { kText, kNumber };
 struct Member {
   std::string_view name;
   MemberType type = MemberType::kNumber;
-  std::int64_t min = 0;  // of a number, and of each entry of a table
+  std::int64_t min = 0;  // of a number, or of each entry of a table
   std::int64_t max = 0;
   int count = 1;    // entries; 1 is a single value, not a table of one
-  int columns = 0;  // entries in a row when shown: the table's own row where it has two dimensions
-  std::span<const std::string_view> choices = {};  // the only texts that make sense; none: any
+  int columns = 0;  // entries per row when printed: the table's own row if it has two dimensions
+  std::span<const std::string_view> choices = {};  // the only valid texts; empty: any
 
   [[nodiscard]] bool is_table() const { return count > 1; }
 };
@@ -45,12 +45,12 @@ inline constexpr std::array<std::string_view, 12> kScenes = {
 
 std::span<const Section> sections();
 
-// Null when there is none. Names are exact, with their case.
+// Null if there is none. Names are exact and case-sensitive.
 const Section* find_section(std::string_view name);
 const Member* find_member(const Section& section, std::string_view name);
 
-// Up to three of the known names that someone may have meant by `asked`, best first, each once.
-// Case does not count, and a part of a name is nearer than a misspelt one.
+// Up to three known names that may have been meant by `asked`, best first, without duplicates.
+// Case is ignored, and part of a name ranks before a misspelt one.
 std::vector<std::string_view> nearest_names(std::string_view asked,
                                             std::span<const std::string_view> known);
 
