@@ -1,4 +1,8 @@
-// Dynamic arrays while they are loaded: the buffers and the length member that counts them.
+// Dynamic arrays while they are loaded: the buffers, and the length members that count them.
+//
+// Members arrive in any order, and one length may count several arrays. So each array compares the
+// length that the JSON wants with the one from before the load, and the length members change last:
+// an array never has fewer elements than its length says.
 #ifndef J2S_DYNAMIC_ARRAYS_H_
 #define J2S_DYNAMIC_ARRAYS_H_
 
@@ -7,13 +11,25 @@
 
 namespace j2s {
 
-// Sets the length member `len_obj` to `length` and gives every dynamic array that it counts a new
-// zeroed buffer of that many elements, owned by the context; the old ones are released. An array
-// whose buffer can't be had, or whose length is negative or above kLongestArray, becomes null.
-//
-// All at once, because members arrive in any order: a length that ran ahead of one of its arrays
-// would let the walk write behind that array's end.
-void resize_dynamic_arrays(j2s_ctx& ctx, int len_obj, std::byte* structure, int length);
+// Whether the member counts the elements of a dynamic array. Its item is left to settle_lengths.
+bool is_length(const j2s_ctx& ctx, const Member& member);
+
+// The length that the JSON wants for the array: that of the length member's item, else the number
+// of elements, or `current` where an index key lists only some of them.
+int wanted_length(const j2s_ctx& ctx, const Member& pointer, const cJSON* item, const cJSON* parent,
+                  int current);
+
+// Gives the array a new zeroed buffer of `length` elements, owned by the context; the old one is
+// released when `had_buffer`. The pointer becomes null if the length is negative, above
+// kLongestArray, or if there is no memory.
+void replace_buffer(j2s_ctx& ctx, const Member& pointer, std::byte* structure, bool had_buffer,
+                    int length);
+
+// The last step of loading a structure: stores the lengths that the JSON names or implies.
+// result: of the members. Returns it, or -1 after a message when an array has no item and fewer
+// elements than its length would say. After any failure no length exceeds what its arrays have.
+int settle_lengths(const j2s_ctx& ctx, int struct_index, const cJSON* json, std::byte* structure,
+                   int result);
 
 }  // namespace j2s
 

@@ -3,7 +3,10 @@
 // One record per member (j2s_obj), structure (j2s_struct), enumeration (j2s_enum) and enumeration
 // constant (j2s_enum_value) says where a value lies and what it is called in JSON. A context
 // (j2s_ctx) points at one set of tables; j2s_init points it at the set that is compiled in.
-// What the mapping itself needs, buffers of a context and whole files, is in j2s_utils.h.
+// Buffers of a context and reading and saving whole files are in j2s_utils.h.
+//
+// The daemon's schema needs structures, numbers, texts and arrays. Enumerations, descriptions,
+// dynamic arrays, template mode and query mode serve other schemas: nothing in the daemon calls them.
 //
 // Threads: every thread uses a context of its own. Conversions only read the tables, so that any
 // number of them may run at once on different structures; one context, or one structure that is

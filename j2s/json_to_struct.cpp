@@ -66,18 +66,6 @@ int load_indexed_array(j2s_ctx& ctx, const Member& array, const cJSON* index, cJ
   return result;
 }
 
-// The length that the JSON wants the array to have: what it says, else what it shows.
-int wanted_length(const j2s_ctx& ctx, const Member& pointer, const cJSON* item, const cJSON* parent,
-                  int current) {
-  const char* length_name = ctx.obj_table[pointer.len_obj].name;
-  const cJSON* length = cJSON_GetObjectItemCaseSensitive(parent, length_name);
-  if (length != nullptr) return pq::saturate<int32_t>(cJSON_GetNumberValue(length));
-  report_warning(kFunction, "missing len in json for dynamic array '%s'", pointer.name());
-  const IndexKey key(pointer);
-  const bool partial = cJSON_GetObjectItemCaseSensitive(parent, key.text()) != nullptr;
-  return partial ? current : cJSON_GetArraySize(item);
-}
-
 int load_dynamic_array(j2s_ctx& ctx, const Member& pointer, cJSON* item, cJSON* parent,
                        std::byte* structure) {
   if (find_obj(ctx, pointer.len_obj) == nullptr) {
@@ -86,7 +74,7 @@ int load_dynamic_array(j2s_ctx& ctx, const Member& pointer, cJSON* item, cJSON* 
   }
   const int current = read_length(ctx, structure, pointer);
   const int length = wanted_length(ctx, pointer, item, parent, current);
-  if (length != current) resize_dynamic_arrays(ctx, pointer.len_obj, structure, length);
+  if (length != current) replace_buffer(ctx, pointer, structure, current != 0, length);
   if (length == 0) return 0;
   auto* target = read_pointer<std::byte>(structure, pointer);
   if (target == nullptr || !is_possible_length(length)) {
@@ -120,15 +108,19 @@ class ItemFinder {
 // Members of the structure that `json` holds, in the order of the tables.
 int load_struct(j2s_ctx& ctx, int struct_index, cJSON* json, std::byte* structure) {
   int result = 0;
+  bool has_lengths = false;
   ItemFinder items(json);
   for (const int index : MemberChain(ctx, struct_index)) {
     const Member member(ctx, index);
     cJSON* item = items.find(member.name());
     if (item == nullptr) continue;
+    const bool counts = is_length(ctx, member);
+    has_lengths = has_lengths || counts || member.is_pointer();
+    if (counts) continue;
     result = load_member(ctx, member, item, json, structure);
     if (result < 0) break;
   }
-  return result;
+  return has_lengths ? settle_lengths(ctx, struct_index, json, structure, result) : result;
 }
 
 int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte* structure) {
@@ -138,17 +130,7 @@ int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte
   } else if (const char* name = cJSON_GetStringValue(item); name != nullptr) {
     value = enum_value(ctx, member, name);
   }
-  const bool counts_elements = member.record->flags == 0 && is_length_member(ctx, member.index);
-  if (!counts_elements) {
-    store_number(structure, member, value);
-  } else if (const auto length = pq::saturate<int32_t>(value);
-             length != pq::saturate<int32_t>(read_number(structure, member))) {
-    resize_dynamic_arrays(ctx, member.index, structure, length);
-    if (!is_possible_length(length)) {
-      report_null_pointer(kFunction, member);
-      return -1;
-    }
-  }
+  store_number(structure, member, value);
   return 0;
 }
 
@@ -181,8 +163,12 @@ int _j2s_json_to_obj(j2s_ctx* ctx, cJSON* item, cJSON* parent, int obj_index, vo
   if (j2s::find_obj(*ctx, obj_index) == nullptr) return -1;
   const j2s::Member member(*ctx, obj_index);
   auto* structure = static_cast<std::byte*>(ptr);
-  return query ? j2s::query_member(*ctx, member, item, parent, structure)
-               : j2s::load_member(*ctx, member, item, parent, structure);
+  if (query) return j2s::query_member(*ctx, member, item, parent, structure);
+  // As the one item of a structure's load: a length is stored with its array, or after it.
+  const bool counts = j2s::is_length(*ctx, member);
+  const int result = counts ? 0 : j2s::load_member(*ctx, member, item, parent, structure);
+  if (!counts && !member.is_pointer()) return result;
+  return j2s::settle_lengths(*ctx, j2s::find_owner(*ctx, obj_index), parent, structure, result);
 }
 
 int j2s_json_to_struct(j2s_ctx* ctx, cJSON* json, const char* name, void* ptr) {

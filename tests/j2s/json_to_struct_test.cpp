@@ -35,15 +35,33 @@ TEST_F(JsonToStruct, LoadsWhatTheCasesSay) {
 }
 
 TEST_F(JsonToStruct, ReplacesADynamicArrayOnlyWhenItsLengthChanges) {
-  EXPECT_EQ(tables_.load(R"({"count":2,"list":[5,6]})", &shapes_), 0);
+  EXPECT_EQ(tables_.load(R"({"count":2,"list":[5,6],"rows":[]})", &shapes_), 0);
   const int32_t* buffer = shapes_.list;
   EXPECT_EQ(tables_.load(R"({"count":2,"list":[7]})", &shapes_), 0);
   EXPECT_EQ(shapes_.list, buffer);
   EXPECT_EQ(member("list"), "[7,6]");
-  EXPECT_EQ(tables_.load(R"({"count":3,"list":[8]})", &shapes_), 0);
+  EXPECT_EQ(tables_.load(R"({"count":3,"list":[8],"rows":[]})", &shapes_), 0);
   EXPECT_EQ(member("list"), "[8,0,0]");  // nothing is carried over
   EXPECT_EQ(tables_.load(R"({"count":0,"list":[8]})", &shapes_), 0);
   EXPECT_EQ(member("list"), "[]");
+}
+
+// An array never has fewer elements than its length says, whatever the JSON names.
+TEST_F(JsonToStruct, LeavesAnArrayAloneThatOnlyItsLengthSpeaksOf) {
+  ASSERT_EQ(tables_.load(R"({"name_count":2,"names":["a","b"]})", &shapes_), 0);
+  EXPECT_EQ(tables_.load(R"({"name_count":1})", &shapes_), 0);
+  EXPECT_EQ(member("names"), R"(["a"])");
+  ASSERT_EQ(tables_.load(R"({"name_count":2,"names":["a","b"]})", &shapes_), 0);
+  int result = 0;
+  const std::string message =
+      stderr_of([&] { result = tables_.load(R"({"name_count":3})", &shapes_); });
+  EXPECT_EQ(result, -1);
+  EXPECT_NE(message.find("found null pointer at names\n"), std::string::npos);
+  EXPECT_EQ(member("names"), R"(["a","b"])");
+  // Two arrays that share a length, one of them without an item.
+  (void)stderr_of([&] { result = tables_.load(R"({"list":[1,2]})", &shapes_); });
+  EXPECT_EQ(result, -1);
+  EXPECT_EQ(member("rows"), "[]");
 }
 
 TEST_F(JsonToStruct, StopsAtALengthThatCannotBe) {
