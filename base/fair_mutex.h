@@ -17,7 +17,7 @@ class CAPABILITY("mutex") FairMutex {
   void lock() ACQUIRE();
 
   // Gives up, without the lock, soon after `stop` has become true. Returns whether it has the lock.
-  // Nobody has to wake the waiters: they look at `stop` ten times a second.
+  // Waiters poll `stop` ten times a second and need no wake-up.
   [[nodiscard]] bool lock_unless(const std::atomic<bool>& stop) TRY_ACQUIRE(true);
 
   void unlock() RELEASE();

@@ -11,7 +11,7 @@
 namespace pq {
 namespace {
 
-// The calls around a log line go on to test errno.
+// Callers test errno after a log line.
 class KeepErrno {
  public:
   KeepErrno() = default;
@@ -64,9 +64,9 @@ struct SourceName {
   int length;
 };
 
-// "qxaiq/pq_update" of ".../qxaiq/pq_update.cpp". Compilers are given paths from another folder
-// than the project's top (Android's build from the tree's root), this file's own among them: it
-// shows how much stands in front.
+// "qxaiq/pq_update" of ".../qxaiq/pq_update.cpp". The compiler may be given paths from
+// another folder than the project's top (Android's build uses the tree's root). The path of this
+// file shows the length of that prefix.
 SourceName source_name(const char* file) {
   constexpr std::string_view kThisFile = "base/log.cpp";
   constexpr size_t kTopLength = std::string_view(__FILE__).size() - kThisFile.size();

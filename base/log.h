@@ -53,12 +53,11 @@ class LogLine {
 inline constexpr char kLogTag[] = "aiqtool";
 
 // The daemon's log. Use: `log_debug()("socket recvieve length: %d\n", length)`.
-// Each line begins with the source file that it stands in, as the path from the top of the project
-// without extension, and the line there: "qxaiq/pq_update:45 - ApplyPatches ret 0 ".
+// Each line begins with the source file of the call, as the path from the top of the project
+// without extension, and the line number: "qxaiq/pq_update:45 - ApplyPatches ret 0 ".
 //
-// The two steps are there for the default arguments: they see the place of the call, where those of
-// a variadic function could not follow its arguments. (Android's library has no
-// std::source_location.)
+// The call has two steps because default arguments take the caller's place, and a variadic function
+// cannot have any after its arguments. (Android's library has no std::source_location.)
 inline LogLine log_error(const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
   return {kLogTag, Priority::kError, 0, file, line};
 }

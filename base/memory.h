@@ -1,5 +1,5 @@
-// What the C library keeps of freed memory. A large document takes megabytes for a moment; without
-// these calls each thread's heap would keep them as long as the daemon runs.
+// Returns freed memory to the system. A large document takes megabytes for a moment; without these
+// calls each thread's heap would keep them as long as the daemon runs.
 #ifndef BASE_MEMORY_H_
 #define BASE_MEMORY_H_
 

@@ -19,8 +19,7 @@ struct Call {
 // A text from malloc, as cJSON prints it and j2s reads it.
 using TextPtr = std::unique_ptr<char, Call<std::free>>;
 
-// A file descriptor, closed at the end of its owner's life. Whoever only uses one takes a plain
-// int.
+// A file descriptor, closed when its owner dies. A function that only uses one takes a plain int.
 class UniqueFd {
  public:
   UniqueFd() = default;

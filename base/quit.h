@@ -1,4 +1,4 @@
-// Whether the process has been asked to end.
+// The process-wide shutdown flag.
 #ifndef BASE_QUIT_H_
 #define BASE_QUIT_H_
 
@@ -6,8 +6,7 @@
 
 namespace pq {
 
-// Set when the end has come, before the threads are waited for; whoever can block for long watches
-// it.
+// Set at shutdown, before threads are joined. Anything that can block for long must poll it.
 inline std::atomic<bool> quit_requested = false;
 
 }  // namespace pq

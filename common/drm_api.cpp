@@ -21,7 +21,7 @@ namespace {
 
 constexpr int kNoPrimary = -1;
 
-// For the two operations that change the display: logs how the search ended.
+// For the two operations that change the display: logs the result of the search.
 std::optional<pq::PrimaryDisplay> open_display_to_change() {
   auto display = pq::open_primary_display();
   pq::log_display("get_primary_info ret %d ", display ? 0 : kNoPrimary);
@@ -73,7 +73,7 @@ int commit(const pq::PrimaryDisplay& display, const PictureControlIds& ids,
   const auto add = [&](uint32_t id, unsigned short value) {
     return drmModeAtomicAddProperty(request.get(), display.connector_id, id, value) >= 0;
   };
-  // All four or none: there is no telling what a picture with three of them looks like.
+  // All four or none: three of them would give an unpredictable picture.
   const bool complete = add(ids.brightness, percent.brightness) &&
                         add(ids.contrast, percent.contrast) &&
                         add(ids.saturation, percent.saturation) && add(ids.hue, percent.hue);

@@ -1,8 +1,8 @@
 // The board's primary display through the kernel's DRM interface.
 //
-// Every operation opens the device afresh and closes it before it returns; nothing is kept between
-// calls. Callable from any thread; calls that change the display are not coordinated here.
-// What happens is logged without tag or prefix, whatever the log level.
+// Each operation opens the device and closes it before it returns; the class keeps no state.
+// Callable from any thread; the caller serialises calls that change the display. Log lines have
+// neither tag nor prefix and ignore the log level.
 #ifndef COMMON_DRM_API_H_
 #define COMMON_DRM_API_H_
 
@@ -13,7 +13,7 @@ class DrmApi {
   // HDMI-A-1), else the first connected built-in panel.
   // fd: the open device, the caller closes it. crtc_id: the CRTC of the connector's first encoder.
   // connector_type: DRM code (drm_mode.h). connector_type_id: counts from 1 within the type.
-  // Returns 0, or -1 when there is no such display: then the results are as they were.
+  // Returns 0, or -1 when there is no such display; the results are then unchanged.
   int get_primary_info(int* fd, unsigned int* crtc_id, unsigned int* connector_type,
                        unsigned int* connector_type_id, unsigned int* connector_id);
 

@@ -16,7 +16,7 @@ namespace {
 
 constexpr char kLibrary[] = "libhwpq_lite.so";
 
-// What init and run are given. The meaning of its words belongs to the library.
+// The argument of init and run. The library defines the meaning of its words.
 struct EngineConfiguration {
   std::array<uint32_t, 72> words;
 };
@@ -101,7 +101,7 @@ int store_table() {
       return -1;
     }
     const int result = context->get(context->handle, table.get());
-    // Stored all the same: the panel must show what the engine has, not what it had before.
+    // Still stored: the panel then shows the state of the engine, not an older table.
     if (result < 0) pq::log_display("HWPQ get 3D LUT failed with error %d", result);
     parameters.set_cubic_lut_data(display->connector_type, display->store_index(), table.get());
     pq::log_display("save cubic lut data size %d", table->size);

@@ -1,4 +1,4 @@
-// Owners of what libdrm hands out.
+// Owners of libdrm objects.
 #ifndef COMMON_DRM_OWNER_H_
 #define COMMON_DRM_OWNER_H_
 
@@ -18,7 +18,7 @@ using DrmObjectProperties =
     std::unique_ptr<drmModeObjectProperties, Call<drmModeFreeObjectProperties>>;
 using DrmAtomicRequest = std::unique_ptr<drmModeAtomicReq, Call<drmModeAtomicFree>>;
 
-// A property blob. The kernel keeps it alive for whoever refers to it after we let go.
+// A property blob. The kernel keeps it alive while a display property refers to it.
 class DrmBlob {
  public:
   DrmBlob(int fd, const void* data, size_t size) : fd_(fd) {

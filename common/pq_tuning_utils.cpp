@@ -19,7 +19,7 @@ namespace {
 constexpr int kExecFailedStatus = 4;
 constexpr std::chrono::seconds kProgramTime{2};
 
-// Reaps every child that has ended. It runs on the main thread, wherever that is at the moment.
+// Reaps every child that has ended. Runs on the main thread, at any point of it.
 void child_handler(int /*signal*/) {
   const int saved_errno = errno;
   int status = 0;
@@ -29,26 +29,26 @@ void child_handler(int /*signal*/) {
 }
 
 // Writes a line that was formatted before the fork. Another thread may have held a lock of malloc
-// or of stdio at the fork; in the child nobody would ever release it.
+// or stdio at the fork, and in the child that lock is never released.
 void write_in_child(const pq::LogText& text) {
   if (text[0] != '\0') __android_log_print(ANDROID_LOG_DEBUG, nullptr, "%s", text.data());
 }
 
-// Runs a program in a child and gives it its time. `exec` replaces the child by the program.
+// Runs a program in a child and waits for its effect. `exec` replaces the child with the program.
 template <typename Exec>
 int run_program(Exec exec) {
   std::signal(SIGCHLD, child_handler);
-  // "execl am" whatever the program: people search logs for these texts.
+  // "execl am" for every program: both texts are part of the interface.
   const pq::LogText before = pq::log_debug_untagged().text("before execl am");
   const pq::LogText after = pq::log_debug_untagged().text("after execl am");
 
   const pid_t child = fork();
   if (child == 0) {
     write_in_child(before);
-    // A log that nobody reads has raised SIGPIPE, which waits to be let in. Ignoring drops it.
+    // A SIGPIPE from writing to a dead log may be pending; setting SIG_IGN discards it.
     std::signal(SIGPIPE, std::signal(SIGPIPE, SIG_IGN));
-    // The threads that call us block signals, and a program would inherit that. Not any earlier:
-    // until the program runs, our handlers would answer them, and in here nobody waits for those.
+    // Our threads block signals, and the program would inherit the mask. It is cleared last: until
+    // exec, a signal would run the daemon's handlers in the child.
     sigset_t none;
     sigemptyset(&none);
     sigprocmask(SIG_SETMASK, &none, nullptr);

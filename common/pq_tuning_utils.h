@@ -1,16 +1,16 @@
 // Test patterns and redraw, through Android's own programs.
 //
-// Each operation starts one program in a child process and then waits 2 seconds, so that what it
-// does is on the screen when the operation returns. Callable from any thread; blocks that thread.
+// Each operation starts one program in a child process and then waits 2 seconds, so that the effect
+// is on the screen when the operation returns. Callable from any thread; blocks that thread.
 #ifndef COMMON_PQ_TUNING_UTILS_H_
 #define COMMON_PQ_TUNING_UTILS_H_
 
 // All three return the negative result of fork when it fails, at once and without a wait; any other
-// result carries no meaning. A program that can't be started ends its child with status 4, which
-// only the log shows.
+// result carries no meaning. If the program cannot be started, its child exits with status 4 and
+// only the log shows it.
 class PQTuningUtils {
  public:
-  // Makes the compositor draw anew, with the settings as they are now.
+  // Makes the compositor redraw the screen with the current settings.
   static int updateUI();
 
   // Shows one colour on the whole screen. Each component is 0..255.

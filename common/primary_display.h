@@ -22,8 +22,8 @@ struct PrimaryDisplay {
 
 // Finds the primary display: the connected connector that the property
 // "vendor.hwc.device.primary" names (a type such as HDMI-A, or a type with its index such as
-// HDMI-A-1), else the first connected built-in panel. Opens the device anew each time.
-// Returns nothing when there is no such display, or no memory to look for it. Callable from any
+// HDMI-A-1), else the first connected built-in panel. Each call opens the device.
+// Returns nothing if there is no such display or memory runs out. Callable from any
 // thread.
 std::optional<PrimaryDisplay> open_primary_display();
 

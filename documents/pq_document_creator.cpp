@@ -30,7 +30,7 @@ struct BaseParameters {
   aipq_info ai{};
 };
 
-// What the store can't give stays zero.
+// Values that the store lacks stay zero.
 BaseParameters read_base_parameters(baseparameter_api& store) {
   BaseParameters records;
   store.get_version(&records.version.first, &records.version.second);

@@ -13,8 +13,8 @@ namespace {
 template <typename Integer>
 class ArrayText {
  public:
-  ArrayText(size_t most_numbers, ArrayForm form)
-      : text_(static_cast<char*>(cJSON_malloc(most_numbers * (kMostDigits + 2) + sizeof "[]"))),
+  ArrayText(size_t max_numbers, ArrayForm form)
+      : text_(static_cast<char*>(cJSON_malloc(max_numbers * (kMaxDigits + 2) + sizeof "[]"))),
         end_(text_.get()),
         spaced_(form == ArrayForm::kFormattedText) {
     if (end_ != nullptr) *end_++ = '[';
@@ -28,7 +28,7 @@ class ArrayText {
       *end_++ = ',';
       if (spaced_) *end_++ = ' ';
     }
-    end_ = std::to_chars(end_, end_ + kMostDigits, number).ptr;
+    end_ = std::to_chars(end_, end_ + kMaxDigits, number).ptr;
   }
 
   // Turns `item`, which has no children and no text, into the raw text.
@@ -41,7 +41,7 @@ class ArrayText {
 
  private:
   // With a sign.
-  static constexpr size_t kMostDigits =
+  static constexpr size_t kMaxDigits =
       std::numeric_limits<Integer>::digits10 + (std::is_signed_v<Integer> ? 2 : 1);
 
   std::unique_ptr<char, pq::Call<cJSON_free>> text_;

@@ -22,9 +22,9 @@ struct Layout {
   size_t end;  // and the (empty) tables of enumerations
 };
 
-// Null unless it is a file of ours of the one size a cache can have. The path is asked first, so
-// that a missing or foreign cache is passed over without a word; what counts is then asked of the
-// descriptor, since the path may lead elsewhere by now.
+// Null unless it is a file of ours of the one size a cache can have. The path is tested first, so
+// that a missing or foreign cache is skipped silently; the descriptor is tested again, since the
+// path may lead elsewhere by then.
 pq::TextPtr read_candidate(const char* path, size_t size) {
   struct stat status = {};
   if (stat(path, &status) != 0 || status.st_uid != getuid()) return nullptr;
@@ -44,7 +44,7 @@ bool header_fits(const j2s_ctx& header, const GeneratedTables& tables) {
          header.root_struct < struct_count;
 }
 
-// A damaged table could lead a conversion anywhere, so nothing but the known tables will do.
+// A damaged table could lead a conversion anywhere, so only the known tables are accepted.
 bool tables_equal(const char* content, const Layout& layout, const GeneratedTables& tables) {
   return std::memcmp(content + Layout::kObjs, tables.objs.data(), tables.objs.size_bytes()) == 0 &&
          std::memcmp(content + layout.structs, tables.structs.data(),
@@ -78,7 +78,7 @@ bool load_cache(const char* path, const GeneratedTables& tables, j2s_ctx& ctx) {
 }
 
 void write_cache(const char* path, const j2s_ctx& ctx) {
-  // Not through a link, and not into a pipe that nobody reads.
+  // Neither through a link nor into a pipe without a reader.
   const pq::UniqueFd file(
       open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600));
   if (!file.valid()) return;
@@ -94,7 +94,7 @@ void write_cache(const char* path, const j2s_ctx& ctx) {
       piece(ctx.enum_table, ctx.enum_count, sizeof(j2s_enum)),
       piece(ctx.enum_value_table, ctx.enum_value_count, sizeof(j2s_enum_value)),
   };
-  // A torn file has the wrong size or the wrong tables, and is written anew next time.
+  // A torn file has the wrong size or the wrong tables, and is rewritten next time.
   [[maybe_unused]] const ssize_t written = writev(file.get(), pieces.data(), pieces.size());
 }
 

@@ -18,7 +18,7 @@ bool load_cache(const char* path, const GeneratedTables& tables, j2s_ctx& ctx);
 // Writes the file, if it can. Readable by this user alone when it is new.
 void write_cache(const char* path, const j2s_ctx& ctx);
 
-// Whether the context's tables lie in the buffer at `ptr`.
+// True if the context's tables lie in the buffer at `ptr`.
 bool is_cache_buffer(const j2s_ctx& ctx, const void* ptr);
 
 }  // namespace j2s

@@ -12,25 +12,25 @@
 namespace {
 
 constexpr const char* kDefaultCachePath = "/var/cache/j2s-cache";
-constexpr size_t kLongestCachePath = 255;
+constexpr size_t kMaxCachePath = 255;
 
 // Null: the cache is switched off.
 const char* cache_path() {
   if (std::getenv("J2S_NO_CACHE") != nullptr) return nullptr;
   const char* path = std::getenv("J2S_CACHE");
   if (path == nullptr) return kDefaultCachePath;
-  if (std::strlen(path) > kLongestCachePath) {
-    // A cut path would name some other file, and that one would be written.
+  if (std::strlen(path) > kMaxCachePath) {
+    // A truncated path would name some other file, which would be overwritten.
     j2s::report_error("j2s_init",
                       "J2S_CACHE holds %zu bytes, more than the %zu a path may have: shorten it, "
                       "or set J2S_NO_CACHE",
-                      std::strlen(path), kLongestCachePath);
+                      std::strlen(path), kMaxCachePath);
     std::abort();
   }
   return path;
 }
 
-// Writes only what differs: other threads may be converting, and find nothing changed.
+// Writes only records that differ: other threads may be converting and must see no change.
 template <typename Record>
 void restore(std::span<const Record> master, std::span<Record> working) {
   const auto count = static_cast<size_t>(master.size());  // signed in Android's standard library

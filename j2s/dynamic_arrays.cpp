@@ -37,7 +37,7 @@ int loaded_length(const j2s_ctx& ctx, const Member& member, const cJSON* json, i
   if (has_index_key(member, json)) return before;
   if (!member.is_array()) return cJSON_GetArraySize(item);
   int shortest =
-      static_cast<size_t>(cJSON_GetArraySize(item)) < member.elem_count ? before : kLongestArray;
+      static_cast<size_t>(cJSON_GetArraySize(item)) < member.elem_count ? before : kMaxArrayLength;
   for (const cJSON* element = item->child; element != nullptr; element = element->next) {
     shortest = std::min(shortest, cJSON_GetArraySize(element));
   }

@@ -11,7 +11,7 @@
 
 namespace j2s {
 
-// Whether the member counts the elements of a dynamic array. Its item is left to settle_lengths.
+// True if the member counts the elements of a dynamic array. settle_lengths loads its item.
 bool is_length(const j2s_ctx& ctx, const Member& member);
 
 // The length that the JSON wants for the array: that of the length member's item, else the number
@@ -21,7 +21,7 @@ int wanted_length(const j2s_ctx& ctx, const Member& pointer, const cJSON* item, 
 
 // Gives the array a new zeroed buffer of `length` elements, owned by the context; the old one is
 // released when `had_buffer`. The pointer becomes null if the length is negative, above
-// kLongestArray, or if there is no memory.
+// kMaxArrayLength, or if there is no memory.
 void replace_buffer(j2s_ctx& ctx, const Member& pointer, std::byte* structure, bool had_buffer,
                     int length);
 

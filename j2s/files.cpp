@@ -29,7 +29,7 @@ pq::UniqueFd open_existing(const char* path, struct stat& status) {
     report_error(read_file_origin(), "no such file: '%s'", path ? path : "<null>");
     return {};
   }
-  // Asked before opening too: to open some devices is to act on them.
+  // Tested before opening too: opening some devices has an effect.
   if (!is_readable_kind(status)) {
     report_error(read_file_origin(), "failed to open: '%s'", path);
     return {};
@@ -91,7 +91,7 @@ char* j2s_read_file(const char* path, size_t* size) {
   if (!file.valid()) return nullptr;
   pq::TextPtr buffer = j2s::allocate_for(status);
   if (buffer == nullptr) {
-    (void)file.release();  // stays open on this path alone, as the interface has always promised
+    (void)file.release();  // kept: part of the interface, on this path alone
     return nullptr;
   }
   buffer = j2s::read_into(std::move(buffer), file, path, status);
@@ -101,14 +101,14 @@ char* j2s_read_file(const char* path, size_t* size) {
 
 int j2s_save_file(const char* path, const char* text) {
   if (path == nullptr || text == nullptr) return -1;
-  // Without waiting for a reader, should there be a pipe.
+  // O_NONBLOCK: does not wait for the reader of a pipe.
   constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC;
   const pq::UniqueFd file(open(path, kFlags, 0666));
   if (!file.valid()) return -1;
   const size_t length = std::strlen(text);
   (void)lseek(file.get(), 0, SEEK_SET);
   const ssize_t written = write(file.get(), text, length);
-  // Neither the result of this nor of closing changes ours: the bytes were taken.
+  // The results of fsync and close do not change ours: the bytes were accepted.
   (void)fsync(file.get());
   const bool complete = written >= 0 && static_cast<size_t>(written) == length && length <= INT_MAX;
   return complete ? static_cast<int>(written) : -1;

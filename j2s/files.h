@@ -1,4 +1,4 @@
-// Reading files, as the library does for its cache and for whoever calls j2s_read_file.
+// Reading files: for the cache, for j2s_read_file, and for the documents.
 #ifndef J2S_FILES_H_
 #define J2S_FILES_H_
 
@@ -11,7 +11,7 @@
 namespace j2s {
 
 // Opens for reading; `extra_flags` go to open. `status` then describes what was opened.
-// Refuses what is neither file nor directory, without waiting for a writer at the other end of a
+// Refuses anything but files and directories, without waiting for a writer at the other end of a
 // pipe. Not valid after a message in the name of j2s_read_file.
 pq::UniqueFd open_for_reading(const char* path, int extra_flags, struct stat& status);
 

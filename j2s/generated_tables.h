@@ -1,5 +1,4 @@
-// The one door between the mapping library and the tables compiled into it: behind it, a schema
-// says what structures there are; in front of it, nobody knows.
+// The library's only link to the compiled-in tables; no other file of it knows the schema.
 #ifndef J2S_GENERATED_TABLES_H_
 #define J2S_GENERATED_TABLES_H_
 
@@ -15,8 +14,8 @@ struct GeneratedTables {
   int32_t root_struct;
   std::span<const j2s_obj> objs;
   std::span<const j2s_struct> structs;
-  // What contexts point at. Writable, as the context's pointers are; nothing in the library
-  // writes there but j2s_init, and only where a caller left a record changed.
+  // The tables that contexts point at. Writable, as the context's pointers are; in the library only
+  // j2s_init writes there, and only where a caller left a record changed.
   std::span<j2s_obj> working_objs;
   std::span<j2s_struct> working_structs;
 };

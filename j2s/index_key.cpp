@@ -12,7 +12,7 @@ bool overlaps(const Member& member, size_t begin, size_t end) {
   return member.offset < end && begin < member.offset + member.elem_size * member.elem_count;
 }
 
-// Whether bytes begin..end-1 of the structure that holds the member are free to be numbers.
+// True if bytes begin..end-1 of the structure that holds the member are numbers only.
 bool holds_numbers_only(const j2s_ctx& ctx, const Member& array, size_t begin, size_t end) {
   const int owner = find_owner(ctx, array.index);
   if (owner < 0) return false;
@@ -28,7 +28,7 @@ bool holds_numbers_only(const j2s_ctx& ctx, const Member& array, size_t begin, s
 
 cJSON* find_index(const Member& array, cJSON* parent) {
   const IndexKey key(array);
-  // Each that does not fit: a second key of the name would seem to be the elements' own.
+  // All of them: a second key of the same name would be taken for one of the elements.
   while (cJSON* index = cJSON_GetObjectItemCaseSensitive(parent, key.text())) {
     if (array.record->type == J2S_TYPE_STRING || array.flags == J2S_FLAG_ARRAY) return index;
     report_warning("_j2s_json_to_obj", "ignoring index for dep types %s", array.name());

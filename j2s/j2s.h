@@ -6,7 +6,8 @@
 // Buffers of a context and reading and saving whole files are in j2s_utils.h.
 //
 // The daemon's schema needs structures, numbers, texts and arrays. Enumerations, descriptions,
-// dynamic arrays, template mode and query mode serve other schemas: nothing in the daemon calls them.
+// dynamic arrays, template mode and query mode serve other schemas: nothing in the daemon calls
+// them.
 //
 // Threads: every thread uses a context of its own. Conversions only read the tables, so that any
 // number of them may run at once on different structures; one context, or one structure that is
@@ -67,7 +68,7 @@ struct j2s_obj {
   uint32_t base_elem_size;  // bytes of one innermost element: a scalar, a structure, a char
   int16_t next_obj;         // index of the structure's next member, -1 after the last
   int16_t struct_ref;       // type STRUCT: index of the structure, else -1
-  int16_t enum_ref;         // index of the enumeration whose names stand in JSON, -1 for none
+  int16_t enum_ref;         // index of the enumeration whose names JSON uses, -1 for none
   int16_t len_obj;          // dynamic array: index of the sibling that counts it, else -1
 };
 static_assert(sizeof(j2s_obj) == 88);
@@ -136,10 +137,10 @@ static_assert(offsetof(j2s_ctx, owns_data) == 71 && offsetof(j2s_ctx, data_list)
 //
 // The cache is the file that the environment variable J2S_CACHE names (at most 255 bytes, a longer
 // value aborts the process), else /var/cache/j2s-cache; J2S_NO_CACHE, set to anything, keeps the
-// library away from it. A cache is believed only when it is a regular file of this user and holds
-// the very tables that are compiled in; otherwise it is written anew. That any of this fails is
-// no error. With the tables come the flags: a cache brings its own three output flags, without a
-// cache they stay as the caller left them.
+// library away from it. A cache is used only if it is a regular file of this user and holds exactly
+// the compiled-in tables; otherwise it is rewritten. Failures here are
+// not errors. A cache brings its own three output flags; without one they stay as the caller set
+// them.
 void j2s_init(j2s_ctx* ctx);
 
 // Frees the registry and the buffers it owns. Pointers that conversions stored in structures
@@ -186,17 +187,18 @@ void _j2s_set_template(bool on);
 //
 // Tolerant by design: a member without JSON keeps its value, a key without member is ignored, an
 // array may be shorter than the member. A number is truncated toward zero and saturates (at 32
-// bits for the narrower types, which then keep the low bits: 300 in a uint8 is 44); what is no
-// number is 0, or NaN in a float. An array's sibling "@NAME_index" lists the slots to be written.
+// bits for the narrower types, which then keep the low bits: 300 in a uint8 is 44); anything
+// else is 0, or NaN in a float. An array's sibling "@NAME_index" lists the slots to be written.
 //
-// A length member and the dynamic arrays it counts change together: when the length changes, all of
-// them are new and zeroed before their elements are loaded. A length below 0 or above 65535 is an
-// error, as is memory that can't be had.
+// A dynamic array whose length changes gets a new, zeroed buffer before its elements are loaded.
+// The length comes from the length member's item, else from the number of elements. An array
+// without an item keeps its buffer; the load fails if the length would then exceed it. A length
+// below 0 or above 65535 fails for an array with an item, and so does a lack of memory.
 //
 // Strings are plain heap copies, the caller's to free: those in a dynamic array before a load that
 // may change its length. Dynamic arrays belong to the context.
-// Returns 0, or negative at the first failure; what was loaded before it stays. `json` may lose
-// an index key that does not fit its member.
+// Returns 0, or negative at the first failure; members loaded before it keep their new values.
+// `json` may lose an index key that does not fit its member.
 int j2s_json_to_struct(j2s_ctx* ctx, cJSON* json, const char* name, void* ptr);
 
 // Loads one member: `item` is its JSON, `parent` the object that holds it, `ptr` the start of the

@@ -15,7 +15,7 @@ namespace {
 
 constexpr const char* kFunction = "_j2s_json_to_obj";
 
-// Lists are walked along their links: to ask cJSON for the n-th element is to count from the first.
+// Lists are walked along their links: cJSON counts from the first element for each n-th one.
 cJSON* first_child(const cJSON* item) {
   return item == nullptr ? nullptr : item->child;
 }

@@ -10,10 +10,10 @@
 
 namespace j2s {
 
-// Element counts of records have 16 bits; a longer dynamic array can't be described.
-inline constexpr int kLongestArray = 0xffff;
+// Element counts of records have 16 bits; a longer dynamic array cannot be described.
+inline constexpr int kMaxArrayLength = 0xffff;
 constexpr bool is_possible_length(int length) {
-  return length >= 0 && length <= kLongestArray;
+  return length >= 0 && length <= kMaxArrayLength;
 }
 
 struct Member {

@@ -146,7 +146,7 @@ struct sharp {
   J2S_MEMBER(uint32_t, AISRFusionCtrlUnder_textual);
 };
 
-// What the PQ document holds: one block of each kind.
+// The content of the PQ document: one block of each kind.
 struct pq_tuning_param {
   J2S_STRUCT(pq_tuning_param);
   J2S_MEMBER(struct csc, csc);
@@ -158,7 +158,7 @@ struct pq_tuning_param {
 
 inline constexpr int kAiSceneCount = 12;
 
-// What the AIPQ document holds: one element an AI scene, which its `name` names.
+// The content of the AIPQ document: one element for each AI scene, identified by `name`.
 struct aipq_tuning_param {
   J2S_STRUCT(aipq_tuning_param);
   J2S_MEMBER(struct dci, dci, kAiSceneCount);

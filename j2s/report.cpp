@@ -8,7 +8,7 @@
 namespace j2s {
 namespace {
 
-// The parts of the library as its users know them from its messages.
+// The parts of the library as its messages name them.
 const char* source_name(Origin::Source source) {
   return source == Origin::Source::kMapping ? "j2s/j2s" : "j2s/j2s_utils";
 }

@@ -1,4 +1,4 @@
-// How a structure is written so that its type table writes itself:
+// Declares structures in a form from which their type tables derive:
 //
 //   struct lamp {
 //     J2S_STRUCT(lamp);

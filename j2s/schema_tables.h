@@ -1,5 +1,5 @@
-// Derives type tables from structures written as schema.h says, at compile time. This is the one
-// place of templates that need thought; only the file that holds a schema's tables includes it.
+// Derives type tables from structures written as schema.h says, at compile time. This is the only
+// place with templates that need thought; only the file that holds a schema's tables includes it.
 #ifndef J2S_SCHEMA_TABLES_H_
 #define J2S_SCHEMA_TABLES_H_
 
@@ -16,7 +16,7 @@ namespace j2s {
 
 // A structure's members are looked for on this many lines after its J2S_STRUCT. One that is
 // longer fails the test of completeness below.
-inline constexpr int kLongestStructure = 160;
+inline constexpr int kMaxStructureLines = 160;
 
 template <typename Type>
 consteval uint8_t type_code() {
@@ -72,7 +72,7 @@ concept HasMemberOnLine = requires {
   Structure::j2s_describe(Line<line>{});
 };
 
-using LineOffsets = std::make_integer_sequence<int, kLongestStructure>;
+using LineOffsets = std::make_integer_sequence<int, kMaxStructureLines>;
 
 template <typename Structure, int... offsets>
 consteval size_t member_count(std::integer_sequence<int, offsets...>) {

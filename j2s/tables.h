@@ -52,7 +52,7 @@ class MemberChain {
   int first_;
 };
 
-// Whether the member counts the elements of some dynamic array beside it.
+// True if the member counts the elements of a dynamic array beside it.
 bool is_length_member(const j2s_ctx& ctx, int obj_index);
 
 }  // namespace j2s

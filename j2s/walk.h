@@ -14,7 +14,7 @@ namespace j2s {
 
 using pq::JsonPtr;
 
-// What arrays of integers become: real arrays, or texts that print alike (array_text.h).
+// The form of integer arrays: real arrays, or texts that print alike (array_text.h).
 enum class ArrayForm { kItems, kFormattedText, kCompactText };
 
 // Null when the member can't be converted, after a message if that is a fault.
@@ -50,9 +50,8 @@ cJSON* find_index(const Member& array, cJSON* parent);
 // Moves `element`, the first one of `array`, to the slot that an item of the list asks for.
 // False: there is no such slot.
 //
-// Tools have always been able to count backwards from a table into the one before it, so a
-// negative slot stands for the numbers there; never for a pointer, a length or a structure, and
-// never for what lies before the structure.
+// A negative slot counts backwards into the numbers before the array: part of the interface. It
+// never reaches a pointer, a length, a structure or anything before the structure.
 bool select_slot(const j2s_ctx& ctx, const Member& array, const cJSON* slot, Member& element);
 
 // Messages that both directions share.
