@@ -37,6 +37,10 @@ cJSON* find_index(const Member& array, cJSON* parent) {
   return nullptr;
 }
 
+bool has_index(const Member& array, const cJSON* parent) {
+  return cJSON_GetObjectItemCaseSensitive(parent, IndexKey(array).text()) != nullptr;
+}
+
 bool select_slot(const j2s_ctx& ctx, const Member& array, const cJSON* slot, Member& element) {
   const auto number = pq::saturate<int32_t>(cJSON_GetNumberValue(slot));
   if (number >= static_cast<int64_t>(array.elem_count)) return false;

@@ -195,6 +195,9 @@ void _j2s_set_template(bool on);
 // without an item keeps its buffer; the load fails if the length would then exceed it. A length
 // below 0 or above 65535 fails for an array with an item, and so does a lack of memory.
 //
+// An item may be raw JSON text, as j2s/shallow_tree.h makes it, and is loaded as what the text
+// says.
+//
 // Strings are plain heap copies, the caller's to free: those in a dynamic array before a load that
 // may change its length. Dynamic arrays belong to the context.
 // Returns 0, or negative at the first failure; members loaded before it keep their new values.

@@ -1,12 +1,13 @@
 // JSON to structure: loading, and the entry to both modes.
 
-#include <cstdlib>
 #include <cstring>
 
 #include "base/saturate.h"
 #include "j2s/dynamic_arrays.h"
 #include "j2s/report.h"
+#include "j2s/shallow_tree.h"
 #include "j2s/tables.h"
+#include "j2s/text_reader.h"
 #include "j2s/values.h"
 #include "j2s/walk.h"
 
@@ -21,18 +22,8 @@ cJSON* first_child(const cJSON* item) {
 }
 
 void load_string(const Member& member, const cJSON* item, std::byte* structure) {
-  std::byte* address = address_of(structure, member);
-  if (address == nullptr) return;
-  const char* value = cJSON_GetStringValue(item);
-  const char* text = value == nullptr ? "" : value;
-  if (member.is_char_array()) {
-    // A text that fills the array leaves no terminator; readers of the array know its size.
-    std::strncpy(reinterpret_cast<char*>(address), text, member.elem_count);
-    return;
-  }
-  char* copy = strdup(text);
-  std::free(read_pointer<char>(structure, member));
-  std::memcpy(address, &copy, sizeof copy);
+  const char* text = cJSON_GetStringValue(item);
+  store_text(structure, member, text == nullptr ? "" : text);
 }
 
 int load_array(j2s_ctx& ctx, const Member& array, cJSON* item, cJSON* parent,
@@ -134,10 +125,20 @@ int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte
   return 0;
 }
 
+// A raw item stands for an array or a structure.
+int load_raw(j2s_ctx& ctx, const Member& member, const cJSON* item, cJSON* parent,
+             std::byte* structure) {
+  const bool by_text = is_known_json(item) && !has_index(member, parent);
+  if (by_text && read_member_text(ctx, member, item->valuestring, structure)) return 0;
+  const pq::JsonPtr tree = parse_whole(item->valuestring);
+  return load_member(ctx, member, tree.get(), parent, structure);
+}
+
 }  // namespace
 
 int load_member(j2s_ctx& ctx, const Member& member, cJSON* item, cJSON* parent,
                 std::byte* structure) {
+  if (cJSON_IsRaw(item)) return load_raw(ctx, member, item, parent, structure);
   if (member.is_char_array() || member.is_char_pointer()) {
     load_string(member, item, structure);
     return 0;
@@ -174,5 +175,10 @@ int _j2s_json_to_obj(j2s_ctx* ctx, cJSON* item, cJSON* parent, int obj_index, vo
 int j2s_json_to_struct(j2s_ctx* ctx, cJSON* json, const char* name, void* ptr) {
   const int struct_index = j2s::find_struct(*ctx, name);
   if (struct_index < 0) return -1;
-  return j2s::load_struct(*ctx, struct_index, json, static_cast<std::byte*>(ptr));
+  auto* structure = static_cast<std::byte*>(ptr);
+  if (!cJSON_IsRaw(json)) return j2s::load_struct(*ctx, struct_index, json, structure);
+  const bool by_text = j2s::is_known_json(json);
+  if (by_text && j2s::read_struct_text(*ctx, struct_index, json->valuestring, structure)) return 0;
+  const pq::JsonPtr tree = j2s::parse_whole(json->valuestring);
+  return j2s::load_struct(*ctx, struct_index, tree.get(), structure);
 }

@@ -1,10 +1,13 @@
-// The C types behind the number codes 1 to 10 of j2s_type, and how they lie in memory.
+// The C types behind the number codes 1 to 10 of j2s_type, and how they lie in memory and get
+// there.
 #ifndef J2S_NUMBER_TYPES_H_
 #define J2S_NUMBER_TYPES_H_
 
 #include <cstddef>
 #include <cstring>
+#include <type_traits>
 
+#include "base/saturate.h"
 #include "j2s/j2s.h"
 
 namespace j2s {
@@ -45,6 +48,25 @@ Number read_as(const std::byte* address) {
   Number number = {};
   std::memcpy(&number, address, sizeof number);
   return number;
+}
+
+// As numbers are stored: see j2s_json_to_struct.
+template <typename Number>
+Number convert(double value) {
+  if constexpr (std::is_floating_point_v<Number>) {
+    return static_cast<Number>(value);
+  } else if constexpr (sizeof(Number) < sizeof(int32_t)) {
+    // The narrow types keep the low bits of 32: tools see 300 come back as 44.
+    return static_cast<Number>(pq::saturate<int32_t>(value));
+  } else {
+    return pq::saturate<Number>(value);
+  }
+}
+
+template <typename Number>
+void store_as(std::byte* address, double value) {
+  const auto number = convert<Number>(value);
+  std::memcpy(address, &number, sizeof number);
 }
 
 }  // namespace j2s

@@ -1,8 +1,9 @@
 #include "j2s/values.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <span>
-#include <type_traits>
 
 #include "base/saturate.h"
 #include "j2s/number_types.h"
@@ -13,25 +14,6 @@ namespace j2s {
 namespace {
 
 constexpr const char* kNoSuchConstant = "INVALID";
-
-// As numbers are stored: see j2s_json_to_struct.
-template <typename Number>
-Number convert(double value) {
-  if constexpr (std::is_floating_point_v<Number>) {
-    return static_cast<Number>(value);
-  } else if constexpr (sizeof(Number) < sizeof(int32_t)) {
-    // The narrow types keep the low bits of 32: tools see 300 come back as 44.
-    return static_cast<Number>(pq::saturate<int32_t>(value));
-  } else {
-    return pq::saturate<Number>(value);
-  }
-}
-
-template <typename Number>
-void store_as(std::byte* address, double value) {
-  const auto number = convert<Number>(value);
-  std::memcpy(address, &number, sizeof number);
-}
 
 const j2s_enum& enum_of(const j2s_ctx& ctx, const Member& member) {
   static constexpr j2s_enum kNone = {};
@@ -62,6 +44,21 @@ void store_number(std::byte* structure, const Member& member, double value) {
   if (address == nullptr) return;
   with_number_type(member.record->type,
                    [&]<typename Number>(Number) { store_as<Number>(address, value); });
+}
+
+void store_text(std::byte* structure, const Member& member, std::string_view text) {
+  std::byte* address = address_of(structure, member);
+  if (address == nullptr) return;
+  if (member.is_char_array()) {
+    // A text that fills the array leaves no terminator; readers of the array know its size.
+    const size_t length = std::min(text.size(), member.elem_count);
+    std::memcpy(address, text.data(), length);
+    std::memset(address + length, 0, member.elem_count - length);
+    return;
+  }
+  char* copy = strndup(text.data(), text.size());
+  std::free(read_pointer<char>(structure, member));
+  std::memcpy(address, &copy, sizeof copy);
 }
 
 void store_numbers(std::byte* structure, const Member& array, const cJSON* first) {

@@ -2,6 +2,8 @@
 #ifndef J2S_VALUES_H_
 #define J2S_VALUES_H_
 
+#include <string_view>
+
 #include "j2s/j2s.h"
 #include "j2s/member.h"
 
@@ -16,6 +18,10 @@ void store_number(std::byte* structure, const Member& member, double value);
 // Stores a list of items, `first` and those after it, in the elements of an array of plain numbers,
 // as many as there are of both. An item that is no number is stored as NaN would be.
 void store_numbers(std::byte* structure, const Member& array, const cJSON* first);
+
+// Stores a text in a member that is a char array or a char*; a char* gets a copy, and what it
+// pointed at is freed. Does nothing for a null structure.
+void store_text(std::byte* structure, const Member& member, std::string_view text);
 
 // Number of elements that the dynamic array's length member holds, as it stands there: it may be
 // negative, or more than memory can hold. 0 for a null structure.

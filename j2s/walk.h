@@ -47,6 +47,9 @@ class IndexKey {
 // taken out of `parent` after a warning.
 cJSON* find_index(const Member& array, cJSON* parent);
 
+// Whether `parent` has such a list, whether or not it goes with the member.
+bool has_index(const Member& array, const cJSON* parent);
+
 // Moves `element`, the first one of `array`, to the slot that an item of the list asks for.
 // False: there is no such slot.
 //

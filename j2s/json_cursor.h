@@ -1,0 +1,116 @@
+// Reads JSON text in place, value by value, without a tree. Knows no tables.
+//
+// Accepts JSON as RFC 8259 has it, with bytes 1 to 32 as white space, up to 64 levels deep and
+// without escapes or control characters in strings, so that a text's bytes are its value. What it
+// accepts, cJSON accepts too and finds the same values in. It fails at anything else, which says
+// nothing about the text: cJSON takes more, and whoever wants to know asks cJSON then.
+//
+// On the way it finds out whether a value stands there as cJSON_Print would write it, which makes
+// it good for copying.
+#ifndef J2S_JSON_CURSOR_H_
+#define J2S_JSON_CURSOR_H_
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace j2s {
+
+// A value that was passed over.
+struct SkippedValue {
+  std::string_view text;
+  bool as_printed = false;      // cJSON_Print would write the same bytes at this depth
+  bool has_index_keys = false;  // members whose names begin with "@" are somewhere in it
+  size_t values = 0;            // with itself
+  size_t name_and_text_bytes = 0;
+};
+
+// All functions that return bool: false after a failure, and from then on.
+class JsonCursor {
+ public:
+  // Stands before the first value of `text`, which a 0 has to follow somewhere, and which has to
+  // outlive the cursor. depth: the levels around the value where it would be printed.
+  explicit JsonCursor(const char* text, int depth = 0) : at_(text), depth_(depth) { skip_space(); }
+
+  bool good() const { return !failed_; }
+
+  // Where the next value begins, or the last one ended.
+  const char* position() const { return at_; }
+  int depth() const { return depth_; }
+
+  // Enters the object ('{') or array ('[') that comes next.
+  bool open(char bracket);
+
+  // In an object: goes to the next member's value, which has to be read or skipped. Also false when
+  // there is none, behind the closing bracket then.
+  bool next_member(std::string_view& name);
+
+  // The same for an array's elements.
+  bool next_element();
+
+  // Between elements of an array: passes those that follow, as long as they are integers of at most
+  // nine digits, and calls use(int32_t) with each. The others come by next_element.
+  template <typename Use>
+  void read_integers(Use use);
+
+  bool read_number(double& number);
+  bool read_string(std::string_view& text);
+
+  // Passes one value of any kind.
+  bool skip();
+  bool skip(SkippedValue& value);
+
+ private:
+  static constexpr int kDeepest = 64;
+  static constexpr ptrdiff_t kMostDigits = 9;  // an int32_t holds all numbers of so many
+
+  bool fail();
+  bool close();
+  std::string_view skip_space();
+  void note_form(bool as_printed) { as_printed_ = as_printed_ && as_printed; }
+  bool skip_word(std::string_view word);
+  bool skip_number();
+  bool skip_object();
+  bool skip_array();
+
+  const char* at_;
+  int depth_;
+  bool failed_ = false;
+  bool as_printed_ = true;
+  bool has_index_keys_ = false;
+  size_t values_ = 0;
+  size_t name_and_text_bytes_ = 0;
+};
+
+// Nearly all of a document is integers: this loop is where the time goes.
+template <typename Use>
+void JsonCursor::read_integers(Use use) {
+  if (failed_) return;
+  // Behind the bracket or an earlier element, where the loop has to find a number.
+  const char* at = at_;
+  if (at[-1] != '[') {
+    if (at[0] != ',' || at[1] != ' ') return;
+    at += 2;
+  }
+  while (true) {
+    const bool negative = *at == '-';
+    const char* const digits = at + (negative ? 1 : 0);
+    uint32_t magnitude = 0;
+    const char* end = digits;
+    for (uint32_t digit = 0; (digit = static_cast<uint32_t>(*end) - '0') <= 9; ++end)
+      magnitude = magnitude * 10 + digit;
+    if (end == digits || end - digits > kMostDigits || *end == '.' || (*end | 0x20) == 'e') return;
+    // 07 is none, and -0 is not what is printed for it.
+    if (*digits == '0' && (end - digits > 1 || negative)) return;
+    const auto number = static_cast<int32_t>(magnitude);
+    use(negative ? -number : number);
+    ++values_;
+    at_ = end;
+    if (end[0] != ',' || end[1] != ' ') return;
+    at = end + 2;
+  }
+}
+
+}  // namespace j2s
+
+#endif  // J2S_JSON_CURSOR_H_
