@@ -111,7 +111,7 @@ TextPtr read_document_text(const char* path) {
 
 JsonPtr read_document(const char* path) {
   const TextPtr text = read_document_text(path);
-  return text ? parse_json(text.get()) : nullptr;
+  return text ? parse_shallow(text.get()) : nullptr;
 }
 
 int save_document(const char* path, const char* text) {

@@ -20,7 +20,8 @@ inline std::mutex document_mutex;
 // that says nothing of what is stored: no memory, no descriptor, an error of the disk.
 TextPtr read_document_text(const char* path);
 
-// A document's tree, null when it can't be read or is no JSON.
+// A document's tree, null when it can't be read or is no JSON. It may be shallow: j2s loads what is
+// not built, and who looks into it calls j2s::expand.
 JsonPtr read_document(const char* path);
 
 // Replaces a document. Saving truncates the file before it writes, and being killed in between is

@@ -47,13 +47,22 @@ size_t length_of(const char* text) {
   return text != nullptr ? std::strlen(text) : 0;
 }
 
+// Without its children. A raw item says what is in it.
+Size size_of(const cJSON* item) {
+  if (!cJSON_IsRaw(item)) return {1, length_of(item->string) + length_of(item->valuestring)};
+  return {static_cast<size_t>(item->valueint),
+          length_of(item->string) + static_cast<size_t>(item->valuedouble)};
+}
+
 // Counts `item`, those behind it and all below them; false when they are too many, hold too much
 // text or nest too deep.
 bool count_items(const cJSON* item, int depth, Size& size) {
   if (depth >= kMostDepth) return false;
   for (; item != nullptr; item = item->next) {
-    size.text += length_of(item->string) + length_of(item->valuestring);
-    if (++size.items > kMostItems || size.text > kMostText) return false;
+    const Size own = size_of(item);
+    size.text += own.text;
+    size.items += own.items;
+    if (size.items > kMostItems || size.text > kMostText) return false;
     if (item->child != nullptr && !count_items(item->child, depth + 1, size)) return false;
   }
   return true;
@@ -189,7 +198,18 @@ int change(cJSON* document, JsonPtr operation) {
   return apply_by_library(document, std::move(operation));
 }
 
+// Builds what the operation looks into.
+void build_reached(cJSON* document, const cJSON* operation) {
+  const char* name = text_member(operation, "op");
+  const char* path = text_member(operation, "path");
+  const char* from = text_member(operation, "from");
+  if (path != nullptr) build_path(document, path);
+  if (path != nullptr && is(name, "test")) build_item(document, path);
+  if (from != nullptr && (is(name, "move") || is(name, "copy"))) build_item(document, from);
+}
+
 int apply_operation(cJSON* document, JsonPtr operation, Allowance& allowance) {
+  build_reached(document, operation.get());
   const char* name = text_member(operation.get(), "op");
   if (is(name, "test")) return test(document, std::move(operation), allowance);
   const int status = change(document, std::move(operation));

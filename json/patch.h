@@ -12,7 +12,8 @@ namespace pq {
 
 // Applies a patch, a JSON array of operations, to a document.
 // patch: may be null or something else, then it fails; used up.
-// document: may be null, then the patch fails. On success it holds the changed document; it may
+// document: may be shallow (j2s/shallow_tree.h); what the patch reaches is built. May be null, then
+// the patch fails. On success it holds the changed document; it may
 // have become something else than an object, or nothing that can be printed (a removed root). On
 // failure it is left half-changed, for the caller to throw away.
 // Returns 0 or the patch library's status of the operation that failed: 2 for one without a path,

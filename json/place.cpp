@@ -6,6 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "j2s/shallow_tree.h"
+
 namespace pq {
 namespace {
 
@@ -70,6 +72,19 @@ JsonPlace find_place(cJSON* document, const char* pointer) {
   const std::string parent(whole.substr(0, slash));
   return {cJSONUtils_GetPointer(document, parent.c_str()),
           unescaped(std::string(whole.substr(slash + 1)))};
+}
+
+void build_path(cJSON* document, const char* pointer) {
+  const std::string whole(pointer);
+  for (size_t end = whole.find('/'); end != std::string::npos; end = whole.find('/', end + 1)) {
+    cJSON* item = cJSONUtils_GetPointer(document, whole.substr(0, end).c_str());
+    if (!j2s::expand(item)) throw std::bad_alloc();
+  }
+}
+
+void build_item(cJSON* document, const char* pointer) {
+  build_path(document, pointer);
+  if (!j2s::expand_whole(cJSONUtils_GetPointer(document, pointer))) throw std::bad_alloc();
 }
 
 JsonPtr take_item(const JsonPlace& place) {

@@ -17,8 +17,15 @@ struct JsonPlace {
   std::string name;         // of the member, or the element's index
 };
 
-// Never leads to the document itself: a pointer without a slash leads nowhere.
+// The levels above the place have to be built. Never leads to the document itself: a pointer
+// without a slash leads nowhere.
 JsonPlace find_place(cJSON* document, const char* pointer);
+
+// In a shallow tree: builds the items on the way, so that the place is found if it is there.
+void build_path(cJSON* document, const char* pointer);
+
+// The same, and all of the item that the pointer leads to. Both throw std::bad_alloc.
+void build_item(cJSON* document, const char* pointer);
 
 // Takes the item out of its parent; null when there is none.
 JsonPtr take_item(const JsonPlace& place);

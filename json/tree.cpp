@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+#include "j2s/shallow_tree.h"
+
 namespace pq {
 
 JsonPtr parse_json(std::string_view text) {
@@ -11,6 +13,14 @@ JsonPtr parse_json(std::string_view text) {
   JsonPtr tree(cJSON_ParseWithLength(text.data(), text.size()));
   if (!tree) memory.check();
   return tree;
+}
+
+JsonPtr parse_shallow(const char* text) {
+  const MemoryWatch memory;
+  JsonPtr tree = j2s::parse_shallow(text);
+  if (tree) return tree;
+  memory.check();
+  return parse_json(text);
 }
 
 TextPtr print_json(cJSON* tree) {

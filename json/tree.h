@@ -31,6 +31,10 @@ class MemoryWatch {
 // variable of the whole process, so two threads take turns. Throws std::bad_alloc.
 JsonPtr parse_json(std::string_view text);
 
+// The same for a terminated text, but without building what nobody looks into: where the text
+// allows it, a shallow tree (j2s/shallow_tree.h).
+JsonPtr parse_shallow(const char* text);
+
 // A tree's indented text; null for a null tree and for one that can't be printed. The tree is good
 // for nothing else afterwards: its arrays of integers have become texts, which print much faster.
 // Throws std::bad_alloc.

@@ -32,12 +32,13 @@ const Table* find_table(const PqRequest& request) {
 // document as it was; it is written anew all the same, which tools use to have it reformatted.
 void change_document(JsonPtr patch) {
   const std::lock_guard lock(document_mutex);
-  const TextPtr stored = read_document_text(kAipqDocument);
-  JsonPtr document = stored ? parse_json(stored.get()) : nullptr;
+  TextPtr stored = read_document_text(kAipqDocument);
+  JsonPtr document = stored ? parse_shallow(stored.get()) : nullptr;
   const int status = apply_patch(document, std::move(patch));
   log_debug()("updateAIPQ ApplyPatches ret %d ", status);
   if (!stored) return;
-  if (status != 0) document = parse_json(stored.get());
+  if (status != 0) document = parse_shallow(stored.get());
+  stored.reset();  // a document is large, and its printed text comes on top
 
   // A patch can make a tree that prints as nothing, which is not saved. What does print can be read
   // again: no patched tree nests deeper than the parser goes.

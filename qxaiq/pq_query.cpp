@@ -7,6 +7,7 @@
 #include "base/log.h"
 #include "documents/document_file.h"
 #include "documents/pq_parameters.h"
+#include "j2s/shallow_tree.h"
 #include "qxaiq/pq_request.h"
 
 namespace pq {
@@ -42,7 +43,8 @@ JsonPtr read_pq_document() {
 // The section in the schema's form, for printing only. Zeros stand for what the document lacks,
 // also when there is no document.
 JsonPtr make_section(const Section& section, const cJSON* document) {
-  const cJSON* stored = cJSON_GetObjectItem(document, "pq_tuning_param");
+  cJSON* stored = cJSON_GetObjectItem(document, "pq_tuning_param");
+  if (!j2s::expand(stored)) throw std::bad_alloc();
   J2sContext context;
   PqParameters parameters;
   auto* values = reinterpret_cast<char*>(&parameters.values) + section.offset;

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/quit.h"
+#include "j2s/shallow_tree.h"
 
 namespace {
 
@@ -16,11 +17,23 @@ struct Outcome {
   std::string document;  // compact
 };
 
-Outcome patch(const char* document, const std::string& operations) {
-  pq::JsonPtr tree(cJSON_Parse(document));
+Outcome patch_tree(pq::JsonPtr tree, const std::string& operations) {
   const int status = pq::apply_patch(tree, operations);
+  EXPECT_TRUE(j2s::expand_whole(tree.get()));
   const pq::TextPtr text(cJSON_PrintUnformatted(tree.get()));
   return {status, text ? text.get() : "nothing"};
+}
+
+// A tree that is built in part, as stored documents are, has to come out the same.
+Outcome patch(const char* document, const std::string& operations) {
+  const pq::TextPtr stored(cJSON_Print(pq::JsonPtr(cJSON_Parse(document)).get()));
+  const Outcome in_part = patch_tree(pq::parse_shallow(stored.get()), operations);
+  Outcome whole = patch_tree(pq::JsonPtr(cJSON_Parse(document)), operations);
+  EXPECT_EQ(in_part.status, whole.status);
+  if (whole.status == 0) {
+    EXPECT_EQ(in_part.document, whole.document);
+  }
+  return whole;
 }
 
 struct Case {
