@@ -6,9 +6,9 @@ set(not_emulated
   Clients.TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd
   # A minute of walking through a million items.
   JsonPatchLimits.ManyOperationsOnAHugeDocumentEndAsFailure
-  # A shell stands in for the daemon here: this machine's, which loads no library for Arm.
-  Launch.GivesTheDaemonTheBoardsFilesAndPrograms/WithMappedPaths
-  Launch.LeavesNothingBehindHoweverItEnds/WithMappedPaths)
+  # proot starts no programs of another processor.
+  Isolations.ShowAChangeAPatternAndADump/UnderProot
+  Launch.GivesTheDaemonTheBoardsFilesAndPrograms/UnderProot)
 # Minutes of pixels, each compared by an emulated test.
 foreach(format rgba bgr nv12 nv16 nv24 nv15 rgb)
   list(APPEND not_emulated LargeDump.ArrivesWholeFromBothSides/${format})

@@ -33,7 +33,7 @@ struct Arguments {
 const std::map<std::string, board::Isolation> kIsolations = {
     {"auto", board::Isolation::kAuto},
     {"namespace", board::Isolation::kNamespace},
-    {"preload", board::Isolation::kPreload}};
+    {"proot", board::Isolation::kProot}};
 
 // The daemon starts in another folder than the one that the user is in.
 void make_absolute(board::BoardOptions& options) {
@@ -62,8 +62,8 @@ void add_run(CLI::App& app, Arguments& arguments) {
       ->type_name("DIR");
   command
       ->add_option("--isolation", arguments.isolation,
-                   "How the daemon meets its paths: in a private root (namespace), by a library "
-                   "in the process (preload), or as this machine allows (auto)")
+                   "How the daemon sees the board's paths: in a private root (namespace), through "
+                   "proot, or whichever this machine allows (auto)")
       ->capture_default_str()
       ->check(CLI::IsMember(&kIsolations));
   command

@@ -17,10 +17,10 @@ constexpr int kSignalStatus = 128;  // and the signal's number
 
 void explain_fallback() {
   std::cerr << "qxboard: cannot make a private root here: " << private_root_obstacle()
-            << "\nqxboard: the board's paths are mapped inside the daemon instead; it works, but "
-               "the daemon sees\nqxboard: the rest of this machine. For a private root, install "
-               "bubblewrap and allow user namespaces\nqxboard: (sysctl "
-               "kernel.unprivileged_userns_clone=1, or run outside a restricted container).\n";
+            << "\nqxboard: using proot instead: it works, but is slower, and the daemon sees the "
+               "rest of this machine.\nqxboard: For a private root, install bubblewrap and allow "
+               "user namespaces\nqxboard: (sysctl kernel.unprivileged_userns_clone=1, or run "
+               "outside a restricted container).\n";
 }
 
 // Daemons share the port without a word, and the kernel deals the clients out among them.
@@ -69,7 +69,7 @@ int run_in_foreground(const std::string& name_or_file, const BoardOptions& optio
   ::signal(SIGPIPE, SIG_IGN);
   refuse_shared_port();
   Board board(name_or_file, options);
-  if (options.isolation == Isolation::kAuto && board.isolation() == Isolation::kPreload) {
+  if (options.isolation == Isolation::kAuto && board.isolation() == Isolation::kProot) {
     explain_fallback();
   }
   std::cerr << "qxboard: board " << board.description().name << ", state in "

@@ -44,12 +44,6 @@ std::string joined(const std::vector<fs::path>& paths, char separator) {
   return text;
 }
 
-// The launcher's own processes get what they need to find programs, and nothing that changes how
-// libraries load.
-std::vector<std::string> clean_environment() {
-  return {"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
-}
-
 void keep_from_caller(std::map<std::string, std::string>& environment, const char* name) {
   if (const char* value = std::getenv(name)) environment[name] = value;
 }
@@ -81,20 +75,20 @@ void Board::start() {
                              std::strerror(errno) + " (is it built?)");
   }
   log_at_start_ = log().size();
-  int output = STDERR_FILENO;
   if (!options_.log_to_terminal) {
-    output =
-        ::open((state_.path() / "log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+    log_file_ = FileDescriptor(
+        ::open((state_.path() / "log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644));
   }
+  std::vector<std::string> daemon{options_.daemon};
+  daemon.insert(daemon.end(), options_.arguments.begin(), options_.arguments.end());
   try {
     session_ = std::make_unique<Session>(
-        Session::Options{command(), init_arguments(), clean_environment(), output});
+        Session::Options{container(), daemon, companions(), daemon_environment(),
+                         options_.log_to_terminal ? STDERR_FILENO : log_file_.get()});
   } catch (const std::exception& error) {
     if (options_.log_to_terminal) throw;
-    ::close(output);
     throw std::runtime_error(std::string(error.what()) + "\n" + log());
   }
-  if (!options_.log_to_terminal) ::close(output);
 }
 
 int Board::stop(int signal, Milliseconds timeout) {
@@ -188,9 +182,7 @@ std::vector<fs::path> Board::companions() const {
   return programs;
 }
 
-std::vector<std::string> Board::command() const {
-  const std::string init = program_folder() / "board_init";
-  if (isolation_ == Isolation::kPreload) return {init};
+Container Board::container() const {
   std::vector<fs::path> visible{build_folder(), options_.daemon};
   visible.insert(visible.end(), options_.libraries.begin(), options_.libraries.end());
   const auto beside = companions();
@@ -201,26 +193,10 @@ std::vector<std::string> Board::command() const {
     const auto folder = fs::path(profile).parent_path();
     mounts.push_back({folder, folder, true});
   }
-  auto command = private_root_command(mounts, visible);
-  command.push_back(init);
-  return command;
+  return make_container(isolation_, mounts, visible);
 }
 
-std::vector<std::string> Board::init_arguments() const {
-  std::vector<std::string> arguments;
-  for (const auto& [name, value] : daemon_environment()) {
-    arguments.emplace_back("--set");
-    arguments.emplace_back(name).append("=").append(value);
-  }
-  for (const auto& program : companions()) {
-    arguments.insert(arguments.end(), {"--companion", program});
-  }
-  arguments.insert(arguments.end(), {"--", options_.daemon});
-  arguments.insert(arguments.end(), options_.arguments.begin(), options_.arguments.end());
-  return arguments;
-}
-
-std::map<std::string, std::string> Board::daemon_environment() const {
+std::vector<std::string> Board::daemon_environment() const {
   std::map<std::string, std::string> environment;
   for (const char* name :
        {"TZ", "UBSAN_OPTIONS", "TSAN_OPTIONS", "LSAN_OPTIONS", kProfileVariable}) {
@@ -229,6 +205,8 @@ std::map<std::string, std::string> Board::daemon_environment() const {
   // The sanitizer's runtime comes after what the board preloads, and need not mind.
   keep_from_caller(environment, "ASAN_OPTIONS");
   environment["ASAN_OPTIONS"] += ":verify_asan_link_order=0";
+  // The leak check traces the process, which proot does already.
+  if (isolation_ == Isolation::kProot) environment["ASAN_OPTIONS"] += ":detect_leaks=0";
 
   auto libraries = options_.libraries;
   libraries.push_back(library_folder());
@@ -236,11 +214,7 @@ std::map<std::string, std::string> Board::daemon_environment() const {
   if (!engine.empty()) libraries.push_back(engine);
   environment["LD_LIBRARY_PATH"] = joined(libraries, ':');
   auto preloaded = preload_libraries();
-  if (isolation_ == Isolation::kPreload) {
-    preloaded.push_back(path_mapping_library());
-    environment["BOARD_PATHS"] = path_mapping(state_.mounts());
-    environment["BOARD_DIR"] = state_.board();
-  }
+  if (isolation_ == Isolation::kProot) preloaded.push_back(proot_workarounds_library());
   if (options_.hurry > 1) {
     preloaded.push_back(quick_clock_library());
     environment["BOARD_HURRY"] = std::to_string(options_.hurry);
@@ -249,7 +223,11 @@ std::map<std::string, std::string> Board::daemon_environment() const {
   environment["PATH"] = "/system/bin:/usr/bin:/bin";
   for (const auto& [name, value] : options_.environment)
     environment[name] = value;
-  return environment;
+
+  std::vector<std::string> settings;
+  for (const auto& [name, value] : environment)
+    settings.push_back(name + "=" + value);
+  return settings;
 }
 
 }  // namespace board

@@ -23,6 +23,7 @@
 #include <vector>
 
 #include "description/description.h"
+#include "files/file_descriptor.h"
 #include "launch/isolation.h"
 #include "launch/session.h"
 #include "launch/state_folder.h"
@@ -107,15 +108,15 @@ class Board {
 
  private:
   std::vector<std::filesystem::path> companions() const;
-  std::vector<std::string> command() const;
-  std::vector<std::string> init_arguments() const;
-  std::map<std::string, std::string> daemon_environment() const;
+  Container container() const;
+  std::vector<std::string> daemon_environment() const;  // NAME=VALUE
 
   Description description_;
   BoardOptions options_;
   Isolation isolation_;
   StateFolder state_;
   size_t log_at_start_ = 0;
+  FileDescriptor log_file_;
   std::unique_ptr<Session> session_;
 };
 

@@ -30,8 +30,8 @@ fs::path program_folder() {
 fs::path daemon_program() {
   return kBuildFolder / "qxaiq_tool_server";
 }
-fs::path path_mapping_library() {
-  return "libboardpaths.so";
+fs::path proot_workarounds_library() {
+  return "libboardproot.so";
 }
 
 fs::path quick_clock_library() {

@@ -26,8 +26,8 @@ std::filesystem::path engine_folder(Engine engine);
 // are names in library_folder(): the loader takes a blank in a path for the end of it.
 std::vector<std::filesystem::path> preload_libraries();
 
-// Answers for absolute paths where a private root cannot be made.
-std::filesystem::path path_mapping_library();
+// For what runs under proot.
+std::filesystem::path proot_workarounds_library();
 
 // Shortens waits by the factor in the environment variable BOARD_HURRY.
 std::filesystem::path quick_clock_library();

@@ -1,11 +1,10 @@
 #include "launch/isolation.h"
 
 #include <array>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
-
-#include "launch/installation.h"
 
 namespace board {
 namespace {
@@ -24,6 +23,9 @@ const std::vector<std::string> kBubblewrap = {"bwrap",          "--die-with-pare
                                               "--dev",          "/dev",
                                               "--tmpfs",        "/tmp"};
 
+// proot traces what it runs. It ends all of it on SIGQUIT, which it gets when the launcher dies.
+const std::vector<std::string> kProot = {"setpriv", "--pdeathsig", "QUIT", "proot", "-v", "-1"};
+
 // What the programs of this machine need to run: /lib and the like may be links into /usr.
 void add_system_folders(std::vector<std::string>& command) {
   for (const char* folder : {"/usr", "/etc", "/bin", "/sbin", "/lib", "/lib32", "/lib64"}) {
@@ -35,10 +37,9 @@ void add_system_folders(std::vector<std::string>& command) {
   }
 }
 
-std::string try_private_root() {
+// Empty when the command works, else what it says.
+std::string try_command(const std::vector<std::string>& command) {
   std::string line;
-  auto command = kBubblewrap;
-  add_system_folders(command);
   for (const auto& word : command)
     line += word + ' ';
   line += "/bin/true 2>&1";
@@ -51,7 +52,41 @@ std::string try_private_root() {
   if (::pclose(pipe) == 0) return "";
   while (output.ends_with('\n'))
     output.pop_back();
-  return output.empty() ? "bwrap failed" : output;
+  return output.empty() ? command.front() + " failed" : output;
+}
+
+std::string try_private_root() {
+  auto command = kBubblewrap;
+  add_system_folders(command);
+  return try_command(command);
+}
+
+Container private_root(const std::vector<Mount>& mounts, const std::vector<fs::path>& extra) {
+  auto command = kBubblewrap;
+  add_system_folders(command);
+  for (const auto& path : extra) {
+    command.insert(command.end(), {"--ro-bind", path, path});
+  }
+  for (const auto& mount : mounts) {
+    command.insert(command.end(),
+                   {mount.writable ? "--bind" : "--ro-bind", mount.on_host, mount.on_board});
+  }
+  command.insert(command.end(), {"--chdir", "/"});
+  return {command, 0};
+}
+
+Container proot(const std::vector<Mount>& mounts) {
+  auto command = kProot;
+  for (const auto& mount : mounts) {
+    const std::string binding = mount.on_host.string() + ":" + mount.on_board.string();
+    if (mount.on_host.string().find(':') != std::string::npos) {
+      throw std::runtime_error("cannot show " + mount.on_host.string() +
+                               " with proot: its name holds a colon; choose another folder");
+    }
+    command.insert(command.end(), {"-b", binding});
+  }
+  command.insert(command.end(), {"-w", "/"});
+  return {command, SIGQUIT};
 }
 
 }  // namespace
@@ -63,34 +98,18 @@ const std::string& private_root_obstacle() {
 
 Isolation choose_isolation(Isolation wanted) {
   if (wanted != Isolation::kAuto) return wanted;
-  return private_root_obstacle().empty() ? Isolation::kNamespace : Isolation::kPreload;
+  if (private_root_obstacle().empty()) return Isolation::kNamespace;
+  if (const std::string obstacle = try_command(kProot); !obstacle.empty()) {
+    throw std::runtime_error("this machine allows neither a private root (" +
+                             private_root_obstacle() + ") nor proot (" + obstacle +
+                             "); install bubblewrap and allow user namespaces, or install proot");
+  }
+  return Isolation::kProot;
 }
 
-std::vector<std::string> private_root_command(const std::vector<Mount>& mounts,
-                                              const std::vector<fs::path>& extra) {
-  auto command = kBubblewrap;
-  add_system_folders(command);
-  for (const auto& path : extra) {
-    command.insert(command.end(), {"--ro-bind", path, path});
-  }
-  for (const auto& mount : mounts) {
-    command.insert(command.end(),
-                   {mount.writable ? "--bind" : "--ro-bind", mount.on_host, mount.on_board});
-  }
-  command.insert(command.end(), {"--chdir", "/"});
-  return command;
-}
-
-std::string path_mapping(const std::vector<Mount>& mounts) {
-  std::string text;
-  for (const auto& mount : mounts) {
-    if (mount.on_host.string().find(':') != std::string::npos) {
-      throw std::runtime_error("cannot map " + mount.on_host.string() +
-                               " without a private root: its name holds a colon");
-    }
-    text += (text.empty() ? "" : ":") + mount.on_board.string() + "=" + mount.on_host.string();
-  }
-  return text;
+Container make_container(Isolation isolation, const std::vector<Mount>& mounts,
+                         const std::vector<fs::path>& extra) {
+  return isolation == Isolation::kProot ? proot(mounts) : private_root(mounts, extra);
 }
 
 }  // namespace board

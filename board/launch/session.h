@@ -1,55 +1,60 @@
-// One run of the daemon with its companions: the processes below board_init.
+// One run of the daemon with its companion programs.
 #ifndef BOARD_LAUNCH_SESSION_H_
 #define BOARD_LAUNCH_SESSION_H_
 
 #include <sys/types.h>
 
 #include <chrono>
+#include <filesystem>
+#include <list>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "init/status.h"
+#include "launch/contained_program.h"
+#include "launch/isolation.h"
 
 namespace board {
 
 class Session {
  public:
   struct Options {
-    std::vector<std::string> command;      // ends with board_init's own name
-    std::vector<std::string> arguments;    // of board_init, without its status option
+    Container container;
+    std::vector<std::string> daemon;  // the program's path and its arguments
+    std::vector<std::filesystem::path> companions;
     std::vector<std::string> environment;  // NAME=VALUE, all of it
-    int output;  // becomes standard output and error; the caller's to close
+    int output;  // becomes standard output and error; the caller keeps it open as long as this
+                 // lives
   };
 
   // Returns when the daemon's process is about to become the daemon. Throws std::runtime_error.
-  // The processes die with the thread that starts them: it has to outlive the session.
+  // The processes end with the thread that starts them: it has to outlive the session.
   explicit Session(const Options& options);
-  // Ends everything at once (SIGKILL) if it still runs.
-  ~Session();
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
 
   // As this machine sees it. Valid as long as the session runs.
-  pid_t daemon_pid() const { return daemon_; }
+  pid_t daemon_pid() const { return daemon_->id(); }
 
   // Does nothing when the daemon has ended.
-  void signal(int number);
+  void signal(int number) const { daemon_->signal(number); }
 
   // The daemon's exit status, 128 + N when signal N ended it; nothing when it still runs after
   // `timeout`. When it has ended, so has everything that the board started.
+  // Companions that ended before the daemon are reported on the output.
   std::optional<int> wait(std::chrono::milliseconds timeout);
 
  private:
-  pid_t await(StatusKind kind);
-  void kill_all();
-  void reap();
+  struct Companion {
+    Companion(const Options& options, const std::filesystem::path& file);
+    std::string path;
+    ContainedProgram program;
+  };
 
-  int status_socket_ = -1;
-  pid_t first_process_ = -1;
-  pid_t init_ = -1;
-  pid_t daemon_ = -1;
-  std::optional<int> ended_;
+  void report_lost_companions();
+  void end_companions();
+
+  int output_;
+  std::list<Companion> companions_;
+  std::optional<ContainedProgram> daemon_;
 };
 
 }  // namespace board

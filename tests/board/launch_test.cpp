@@ -44,10 +44,10 @@ class Launch : public testing::TestWithParam<Isolation> {
   BoardOptions options_;
 };
 
-INSTANTIATE_TEST_SUITE_P(, Launch, testing::Values(Isolation::kNamespace, Isolation::kPreload),
+INSTANTIATE_TEST_SUITE_P(, Launch, testing::Values(Isolation::kNamespace, Isolation::kProot),
                          [](const auto& isolation) {
                            return isolation.param == Isolation::kNamespace ? "InAPrivateRoot"
-                                                                           : "WithMappedPaths";
+                                                                           : "UnderProot";
                          });
 
 TEST_P(Launch, GivesTheDaemonTheBoardsFilesAndPrograms) {

@@ -1,0 +1,187 @@
+#include "launch/contained_program.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+namespace board {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds kPollStep{1};
+constexpr milliseconds kEndTimeout{5000};
+constexpr int kStartedDescriptor = 3;
+constexpr int kSignalStatus = 128;  // and the signal's number
+
+// Runs in the container: says that it is there, gives the program its environment, which the shell
+// itself and the container must not have (it preloads libraries), and keeps the program's status,
+// without a word of its own when a signal ended the program.
+constexpr const char* kShell =
+    "echo started >&3; exec 3>&-; "
+    "while [ \"$1\" != -- ]; do export \"$1\"; shift; done; shift; "
+    "exec 4>&2 2>/dev/null; \"$@\" 2>&4 4>&-; exit $?";
+
+// What the container needs to find programs, and nothing that changes how libraries load.
+const std::vector<std::string> kCleanEnvironment = {"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
+
+std::vector<char*> pointers(const std::vector<std::string>& words) {
+  std::vector<char*> result;
+  result.reserve(words.size() + 1);
+  for (const auto& word : words)
+    result.push_back(const_cast<char*>(word.c_str()));
+  result.push_back(nullptr);
+  return result;
+}
+
+std::vector<std::string> command_line(const Container& container,
+                                      const std::vector<std::string>& program,
+                                      const std::vector<std::string>& environment) {
+  auto command = container.command;
+  command.insert(command.end(), {"/bin/sh", "-c", kShell, "sh"});
+  command.insert(command.end(), environment.begin(), environment.end());
+  command.emplace_back("--");
+  command.insert(command.end(), program.begin(), program.end());
+  return command;
+}
+
+// With its own session, so that a Ctrl-C on the terminal reaches the launcher alone, which then
+// ends the daemon in order.
+pid_t spawn(const std::vector<std::string>& command, int output, int started) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO);
+  posix_spawn_file_actions_adddup2(&actions, started, kStartedDescriptor);
+  posix_spawn_file_actions_addclosefrom_np(&actions, kStartedDescriptor + 1);
+
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  sigset_t none;
+  sigset_t all;
+  sigemptyset(&none);
+  sigfillset(&all);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  posix_spawnattr_setsigdefault(&attributes, &all);
+  posix_spawnattr_setflags(
+      &attributes,
+      static_cast<short>(POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+  pid_t process = -1;
+  const int error = posix_spawnp(&process, command[0].c_str(), &actions, &attributes,
+                                 pointers(command).data(), pointers(kCleanEnvironment).data());
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0) {
+    throw std::runtime_error("cannot start " + command[0] + ": " + std::strerror(error));
+  }
+  return process;
+}
+
+// The shell's word arrives, or the pipe's end when there will be no shell.
+bool has_started(int descriptor) {
+  char letter = 0;
+  ssize_t count = 0;
+  do {
+    count = ::read(descriptor, &letter, 1);
+  } while (count < 0 && errno == EINTR);
+  return count > 0;
+}
+
+// Waits for the process's only child, which may come a moment later. None when the process ends
+// without one, or had one that was too quick to be seen.
+Process only_child(const Process& process) {
+  const std::string id = std::to_string(process.id());
+  const std::string children = "/proc/" + id + "/task/" + id + "/children";
+  for (;;) {
+    pid_t child = 0;
+    if (std::ifstream(children) >> child) return Process(child);
+    if (process.has_ended(milliseconds(0))) return {};
+    std::this_thread::sleep_for(kPollStep);
+  }
+}
+
+}  // namespace
+
+Process::Process(pid_t id)
+    : id_(id), descriptor_(static_cast<int>(::syscall(SYS_pidfd_open, id, 0))) {}
+
+bool Process::has_ended(milliseconds timeout) const {
+  if (!descriptor_.valid()) return true;
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  for (;;) {
+    const auto left =
+        std::chrono::ceil<milliseconds>(end - std::chrono::steady_clock::now()).count();
+    pollfd waiting{descriptor_.get(), POLLIN, 0};
+    const int result = ::poll(&waiting, 1, left > 0 ? static_cast<int>(left) : 0);
+    if (result >= 0 || errno != EINTR) return result > 0;
+  }
+}
+
+void Process::signal(int number) const {
+  if (descriptor_.valid()) {
+    (void)::syscall(SYS_pidfd_send_signal, descriptor_.get(), number, nullptr, 0);
+  }
+}
+
+ContainedProgram::ContainedProgram(const Container& container,
+                                   const std::vector<std::string>& program,
+                                   const std::vector<std::string>& environment, int output)
+    : end_signal_(container.end_signal) {
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) {
+    throw std::runtime_error(std::string("cannot make a pipe: ") + std::strerror(errno));
+  }
+  const FileDescriptor started(ends[0]);
+  {
+    const FileDescriptor theirs(ends[1]);
+    container_ =
+        Process(spawn(command_line(container, program, environment), output, theirs.get()));
+  }
+  if (!has_started(started.get())) {
+    end_container();
+    throw std::runtime_error("the board did not start; its log says why");
+  }
+  shell_ = only_child(container_);
+  program_ = only_child(shell_);
+}
+
+ContainedProgram::~ContainedProgram() {
+  if (!status_) end_container();
+}
+
+// Ends what is left and keeps the status. The kernel ends a private root's processes with the
+// shell, which is their first one; proot ends the processes that it traces when it is told to.
+void ContainedProgram::end_container() {
+  shell_.signal(SIGKILL);
+  if (end_signal_ != 0) container_.signal(end_signal_);
+  if (!container_.has_ended(kEndTimeout)) container_.signal(SIGKILL);
+  siginfo_t information{};
+  while (::waitid(P_PID, static_cast<id_t>(container_.id()), &information, WEXITED) != 0 &&
+         errno == EINTR) {
+  }
+  // bubblewrap, when it is killed itself, is gone a moment before the processes that go with it.
+  (void)shell_.has_ended(kEndTimeout);
+  status_ = information.si_code == CLD_EXITED ? information.si_status
+                                              : kSignalStatus + information.si_status;
+}
+
+std::optional<int> ContainedProgram::wait(milliseconds timeout) {
+  // A container that was killed from outside leaves a shell that nobody waits for.
+  const bool ended = shell_.has_ended(timeout) || container_.has_ended(milliseconds(0));
+  if (!status_ && ended) end_container();
+  return status_;
+}
+
+}  // namespace board
