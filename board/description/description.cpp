@@ -186,7 +186,7 @@ Description read_description(const std::filesystem::path& file) {
   if (const cJSON* list = reader.find("connectors")) {
     description.connectors = read_connectors(reader.where(), list);
   }
-  reader.read_number("gamma_lut_size", description.gamma_lut_size, 65536);
+  reader.read_number("gamma_lut_size", description.gamma_lut_size, kLargestGammaTable);
   read_dump(reader, description);
   reader.read_named("engine", description.engine, kEngineNames);
   read_faults(reader, description.faults);

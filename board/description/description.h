@@ -5,6 +5,7 @@
 #ifndef BOARD_DESCRIPTION_DESCRIPTION_H_
 #define BOARD_DESCRIPTION_DESCRIPTION_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -12,6 +13,9 @@
 #include <vector>
 
 namespace board {
+
+inline constexpr size_t kMostConnectors = 8;
+inline constexpr uint32_t kLargestGammaTable = 4096;  // entries
 
 struct Connector {
   uint32_t type = 14;    // DRM connector type code (drm_mode.h); in the file its name or the number

@@ -7,33 +7,16 @@
 #include <cstring>
 #include <sstream>
 
-#include "drm/properties.h"
-#include "drm/state_file.h"
+#include "drm/device_file.h"
 
 namespace board {
 namespace {
 
-using drm::DeviceState;
-
-const std::vector<uint8_t>* blob_data(const DeviceState& state, uint64_t id) {
-  const drm::Blob* blob = state.find_blob(static_cast<uint32_t>(id));
-  return blob != nullptr ? &blob->data : nullptr;
-}
-
-void read_mode(const DeviceState& state, const drm::Crtc& crtc, DisplayConnector& connector) {
-  const auto* data = blob_data(state, crtc.properties.value(drm::kModeId));
-  drm_mode_modeinfo mode = {};
-  if (data == nullptr || data->size() != sizeof(mode)) return;
-  std::memcpy(&mode, data->data(), sizeof(mode));
-  connector.width = mode.hdisplay;
-  connector.height = mode.vdisplay;
-}
-
-void read_gamma(const DeviceState& state, const drm::Crtc& crtc, DisplayConnector& connector) {
-  const auto* data = blob_data(state, crtc.properties.value(drm::kGammaLut));
-  if (data == nullptr) return;
-  std::vector<drm_color_lut> entries(data->size() / sizeof(drm_color_lut));
-  std::memcpy(entries.data(), data->data(), entries.size() * sizeof(drm_color_lut));
+// The table that a CRTC shows.
+void read_gamma(const drm::DeviceFile& device, uint32_t blob, DisplayConnector& connector) {
+  const auto data = device.blob(blob - drm::blob_id(0));
+  std::vector<drm_color_lut> entries(data.size() / sizeof(drm_color_lut));
+  std::memcpy(entries.data(), data.data(), entries.size() * sizeof(drm_color_lut));
   for (const drm_color_lut& entry : entries) {
     connector.gamma.red.push_back(entry.red);
     connector.gamma.green.push_back(entry.green);
@@ -42,27 +25,24 @@ void read_gamma(const DeviceState& state, const drm::Crtc& crtc, DisplayConnecto
   }
 }
 
-std::optional<PictureControls> read_controls(const drm::PropertyList& properties) {
-  if (properties.find(drm::kBrightness) == nullptr) return std::nullopt;
-  const auto value = [&](uint32_t id) { return static_cast<uint32_t>(properties.value(id)); };
-  return PictureControls{value(drm::kBrightness), value(drm::kContrast), value(drm::kSaturation),
-                         value(drm::kHue)};
-}
-
-DisplayConnector read_connector(const DeviceState& state, const drm::Connector& source) {
+DisplayConnector read_connector(const drm::DeviceFile& device, size_t index) {
+  const drm::DeviceRecord& record = device.record();
+  const drm::Output& output = record.outputs[index];
   DisplayConnector connector;
-  connector.name = connector_name(source.type, source.type_id);
-  connector.connector_id = source.id;
-  connector.type = source.type;
-  connector.type_id = source.type_id;
-  connector.connected = source.connected != 0;
-  connector.crtc_id = static_cast<uint32_t>(source.properties.value(drm::kCrtcId));
-  connector.controls = read_controls(source.properties);
-  if (const drm::Crtc* crtc = state.find_crtc(connector.crtc_id)) {
-    connector.active = crtc->properties.value(drm::kActive) != 0;
-    read_mode(state, *crtc, connector);
-    read_gamma(state, *crtc, connector);
+  connector.name = connector_name(output.connector_type, output.connector_type_id);
+  connector.connector_id = drm::connector_id(index);
+  connector.type = output.connector_type;
+  connector.type_id = output.connector_type_id;
+  connector.connected = output.connected != 0;
+  if (output.has_controls != 0) {
+    const auto [brightness, contrast, saturation, hue] = output.controls;
+    connector.controls = PictureControls{brightness, contrast, saturation, hue};
   }
+  if (output.lit == 0) return connector;
+  connector.crtc_id = drm::crtc_id(record.crtc_position(index));
+  connector.width = record.settings.width;
+  connector.height = record.settings.height;
+  if (output.gamma_blob != 0) read_gamma(device, output.gamma_blob, connector);
   return connector;
 }
 
@@ -101,8 +81,8 @@ void describe_connector(std::ostream& out, const DisplayConnector& connector) {
   if (connector.crtc_id == 0) {
     out << ", dark: no CRTC\n";
   } else {
-    out << ", CRTC " << connector.crtc_id << (connector.active ? ", " : " (off), ")
-        << connector.width << 'x' << connector.height << '\n';
+    out << ", CRTC " << connector.crtc_id << ", " << connector.width << 'x' << connector.height
+        << '\n';
     describe_gamma(out, connector);
   }
   if (const auto& controls = connector.controls) {
@@ -116,15 +96,14 @@ void describe_connector(std::ostream& out, const DisplayConnector& connector) {
 }  // namespace
 
 DisplayState read_display_state(const std::filesystem::path& board_folder) {
-  const DeviceState device = drm::decode(drm::read_image(board_folder));
+  const drm::DeviceFile device(board_folder);
   DisplayState state;
-  for (const drm::Connector& connector : device.connectors) {
-    state.connectors.push_back(read_connector(device, connector));
-  }
-  state.commits = device.commits;
-  state.property_writes = device.property_writes;
-  state.blobs = device.blobs.size();
-  state.open_files = device.open_files.size();
+  for (size_t i = 0; i < device.record().settings.output_count; ++i)
+    state.connectors.push_back(read_connector(device, i));
+  state.commits = device.record().commits;
+  state.property_writes = device.record().property_writes;
+  for (const drm::Blob& blob : device.record().blobs)
+    state.blobs += blob.size != 0 ? 1 : 0;
   return state;
 }
 

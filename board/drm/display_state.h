@@ -1,7 +1,7 @@
 // The simulated display device as seen from outside: setting it up when a board boots, and reading
 // what programs have made of it, while they run or afterwards.
 //
-// Functions may be called from any thread and process; none keeps a lock.
+// Functions may be called from any thread and process; none keeps the device locked.
 #ifndef BOARD_DRM_DISPLAY_STATE_H_
 #define BOARD_DRM_DISPLAY_STATE_H_
 
@@ -38,7 +38,6 @@ struct DisplayConnector {
   uint32_t type_id = 0;  // from 1 within the type
   bool connected = false;
   uint32_t crtc_id = 0;  // 0: nothing is shown there; then all that follows is neutral
-  bool active = false;
   uint32_t width = 0;
   uint32_t height = 0;
   std::optional<PictureControls> controls;  // none: the connector has no such properties
@@ -50,8 +49,7 @@ struct DisplayState {
   std::vector<DisplayConnector> connectors;  // in the order of the board's description
   uint64_t commits = 0;                      // successful atomic commits
   uint64_t property_writes = 0;              // successful single property calls
-  size_t blobs = 0;                          // living property blobs, one a mode included
-  size_t open_files = 0;                     // open or not yet noticed as closed
+  size_t blobs = 0;                          // living property blobs
 };
 
 // Makes the display device of a board: the node's stand-in and the state at power-on, in place of
@@ -59,7 +57,8 @@ struct DisplayState {
 // std::filesystem::filesystem_error when the folder can't be written.
 void create_display(const std::filesystem::path& board_folder, const Description& description);
 
-// The folder to show to the board's programs as /dev/dri. Empty when the board has no device.
+// The folder to show to the board's programs as /dev/dri. It is empty when the board has no
+// device.
 std::filesystem::path display_node_folder(const std::filesystem::path& board_folder);
 
 // Throws std::runtime_error (std::system_error included) when there is no readable state.

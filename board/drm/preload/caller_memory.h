@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <span>
 #include <vector>
 
 namespace board::drm {
@@ -18,36 +17,24 @@ inline void* pointer_from(uint64_t address) {
   return reinterpret_cast<void*>(address);
 }
 
+// As the kernel's list requests do: copies as many items as there is room for and sets `count` to
+// the real number, from which a caller sees what room it needs. 0 or -EFAULT.
 template <typename T>
-int copy_to_caller(uint64_t address, std::span<const T> items) {
-  if (items.empty()) return 0;
+int copy_to_caller(uint64_t address, uint32_t& count, const std::vector<T>& items) {
+  const size_t fitting = std::min<size_t>(count, items.size());
+  count = static_cast<uint32_t>(items.size());
+  if (fitting == 0) return 0;
   if (address == 0) return -EFAULT;
-  std::memcpy(pointer_from(address), items.data(), items.size_bytes());
+  std::memcpy(pointer_from(address), items.data(), fitting * sizeof(T));
   return 0;
 }
 
-// The two habits of the kernel's list requests. Both set `count` to the real number, from which a
-// caller sees what room it needs. Some copy as many items as there is room for:
-template <typename T, typename Count>
-int copy_what_fits(uint64_t address, Count& count, const std::vector<T>& items) {
-  const size_t fitting = std::min<size_t>(count, items.size());
-  count = static_cast<Count>(items.size());
-  return copy_to_caller(address, std::span(items).first(fitting));
-}
-
-// others copy all or nothing.
-template <typename T, typename Count>
-int copy_if_all_fit(uint64_t address, Count& count, const std::vector<T>& items) {
-  const bool fits = count >= items.size();
-  count = static_cast<Count>(items.size());
-  return fits ? copy_to_caller(address, std::span<const T>(items)) : 0;
-}
-
+// Fills the whole list. 0 or -EFAULT.
 template <typename T>
-int copy_from_caller(uint64_t address, std::span<T> items) {
+int copy_from_caller(uint64_t address, std::vector<T>& items) {
   if (items.empty()) return 0;
   if (address == 0) return -EFAULT;
-  std::memcpy(items.data(), pointer_from(address), items.size_bytes());
+  std::memcpy(items.data(), pointer_from(address), items.size() * sizeof(T));
   return 0;
 }
 

@@ -11,21 +11,17 @@
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdarg>
 
 #include "description/description.h"
+#include "drm/device_file.h"
 #include "drm/preload/dispatch.h"
-#include "drm/preload/next.h"
-#include "drm/state_file.h"
 
 namespace {
-
-using board::drm::next_ioctl;
-using board::drm::next_open;
-using board::drm::next_open64;
 
 bool is_display_device(int descriptor) {
   struct stat given = {};
@@ -41,18 +37,16 @@ int answer(int result, int former_errno) {
   return result < 0 ? -1 : result;
 }
 
-int open_with(int (*next)(const char*, int, mode_t), const char* path, int flags, mode_t mode) {
+int open_device_or_file(const char* path, int flags, va_list arguments) {
+  const bool takes_mode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+  const mode_t mode = takes_mode ? va_arg(arguments, mode_t) : 0;
   const int former_errno = errno;
-  const int descriptor = next(path, flags, mode);
+  const int descriptor = ::openat(AT_FDCWD, path, flags, mode);
   if (descriptor < 0 || (flags & O_PATH) != 0) return descriptor;
   const int result = is_display_device(descriptor) ? board::drm::handle_open(descriptor) : 0;
   if (result == 0) return answer(descriptor, former_errno);
   ::close(descriptor);
   return answer(result, former_errno);
-}
-
-bool takes_mode(int flags) {
-  return (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
 }
 
 }  // namespace
@@ -70,7 +64,7 @@ EXPORTED int ioctl(int descriptor, unsigned long request, ...) noexcept {
   // Requests of other types, such as FIOCLEX, are the file system's business on a real node too.
   if (_IOC_TYPE(request) != board::drm::kDrmRequestType || !is_display_device(descriptor)) {
     errno = former_errno;
-    return next_ioctl(descriptor, request, argument);
+    return static_cast<int>(::syscall(SYS_ioctl, descriptor, request, argument));
   }
   return answer(board::drm::handle_ioctl(descriptor, request, argument), former_errno);
 }
@@ -78,19 +72,15 @@ EXPORTED int ioctl(int descriptor, unsigned long request, ...) noexcept {
 EXPORTED int open(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  mode_t mode = 0;
-  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): seen only with several files in one run.
-  if (takes_mode(flags)) mode = va_arg(arguments, mode_t);
+  const int result = open_device_or_file(path, flags, arguments);
   va_end(arguments);
-  return open_with(next_open, path, flags, mode);
+  return result;
 }
 
 EXPORTED int open64(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  mode_t mode = 0;
-  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): seen only with several files in one run.
-  if (takes_mode(flags)) mode = va_arg(arguments, mode_t);
+  const int result = open_device_or_file(path, flags, arguments);
   va_end(arguments);
-  return open_with(next_open64, path, flags, mode);
+  return result;
 }
