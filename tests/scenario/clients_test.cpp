@@ -2,6 +2,9 @@
 #include <sys/socket.h>
 
 #include <csignal>
+#include <fstream>
+#include <sstream>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -80,6 +83,44 @@ TEST_F(Clients, FiveThatWantDumpsAtOnceEachGetTheirOwnSideInTurn) {
     });
   }
 }
+
+// Sanitizers and emulators reserve memory of their own.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) && !defined(PQ_EMULATED)
+
+// The limits that init sets, as a shell sets them: "rlimit NAME SOFT HARD" of the service's file.
+std::string limits_of_the_service() {
+  std::ifstream file(PQ_SOURCES "/android/qxaiq_tool_server.rc");
+  std::string limits = "ulimit -s 1008; ";  // the stack of a thread, as bionic has it
+  for (std::string text; std::getline(file, text);) {
+    std::istringstream line(text);
+    std::string keyword, name;
+    unsigned long value = 0;
+    if (!(line >> keyword >> name >> value) || keyword != "rlimit") continue;
+    limits += name == "data" ? "ulimit -d " + std::to_string(value / 1024) + "; "
+                             : "ulimit -n " + std::to_string(value) + "; ";
+  }
+  return limits;
+}
+
+TEST_F(Clients, AreServedWithinTheLimitsOfTheService) {
+  const std::string limits = limits_of_the_service();
+  ASSERT_NE(limits.find("ulimit -d"), std::string::npos);
+  ASSERT_NE(limits.find("ulimit -n"), std::string::npos);
+  start_with_documents(
+      "tv",
+      {.daemon = "/bin/sh", .arguments = {"-c", limits + "exec \"$0\"", PQ_DAEMON}, .hurry = 20});
+  std::vector<pqclient::Connection> clients;
+  for (int i = 0; i < 90; ++i) {
+    clients.push_back(connect());
+    send(clients.back(), document_packet(1, R"([{"path":"/gamma"}])"));
+    EXPECT_NE(receive(clients.back(), 1), "") << "client " << i;
+  }
+  change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
+  EXPECT_TRUE(serves());
+  EXPECT_EQ(board().stop(), 0);
+}
+
+#endif
 
 }  // namespace
 }  // namespace scenario
