@@ -1,4 +1,4 @@
-// Prints what operations ask of the heap: a line each, "NAME <tab> allocations <tab> the floor's
+// Prints the operations' use of the heap, one line each: "NAME <tab> allocations <tab> the floor's
 // <tab> peak growth in bytes".
 #include <cstdio>
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-// The first run is not typical.
+// The first run is not typical and is not counted.
 bench::HeapUse measure(const bench::Way& way) {
   way.run();
   return bench::measure_heap(way.run);

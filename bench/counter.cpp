@@ -19,7 +19,7 @@
 namespace bench {
 namespace {
 
-// The processor's counter, open for this thread's user-space instructions; -1 where there is none.
+// Opens the processor's counter for this thread's user-space instructions; -1 if there is none.
 int open_processor_counter() {
   perf_event_attr attributes{};
   attributes.type = PERF_TYPE_HARDWARE;
@@ -35,7 +35,7 @@ std::string profile_path() {
   return "/tmp/bench-profile." + std::to_string(getpid());
 }
 
-// valgrind writes what it has counted since the last time to a numbered file, and starts anew.
+// valgrind writes the count since the last dump to a numbered file, and restarts counting.
 uint64_t take_valgrind_count() {
   static int dump = 0;
   CALLGRIND_DUMP_STATS;
@@ -51,7 +51,7 @@ uint64_t take_valgrind_count() {
   return count;
 }
 
-// processor_counter: -1 for valgrind's.
+// processor_counter: -1 to count with valgrind.
 uint64_t count_runs(const std::function<void()>& run, int times, int processor_counter) {
   if (processor_counter >= 0) {
     ioctl(processor_counter, PERF_EVENT_IOC_RESET, 0);
@@ -100,14 +100,14 @@ const char* counter_name() {
 }
 
 void profile(const std::function<void()>& run) {
-  run();  // the first one is not typical
+  run();  // the first run is not typical
   CALLGRIND_START_INSTRUMENTATION;
   run();
   CALLGRIND_STOP_INSTRUMENTATION;
 }
 
 double count_instructions(const std::function<void()>& run) {
-  // In a process of its own: what earlier runs left in the heap would count in.
+  // Runs in a process of its own: the heap left by earlier runs would change the count.
   std::array<int, 2> ends{};
   if (pipe(ends.data()) != 0) std::abort();
   const pid_t child = fork();

@@ -1,5 +1,5 @@
-// Counts the instructions that the program executes outside the kernel: by the processor's own
-// counter where the machine shows it, else by running the program under valgrind.
+// Counts the instructions that the program executes outside the kernel: with the processor's own
+// counter if the machine exposes it, otherwise by running the program under valgrind.
 #ifndef BENCH_COUNTER_H_
 #define BENCH_COUNTER_H_
 
@@ -8,19 +8,19 @@
 
 namespace bench {
 
-// To be called first in main. Starts the program anew under valgrind where that is the way; ends it
-// with a message where neither way is open.
+// Must be called first in main. Restarts the program under valgrind if there is no processor
+// counter; ends it with a message if neither is available.
 void choose_counter(char** argv);
 
-// What counts: "the processor" or "valgrind".
+// The source of the counts: "the processor" or "valgrind".
 const char* counter_name();
 
-// Lets valgrind note where the instructions of one run go, and write that down at the program's
-// end.
+// Makes valgrind record the instructions of one run by function, and write them when the program
+// exits.
 void profile(const std::function<void()>& run);
 
-// Instructions of one run, without what it takes to get going: (5 runs - 2 runs) / 3. The runs take
-// place in a child process.
+// Instructions of one run, without the fixed overhead: (5 runs - 2 runs) / 3. The runs take place
+// in a child process.
 double count_instructions(const std::function<void()>& run);
 
 }  // namespace bench

@@ -10,15 +10,15 @@ struct Documents {
   std::string pq, aipq;
 };
 
-// Has the daemon create both where it keeps them, on the board in process of a typical panel, and
-// returns their texts.
+// Makes the daemon create both documents in their places, on the in-process board with a typical
+// panel. Returns their texts.
 Documents create_documents();
 
-// The same document with four times the values: each of its outermost arrays holds its elements
-// four times over.
+// The same document with four times the values: the elements of each outermost array are repeated
+// four times.
 std::string four_times_as_large(const std::string& document);
 
-// Writes and reads a file whole; an empty text when there is none to read.
+// Writes and reads whole files; reading gives an empty text if the file cannot be read.
 void write_file(const char* path, const std::string& text);
 std::string read_file(const char* path);
 

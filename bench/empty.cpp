@@ -1,4 +1,4 @@
-// What a C++ program costs that does nothing.
+// An empty C++ program, to compare the daemon's start with.
 #include <iostream>
 
 int main() {

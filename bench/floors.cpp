@@ -16,8 +16,8 @@ cJSON* patched_part(cJSON* document, bool in_parameters) {
   return in_parameters ? cJSON_GetObjectItemCaseSensitive(document, "pq_tuning_param") : document;
 }
 
-// In place. The patch library would move a member to the end of its object, where the daemon's
-// documents do not have it.
+// Replaces in place. The patch library would move the member to the end of its object, but the
+// daemon's documents keep the order.
 void replace(cJSON* document, cJSON* operation) {
   const std::string path = cJSON_GetStringValue(cJSON_GetObjectItem(operation, "path"));
   const size_t slash = path.rfind('/');

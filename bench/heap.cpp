@@ -42,7 +42,7 @@ HeapUse measure_heap(const std::function<void()>& run) {
 
 }  // namespace bench
 
-// One thread only: what is measured starts none.
+// Not thread-safe: the measured code starts no threads.
 extern "C" {
 
 void* malloc(size_t size) {

@@ -1,5 +1,5 @@
-// Counts what the program asks of the heap. Only programs that hold heap.cpp can: it stands in for
-// the C library's own entry points.
+// Counts the program's heap use. Works only in programs that link heap.cpp, which replaces the C
+// library's entry points.
 #ifndef BENCH_HEAP_H_
 #define BENCH_HEAP_H_
 

@@ -1,9 +1,9 @@
-// Prints instructions: a line an operation, "NAME <tab> ours <tab> floor", in instructions a run,
-// after a line "# WHAT COUNTED THEM".
+// Prints instructions, one line per operation: "NAME <tab> ours <tab> floor", in instructions per
+// run, after a line "# COUNTER".
 //
-//   bench_instructions [--growth] [NAME]...   all operations, or those whose names begin so
-//   bench_instructions --profile NAME...      ours alone, for valgrind to look at
-//   --growth: "NAME <tab> at this size <tab> at four times the size", ours alone
+//   bench_instructions [--growth] [NAME]...   all operations, or those whose names start with NAME
+//   bench_instructions --profile NAME...      only ours, for a profile by valgrind
+//   --growth: "NAME <tab> at this size <tab> at four times the size", only ours
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -54,7 +54,7 @@ std::vector<Operation> wanted_operations(const Request& request,
   return operations;
 }
 
-// A cost is worth nothing when the result is wrong.
+// A cost means nothing if the result is wrong.
 void check_results(const Operation& operation) {
   operation.prepare();
   operation.ours.run();
@@ -72,7 +72,7 @@ void print_cost(const Operation& operation) {
   std::fflush(stdout);
 }
 
-// Each run starts from the same document: a change brings it to the schema's size.
+// Each run starts from the same document, because an update brings it to the schema's size.
 double cost_from_start(const Operation& operation) {
   return bench::count_instructions([&] {
     operation.prepare();

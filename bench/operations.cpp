@@ -28,7 +28,7 @@ pq::JsonPtr copy_of(const cJSON* tree) {
   return pq::JsonPtr(cJSON_Duplicate(tree, true));
 }
 
-// A way whose result is a text, freed before the next run.
+// A way whose result is a text, which is freed before the next run.
 template <typename MakeText>
 Way text_way(MakeText make_text) {
   const auto text = std::make_shared<pq::TextPtr>();
@@ -51,7 +51,7 @@ std::string change_of(const std::string& path, const std::string& value) {
          R"(,"toolversion":"2.1.0","platform":1}])";
 }
 
-// As a tool sends a gamma table: 1,024 entries, one text.
+// A gamma table as a tool sends it: 1,024 entries, one text.
 std::string gamma_table() {
   std::string table = "[";
   for (int i = 0; i < 1024; ++i)
@@ -89,7 +89,7 @@ class OperationList {
   void add(std::string name, Way ours, Way floor) {
     const auto prepare = [documents = documents_] {
       unsetenv("J2S_NO_CACHE");
-      pq::J2sContext context;  // writes the cache, unless it is there
+      pq::J2sContext context;  // writes the cache, unless it exists
       write_file(pq::kPqDocument, documents.pq);
       write_file(pq::kAipqDocument, documents.aipq);
     };
@@ -115,7 +115,7 @@ class OperationList {
     add(name, file_way(document, ours), text_way(floor));
   }
 
-  // The floor copies a ready tree and prints the copy: a tree there has to be.
+  // The floor copies a prepared tree and prints the copy, because some tree has to exist.
   void add_new_document(const std::string& name, int (*create)(char*),
                         const std::string& document) {
     const auto tree = std::make_shared<pq::JsonPtr>(pq::parse_json(document));
@@ -125,7 +125,7 @@ class OperationList {
 
   cJSON* parameters() const { return cJSON_GetObjectItem(tree_.get(), "pq_tuning_param"); }
 
-  // The floor parses the record's text, and need not even free the tree.
+  // The floor parses the record's text, and does not even free the tree.
   void add_load() {
     const auto record = std::make_shared<pq::PqParameters>();
     const auto context = std::make_shared<pq::J2sContext>();
@@ -145,7 +145,7 @@ class OperationList {
     return j2s_dump_struct(context, "pq_tuning_param", &values);
   }
 
-  // The floor as for the new documents.
+  // The floor is the same as for new documents.
   void add_dump() {
     const auto record = std::make_shared<pq::PqParameters>();
     const auto context = std::make_shared<pq::J2sContext>();

@@ -1,4 +1,4 @@
-// What is measured: each operation of the daemon beside its floor.
+// The measured operations of the daemon, each with its floor.
 #ifndef BENCH_OPERATIONS_H_
 #define BENCH_OPERATIONS_H_
 
@@ -10,7 +10,7 @@
 
 namespace bench {
 
-// One way to do a thing. `run` does it and keeps its result; it can be repeated.
+// One way to do something. `run` does it and keeps its result; it can be repeated.
 struct Way {
   std::function<void()> run;
   std::function<std::string()> result;  // of the last run

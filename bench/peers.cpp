@@ -1,6 +1,7 @@
-// Prints what reading the PQ document, changing one member and writing it costs with the JSON
-// libraries that a C++ programmer would take: a line each, "LIBRARY <tab> instructions <tab> ours".
-// Theirs goes from text to text; ours does all that the daemon does for such a change.
+// Prints the cost of reading the PQ document, changing one member and writing it with JSON
+// libraries that a C++ programmer might choose, one line each: "LIBRARY <tab> instructions <tab>
+// ours".
+// Theirs goes from text to text; ours includes everything that the daemon does for such an update.
 #include <rapidjson/document.h>
 #include <rapidjson/pointer.h>
 #include <rapidjson/prettywriter.h>

@@ -1,8 +1,8 @@
 // Measures the daemon as a process: bench_server DAEMON EMPTY_PROGRAM, inside tools/private-root.
 //
-// Prints "NAME <tab> value <tab> what it is compared with" a line: microseconds from the start to
-// the first accepted connection, and from the start to the end of the empty program; resident
-// kilobytes without a client; bytes for each idle client.
+// Prints one line each, "NAME <tab> value <tab> reference": microseconds from the start to the
+// first accepted connection, and from start to exit of the empty program; resident kilobytes
+// without a client; bytes for each idle client.
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <spawn.h>
@@ -50,7 +50,7 @@ void end(pid_t pid) {
   waitpid(pid, nullptr, 0);
 }
 
-// Not valid while nobody listens.
+// Invalid if no server listens yet.
 pq::UniqueFd try_to_connect() {
   pq::UniqueFd socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
   sockaddr_in address{};
@@ -63,8 +63,8 @@ pq::UniqueFd try_to_connect() {
 }
 
 pq::UniqueFd connect_to_daemon() {
-  constexpr std::chrono::seconds kLongest{10};
-  const Clock::time_point give_up = Clock::now() + kLongest;
+  constexpr std::chrono::seconds kMaxWait{10};
+  const Clock::time_point give_up = Clock::now() + kMaxWait;
   while (Clock::now() < give_up) {
     pq::UniqueFd socket = try_to_connect();
     if (socket.valid()) return socket;
@@ -80,12 +80,12 @@ double microseconds(Action action) {
   return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
 }
 
-// The fastest: what else the machine does only adds.
+// The fastest: other load on the machine can only add time.
 double least(const std::vector<double>& values) {
   return *std::ranges::min_element(values);
 }
 
-// By turns, so that what else the machine does meets both.
+// Alternates, so that other load on the machine affects both.
 void print_start(const char* daemon, const char* empty_program) {
   std::vector<double> daemon_times, empty_times;
   for (int i = 0; i < kStarts; ++i) {
@@ -109,13 +109,13 @@ long status_of(pid_t pid, const std::string& key) {
   return 0;
 }
 
-// Main, accept thread, one thread a client.
+// Main thread, accept thread, one thread per client.
 void wait_for_threads(pid_t pid, size_t clients) {
   while (status_of(pid, "Threads") != static_cast<long>(clients) + 2)
     std::this_thread::sleep_for(std::chrono::microseconds(200));
 }
 
-// When all threads have come to rest.
+// Measured once all threads have come to rest.
 long resident_kilobytes(pid_t pid) {
   std::this_thread::sleep_for(std::chrono::seconds(2));
   return status_of(pid, "VmRSS");
@@ -123,7 +123,7 @@ long resident_kilobytes(pid_t pid) {
 
 void print_memory(const char* daemon) {
   const pid_t pid = start(daemon);
-  connect_to_daemon();  // and leave again
+  connect_to_daemon();  // and disconnects again
   wait_for_threads(pid, 0);
   const long idle = resident_kilobytes(pid);
   std::printf("resident when idle, KB\t%ld\t0\n", idle);
@@ -131,7 +131,7 @@ void print_memory(const char* daemon) {
   for (const size_t count : {100, 1000}) {
     while (clients.size() < count) {
       clients.push_back(connect_to_daemon());
-      // One by one: who finds the server's queue full tries again only after a second.
+      // One by one: a client that finds the server's queue full retries only after a second.
       wait_for_threads(pid, clients.size());
     }
     const long grown = resident_kilobytes(pid) - idle;

@@ -1,5 +1,5 @@
-// The display of the daemon's operations here, which takes no time. The linker finds these before
-// it looks into the libraries; the rest of the board is board/in_process.
+// Replaces the display of the daemon's operations by one that takes no time. The linker prefers
+// these definitions to the libraries'; board/in_process is the rest of the board.
 #include "common/drm_api.h"
 #include "common/drm_lut.h"
 #include "common/pq_tuning_utils.h"

@@ -1,7 +1,7 @@
-# Prints the tables from bounds.txt and what the programs measured:
+# Prints the tables from bounds.txt and the programs' measurements:
 #   awk -v gate=no|yes -f table.awk BOUNDS FILE...
-# Exits 1 with gate=yes when a ratio of instructions is more than 6 % above its bound. A file is
-# known by its name: instructions, growth, allocations, peers, server, sizes.
+# With gate=yes, exits 1 if a ratio of instructions is more than 6 % above its bound. Files are
+# recognised by name: instructions, growth, allocations, peers, server, sizes.
 BEGIN { FS = "\t+"; tolerance = 1.06 }
 FNR == 1 { kind = FILENAME; sub(/.*\//, "", kind) }
 kind == "instructions" && /^# / { counter = substr($0, 3) }

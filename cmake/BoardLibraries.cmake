@@ -1,5 +1,5 @@
-# The libraries of a real board in place of the simulated one's, for a build with a toolchain that
-# knows none of them, such as Android's NDK: docs/integration.md has the command.
+# Uses the libraries of a real board instead of the simulated board's, for a toolchain without them such
+# as Android's NDK: docs/integration.md has the command.
 set(PQ_BOARD_LIBRARIES "" CACHE PATH
     "Folder with the board's liblog.so, libcutils.so, libdrm.so and libbaseparameter.so")
 set(PQ_BOARD_HEADERS "" CACHE STRING
@@ -10,7 +10,7 @@ foreach(library log cutils baseparameter drm)
                NO_CMAKE_FIND_ROOT_PATH REQUIRED)
   set(target ${library})
   if(library STREQUAL drm)
-    set(target PkgConfig::libdrm)  # as it is called where pkg-config finds it
+    set(target PkgConfig::libdrm)  # its name when pkg-config finds it
   endif()
   add_library(${target} SHARED IMPORTED GLOBAL)
   set_target_properties(${target} PROPERTIES IMPORTED_LOCATION ${board_${library}}

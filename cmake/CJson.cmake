@@ -1,6 +1,6 @@
 # Target `cjson`: cJSON with cJSON_Utils (JSON Patch), at least 1.7.17.
-# The machine's own where it is new enough, else Debian's source package, built here, so that the
-# sanitizers and the Arm build get it too.
+# Uses the machine's own if it is new enough, otherwise Debian's source package, built here so that the
+# sanitizers and the Arm build can use it too.
 find_package(PkgConfig REQUIRED)
 add_library(cjson INTERFACE)
 if(NOT CMAKE_CROSSCOMPILING AND NOT PQ_SANITIZE)
@@ -20,7 +20,7 @@ else()
   add_library(cjson_built STATIC ${cjson_folder}/source/cJSON.c ${cjson_folder}/source/cJSON_Utils.c)
   target_include_directories(cjson_built SYSTEM PUBLIC ${cjson_folder}/include)
   target_link_libraries(cjson_built PRIVATE project_hardening)
-  # Visibility: the daemon's copy must not answer for another library's.
+  # Hidden visibility: the daemon's copy must not replace another library's copy.
   target_compile_options(cjson_built PRIVATE -w)
   target_link_libraries(cjson INTERFACE cjson_built m)
 endif()

@@ -1,9 +1,10 @@
-# What `cmake --install` and `cpack` bring beside what client/ installs itself.
-# The daemon is for a board; elsewhere it runs on the simulated one, out of the build folder.
+# Adds files to `cmake --install` and `cpack` besides those that client/ installs itself.
+# The daemon's component is meant for a board; on this machine the daemon runs on the simulated board,
+# from the build folder.
 include(GNUInstallDirs)
 install(TARGETS qxaiq_tool_server RUNTIME COMPONENT daemon)
 
-# pqctl's page and completions, under the names where each shell looks for them.
+# pqctl's manual and completions, under the names that each shell expects.
 install(FILES client/man/pqctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT client)
 install(FILES client/completions/pqctl.bash RENAME pqctl
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT client)

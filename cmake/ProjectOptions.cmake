@@ -1,4 +1,4 @@
-# project_hardening: flags every object gets, ours or not. project_options: what our code adds.
+# project_hardening: flags for every object, ours or not. project_options: further flags for our code.
 set(PQ_SANITIZE "" CACHE STRING "Sanitizers for everything built here, as -fsanitize= takes them")
 option(PQ_COVERAGE "Count executed lines, for llvm-cov; needs clang")
 option(PQ_FUZZ "Build the fuzz targets, and nothing that they don't need; needs clang")
@@ -8,8 +8,8 @@ target_compile_options(project_hardening INTERFACE -fstack-protector-strong
                        -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 target_link_options(project_hardening INTERFACE -Wl,-z,relro,-z,now)
 if(PQ_SANITIZE)
-  # PQ_PRELOADED marks libraries that are loaded before all others, also into programs that know no
-  # sanitizer: such a library must neither call the run-time library nor bring it along.
+  # PQ_PRELOADED marks libraries that are preloaded, also into programs built without a sanitizer: such
+  # a library must neither call nor load the sanitizer's run-time library.
   set(sanitized $<NOT:$<BOOL:$<TARGET_PROPERTY:PQ_PRELOADED>>>)
   target_compile_options(project_hardening INTERFACE
                          $<${sanitized}:-fsanitize=${PQ_SANITIZE}>
@@ -25,14 +25,14 @@ if(PQ_COVERAGE)
                          $<${counted}:-fprofile-instr-generate> $<${counted}:-fcoverage-mapping>)
   target_link_options(project_hardening INTERFACE $<${counted}:-fprofile-instr-generate>)
   if(NOT PQ_FUZZ)
-    # Counters that can be a mapped file, so that a daemon which gets killed counts too.
+    # The counters can be a mapped file, so that a killed daemon counts, too.
     target_compile_options(project_hardening INTERFACE
                            "$<${counted}:SHELL:-mllvm -runtime-counter-relocation>")
   endif()
 endif()
 if(PQ_FUZZ)
-  # Without the tracing of comparisons, which takes half of the time: inputs are mutated by what
-  # they mean.
+  # Tracing of comparisons is off, because it takes half of the time and the mutators already know the
+  # meaning of inputs.
   target_compile_options(project_hardening INTERFACE
                          -fsanitize-coverage=inline-8bit-counters,pc-table)
 endif()
@@ -43,12 +43,12 @@ endif()
 
 add_library(project_options INTERFACE)
 target_compile_features(project_options INTERFACE cxx_std_20)
-# Without signs: clang counts them in where g++ does not.
+# Sign conversions are not checked: clang includes them in this warning, g++ does not.
 target_compile_options(project_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                        -Wno-sign-conversion -Wformat=2 -Wnon-virtual-dtor -Werror)
 target_link_libraries(project_options INTERFACE project_hardening)
 
-# For what surrounds the daemon: under sanitizers it builds in half the time and runs fast enough.
+# For everything except the daemon: under sanitizers it builds in half the time and runs fast enough.
 add_library(project_quick_build INTERFACE)
 if(PQ_SANITIZE)
   target_compile_options(project_quick_build INTERFACE -O0)

@@ -1,15 +1,15 @@
-# Tests that say nothing about the daemon where its processor is emulated.
+# Tests that prove nothing if the processor is emulated.
 set(not_emulated
-  # Frames of 17 milliseconds are over before an emulated test has asked twice.
+  # A frame of 17 milliseconds is over before an emulated test makes its second request.
   Picture.APacedDriverTakesOneNonblockingCommitAFrame
   # Two hundred clients, counted in seconds.
   Clients.TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd
-  # A minute of walking through a million items.
+  # Walks through a million items, for a minute.
   JsonPatchLimits.ManyOperationsOnAHugeDocumentEndAsFailure
-  # proot starts no programs of another processor.
+  # proot cannot start programs for another processor.
   Isolations.ShowAChangeAPatternAndADump/UnderProot
   Launch.GivesTheDaemonTheBoardsFilesAndPrograms/UnderProot)
-# Minutes of pixels, each compared by an emulated test.
+# The emulated test compares pixels for minutes.
 foreach(format rgba bgr nv12 nv16 nv24 nv15 rgb)
   list(APPEND not_emulated LargeDump.ArrivesWholeFromBothSides/${format})
 endforeach()

@@ -1,5 +1,5 @@
-# Reads a list of names, a policy as tools/check-policy has expanded it, and files that give labels;
-# prints what is wrong with the policy and the labels.
+# Reads a list of names, a policy expanded by tools/check-policy, and files that assign labels; prints
+# the faults of policy and labels.
 
 function fault(text) { print "check-policy: " where ": " text }
 
@@ -16,7 +16,7 @@ function check_permission(class, name) {
   if (!((class, name) in permissions)) unlisted("permission of " class, name)
 }
 
-# Takes a name, or the names between braces, from word[position] on into `set`; returns how many.
+# Reads a name, or the names between braces, from word[position] on into `set`; returns their number.
 function take_names(set,    count) {
   if (word[position] != "{") { set[1] = word[position++]; return 1 }
   for (++position; position <= words && word[position] != "}"; ++position)
@@ -98,7 +98,7 @@ file == 1 {
   next
 }
 
-# m4 says where the next line comes from; it names the file when that changes.
+# m4 reports the origin of the next line, with the file name if that has changed.
 file == 2 && /^#line / {
   line = $2 - 1
   if ($3) policy_file = $3
@@ -118,7 +118,7 @@ file == 2 {
     if ($i == ";") { end_statement(); continue }
     if (text == "") place[statements + 1] = where
     text = text (text == "" ? "" : " ") $i
-    # Only what m4 took for no macro still has parentheses.
+    # Parentheses remain only after names that m4 did not recognise as macros.
     if ($i == ")") end_statement()
   }
   next

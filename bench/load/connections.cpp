@@ -12,14 +12,14 @@ constexpr size_t kQueryEvery = 100;
 constexpr size_t kWarmUp = 500;
 constexpr long kMaxGrowth = 200;  // KiB
 
-// Each leaves its port taken for a minute; 28,000 ports times 200 addresses are enough.
+// Each connection leaves its port taken for a minute; 28,000 ports times 200 addresses are enough.
 uint32_t source_address(size_t number) {
   constexpr uint32_t kAddresses = 200;
   return kLoopback + static_cast<uint32_t>(number % kAddresses);
 }
 
-// An orderly end is waited for: by then the daemon has met every connection before it, too, and
-// none has to queue.
+// Waits for an orderly close: by then the daemon has handled all earlier connections, too, so none
+// has to queue.
 void connect_once(size_t number) {
   Wire wire(source_address(number));
   if (number % 2 == 1) return wire.reset();

@@ -20,9 +20,9 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr size_t kLimit = 64;
-constexpr auto kAgainAfter = 10s;  // a client whose first try was lost repeats it for seconds
+constexpr auto kAgainAfter = 10s;  // a client whose first attempt was lost retries for seconds
 
-// Connections that are only asked for: most of them can't be had.
+// Requested connections: most of them are never accepted.
 class Crowd {
  public:
   explicit Crowd(size_t clients) {
@@ -60,13 +60,13 @@ bool run_few_descriptors(size_t clients) {
     const Crowd crowd(clients);
     for (int i = 0; i < 20; ++i) {
       most = std::max(most, board.figures().descriptors);
-      // Who is connected is served meanwhile, with a request that opens files and the display.
+      // Connected clients are served meanwhile, with a request that opens files and the display.
       early.send(document_packet(pqclient::DocumentCommand::kUpdatePq,
                                  replace_text("/csc/cscHue", std::to_string(i))));
       early.wait_until_taken();
       const auto answer = ask(early, pqclient::DocumentCommand::kQueryPq, "/csc");
       const auto* hue = cJSON_GetObjectItemCaseSensitive(answer.value, "cscHue");
-      report.require(cJSON_GetNumberValue(hue) == i, "a change was lost for want of descriptors");
+      report.require(cJSON_GetNumberValue(hue) == i, "an update was lost for lack of descriptors");
     }
   }
   const auto gone = Clock::now();
@@ -74,7 +74,7 @@ bool run_few_descriptors(size_t clients) {
   ask(late, pqclient::DocumentCommand::kQueryPq, "/csc");
   const auto time = Clock::now() - gone;
   early = Wire();
-  ask(early, pqclient::DocumentCommand::kQueryPq, "/csc");  // so it is accepted, not only queued
+  ask(early, pqclient::DocumentCommand::kQueryPq, "/csc");  // accepted, not only queued
   const size_t threads = before.threads + 2;
   const ProcessFigures after = board.settled(threads);
   board.stop();
@@ -85,7 +85,7 @@ bool run_few_descriptors(size_t clients) {
       .figure("serves a new client ",
               std::chrono::duration_cast<std::chrono::milliseconds>(time).count(),
               " ms after they left");
-  report.require(time <= kAgainAfter, "no service again");
+  report.require(time <= kAgainAfter, "no new client was served in time");
   report.require(after.descriptors == before.descriptors + 2, "descriptors were lost");
   return report.finish();
 }

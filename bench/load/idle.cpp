@@ -21,7 +21,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr size_t kActive = 8;
 constexpr size_t kQueriesEach = 25;
-constexpr size_t kKibibytesEach = 64;  // bound for an idle client; its stack has most of them
+constexpr size_t kKibibytesEach = 64;  // bound for an idle client; most of it is its stack
 constexpr std::chrono::milliseconds kSlowestEnd{500};
 
 struct Waits {
@@ -66,8 +66,8 @@ Waits query_at_once() {
   return waits;
 }
 
-// Each is met by an answer before the next comes: the server's queue is 5 long, and a client that
-// finds it full tries again only after a second.
+// Each client gets an answer before the next one connects: the server's queue has 5 entries, and a
+// client that finds it full retries only after a second.
 std::vector<Wire> connect_idle(size_t clients) {
   std::vector<Wire> idle;
   for (size_t i = 0; i < clients; ++i) {
@@ -110,7 +110,7 @@ bool run_idle(size_t clients) {
   report.require(alone.unanswered + beside.unanswered == 0, "queries without an answer");
   report.require(during.threads == before.threads + clients, "not every client was connected");
   report.require(after.descriptors == before.descriptors, "descriptors were lost");
-  report.require(after.threads == before.threads, "threads stayed");
+  report.require(after.threads == before.threads, "threads were left");
   report.require(!memory_is_comparable() || during.resident_kib - before.resident_kib <=
                                                 static_cast<long>(clients * kKibibytesEach),
                  "an idle client takes more than 64 KiB");

@@ -20,18 +20,18 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using pqclient::DocumentCommand;
 
-constexpr unsigned kHurry = 1'000;  // the document is what counts, not the redraw
+constexpr unsigned kHurry = 1'000;  // the document matters, not the redraw
 constexpr int kValues = 512;
-constexpr std::chrono::microseconds kLongestLife{60'000};
+constexpr std::chrono::microseconds kMaxLife{60'000};
 
-// The number in a document that a client changes all the time, 0, 1, 2 and so on.
+// The number in a document that a client updates all the time: 0, 1, 2 and so on.
 struct Place {
   const char* file;
   const char* side_file;
   DocumentCommand write;
   DocumentCommand read;
   std::string_view path;     // of the number
-  std::string_view section;  // of what a query about it answers
+  std::string_view section;  // the part of a document that a query of it returns
 };
 constexpr Place kPqPlace = {kPqDocument,
                             "/data/vendor/qxalgo/.pq_config.json.saving",
@@ -46,7 +46,7 @@ constexpr Place kAipqPlace = {kAipqDocument,
                               "/acm/0/lumGain",
                               "/acm"};
 
-// The object that holds the number; null when the document lacks it.
+// The object that contains the number; null if the document lacks it.
 cJSON* owner_in(cJSON* document, const Place& place) {
   if (place.write == DocumentCommand::kUpdatePq) {
     cJSON* parameters = cJSON_GetObjectItemCaseSensitive(document, "pq_tuning_param");
@@ -55,7 +55,7 @@ cJSON* owner_in(cJSON* document, const Place& place) {
   return cJSON_GetArrayItem(cJSON_GetObjectItemCaseSensitive(document, "acm"), 0);
 }
 
-// Changes one number until the daemon is gone. Another thread reads how far it got.
+// Updates one number until the daemon is gone. Another thread reads its progress.
 class Changer {
  public:
   explicit Changer(const Place& place) : place_(place) {}
@@ -74,7 +74,7 @@ class Changer {
   }
   void join() { thread_.join(); }
 
-  // The document holds one of the numbers from the first to the second.
+  // The document must contain a number from stored() to sent().
   int stored() const { return stored_; }
   int sent() const { return sent_; }
 
@@ -95,7 +95,7 @@ class Changer {
   std::atomic<int> stored_ = 0;
 };
 
-// One of the two documents over all the kills.
+// Follows one of the two documents over all kills.
 class Watched {
  public:
   Watched(LoadedBoard& board, const Place& place)
@@ -108,40 +108,40 @@ class Watched {
 
   bool was_being_saved() const { return std::filesystem::exists(board_.file(place_.side_file)); }
 
-  // Empty when the document is one that was sent, else what is wrong with it.
+  // Returns an empty text if the document is one that was sent, otherwise the fault.
   std::string check() {
     const Found found = without_number();
     if (found.text.empty()) return "cannot be parsed";
     if (found.text != original_.text) {
-      original_.text = found.text;  // counts once
-      return "differs in more than what was changed";
+      original_.text = found.text;  // reported only once
+      return "differs in more than the updated number";
     }
     for (int number = changer_.stored(); number <= changer_.sent(); ++number) {
       if (found.number != in_document(number)) continue;
       last_ = number;
       return "";
     }
-    return "holds " + std::to_string(found.number) + " instead of " +
+    return "contains " + std::to_string(found.number) + " instead of " +
            std::to_string(changer_.stored()) + " to " + std::to_string(changer_.sent());
   }
 
  private:
   struct Found {
-    std::string text;  // the document without the number; empty: no document, or no number in it
+    std::string text;  // the document without the number; empty if either is missing
     int number = 0;
   };
 
   Found without_number() const {
     const auto document = pqclient::parse_whole_json(board_.read(place_.file));
     const std::string name(place_.path.substr(place_.path.rfind('/') + 1));
-    // Taken out and not set to 0: a replaced member of the AIPQ document comes to stand last.
+    // Removed rather than set to 0: a replaced member of the AIPQ document moves to the end.
     const pqclient::JsonPtr number(
         cJSON_DetachItemFromObjectCaseSensitive(owner_in(document.get(), place_), name.c_str()));
     if (!cJSON_IsNumber(number.get())) return {};
     return {pqclient::print_json(*document), number->valueint};
   }
 
-  // Before the first change the number is the board's own.
+  // Before the first update the number is the board's own.
   int in_document(int number) const { return number == 0 ? original_.number : number % kValues; }
 
   board::Board& board_;
@@ -156,7 +156,7 @@ class Watched {
 bool run_kills(size_t kills) {
   Report report("kill");
   std::mt19937 random(1);
-  std::uniform_int_distribution<int> life(0, static_cast<int>(kLongestLife.count()));
+  std::uniform_int_distribution<int> life(0, static_cast<int>(kMaxLife.count()));
   LoadedBoard board({.hurry = kHurry});
   Watched pq(board, kPqPlace);
   Watched aipq(board, kAipqPlace);
@@ -167,7 +167,7 @@ bool run_kills(size_t kills) {
     aipq.start_changing();
     for (const auto end = Clock::now() + kPatience; !pq.has_changed() || !aipq.has_changed();) {
       if (Clock::now() > end)
-        throw std::runtime_error("no change is stored:\n" + board.board().log());
+        throw std::runtime_error("no update was stored:\n" + board.board().log());
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     std::this_thread::sleep_for(std::chrono::microseconds(life(random)));

@@ -19,27 +19,27 @@ class LoadedBoard {
     std::string shell_setup{};  // run before the daemon, in its process: "ulimit -n 64"
   };
 
-  // Powers the board on and starts the daemon; both documents are there then. Its dumps are small
-  // and its log keeps to errors, so that the figures are the daemon's and not the disk's.
-  // The thread that does so has to outlive the board.
+  // Powers the board on and starts the daemon, with both documents in place. Dumps are small and
+  // the log is limited to errors, so that the figures show the daemon and not the disk.
+  // The calling thread must outlive the board.
   explicit LoadedBoard(const Options& options);
   LoadedBoard() : LoadedBoard(Options{}) {}
 
   // Starts the daemon (again) and waits until it listens.
   void start();
 
-  // Ends the daemon with SIGTERM. Throws unless it exits with 0, which it does not when a sanitizer
-  // has found anything.
+  // Ends the daemon with SIGTERM. Throws unless it exits with 0; a sanitizer's report changes the
+  // status, too.
   void stop();
 
   board::Board& board() { return board_; }
 
   ProcessFigures figures() const { return read_process(board_.daemon_pid()); }
 
-  // The figures as soon as there are at most so many threads, or after ten seconds: a client's
-  // thread ends a moment after its client, and is joined within a second.
+  // The figures once there are at most `threads` threads, or after ten seconds: a client's thread
+  // ends a moment after its client, and is joined within a second.
   ProcessFigures settled(size_t threads) const;
-  // And once the daemon has given back what its clients needed: a second after the last one left.
+  // The same, once the daemon has returned its clients' memory, a second after the last one left.
   ProcessFigures at_rest(size_t threads) const;
 
   // The engine writes a file of 130 KB for each table it computes.

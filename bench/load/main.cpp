@@ -1,6 +1,6 @@
-// load: what many clients, rude clients and sudden ends do to the daemon on a simulated board.
-// Everything runs in a network of its own, with nothing but a loopback interface, and ends by
-// itself.
+// load: tests the daemon on a simulated board with many clients, malformed requests and sudden
+// kills.
+// Everything runs in a private network with only a loopback interface, and finishes by itself.
 #include <CLI/CLI.hpp>
 
 #include <chrono>
@@ -16,13 +16,13 @@
 
 namespace {
 
-constexpr int kSkipped = 77;  // what CTest takes for "not here"
+constexpr int kSkipped = 77;  // CTest reports it as skipped
 
 struct Run {
   const char* name;
   const char* help;
-  const char* what;  // --count counts
-  size_t count;      // in full
+  const char* what;  // the unit of --count
+  size_t count;      // of the full run
   std::function<bool(size_t)> run;
 };
 

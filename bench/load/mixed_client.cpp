@@ -13,14 +13,14 @@ namespace {
 using pqclient::Command;
 using pqclient::DocumentCommand;
 
-// Of 100 requests, in the order of Kind.
+// Shares per 100 requests, in the order of Kind.
 constexpr std::array<size_t, kKindCount> kShares = {36, 8, 20, 5, 6, 5, 4, 2, 5, 5, 4};
 static_assert(std::accumulate(kShares.begin(), kShares.end(), size_t{0}) == 100);
 
 constexpr std::array<std::string_view, 5> kSections = {"/csc", "/gamma", "/dci", "/acm", "/sharp"};
 constexpr std::array<std::string_view, 2> kTables = {"/dci", "/acm"};
 
-// A place in a document, and how many different numbers to put there.
+// A place in a document, and the number of different values to store there.
 struct Place {
   std::string_view path;
   size_t values;

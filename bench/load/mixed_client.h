@@ -1,4 +1,4 @@
-// A client that does, in random order, everything that clients do: good ones and rude ones.
+// A client that sends, in random order, all kinds of valid and malformed requests.
 #ifndef BENCH_LOAD_MIXED_CLIENT_H_
 #define BENCH_LOAD_MIXED_CLIENT_H_
 
@@ -14,36 +14,36 @@ namespace load {
 enum class Kind {
   kQuery,         // of a PQ section
   kAipqQuery,     // of an AIPQ table
-  kChange,        // of the PQ document, then a query that proves it was handled
-  kAipqChange,    // the same of the AIPQ document
-  kLongChange,    // a change that takes several receives; others' half documents may garble it
+  kChange,        // of the PQ document, followed by a query that proves it was handled
+  kAipqChange,    // the same for the AIPQ document
+  kLongChange,    // an update of several receives; others' half documents may garble it
   kPattern,       // a test colour, acknowledged
   kPatternMode,   // entered or left, acknowledged
   kDump,          // of the picture
-  kHalfDocument,  // the start of a long document, and then an end
-  kNonsense,      // bytes that are no packet
-  kLeave,         // a query whose answer nobody waits for
+  kHalfDocument,  // the start of a long document, then a disconnect
+  kNonsense,      // bytes that are not a packet
+  kLeave,         // a query whose answer is not read
 };
 inline constexpr size_t kKindCount = 11;
 
-// How many requests of each kind went as they should, and what came of the dumps.
+// The number of successful requests of each kind, and of dumps received.
 struct Tally {
   std::array<size_t, kKindCount> done{};
   size_t answers = 0;         // to queries, each of them checked
-  size_t dumps_received = 0;  // the rest had none to receive: the display service was too late
+  size_t dumps_received = 0;  // for the others the display service was too late
 
   Tally& operator+=(const Tally& other);
   size_t total() const;
   size_t of(Kind kind) const { return done[static_cast<size_t>(kind)]; }
 };
 
-// One thread at a time; several clients at once are welcome.
+// One thread at a time; several clients may run at once.
 class MixedClient {
  public:
   explicit MixedClient(unsigned seed) : random_(seed) {}
 
-  // Makes one request and waits until the daemon has handled it. Throws std::exception when it does
-  // not answer as it should, or drops a connection that we did not end.
+  // Makes one request and waits until the daemon has handled it. Throws std::exception if the
+  // answer is wrong or missing, or if the daemon drops a connection.
   void make_request();
 
   const Tally& tally() const { return tally_; }

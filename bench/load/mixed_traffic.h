@@ -12,13 +12,13 @@ namespace load {
 
 struct TrafficResult {
   Tally tally;
-  std::vector<std::string> failures;  // what went wrong; a client stops at its first
+  std::vector<std::string> failures;  // error texts; a client stops at its first
 
   // "5000 requests: 1800 queries ..."
   std::string text() const;
 };
 
-// Each client goes on as long as `more()` says, which is called on all their threads.
+// Each client continues while `more()` returns true, which is called on all their threads.
 TrafficResult run_mixed_clients(size_t clients, unsigned seed, const std::function<bool()>& more);
 
 }  // namespace load

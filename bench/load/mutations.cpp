@@ -44,7 +44,7 @@ std::vector<std::string> good_requests() {
   return requests;
 }
 
-// What breaks parsers more often than random letters do.
+// Texts that break parsers more often than random letters do.
 constexpr std::array<std::string_view, 24> kFragments = {"null",
                                                          "-1",
                                                          "1e300",
@@ -93,16 +93,16 @@ class Mutator {
       case 1:  // cut out
         request.erase(at, pick(20));
         break;
-      case 2:  // an end too soon
+      case 2:  // cut off
         request.resize(std::max<size_t>(at, 1));
         break;
-      case 3:  // a telling piece
+      case 3:  // a special text
         request.insert(at, kFragments[pick(kFragments.size())]);
         break;
       case 4:  // a piece of another request
         request.insert(at, good_[pick(good_.size())].substr(pick(60), pick(200)));
         break;
-      case 5:  // twice
+      case 5:  // a part repeated
         request.insert(at, request.substr(at, pick(100)));
         break;
       default:  // another command or length, in the header
@@ -120,7 +120,7 @@ class Mutator {
       std::memcpy(request.data() + offset, &number, sizeof(number));
   }
 
-  // So that the text inside gets read, and not only the header.
+  // Corrects the length, so that the text inside is read, and not only the header.
   static void mend_length(std::string& request) {
     constexpr size_t kAround = sizeof(pqclient::DocumentHeader) + pqclient::kDocumentTrailerSize;
     if (request.size() < kAround) return;
@@ -133,7 +133,7 @@ class Mutator {
   std::mt19937 random_{1};
 };
 
-// Sends it and waits until the daemon is through with it. Returns the number of bytes it answered.
+// Sends it and waits until the daemon has handled it. Returns the number of bytes in the answer.
 size_t send_alone(const std::string& request) {
   Wire wire;
   wire.send(request);
@@ -141,7 +141,7 @@ size_t send_alone(const std::string& request) {
   return wire.receive_rest().size();
 }
 
-// A change and its read-back, and a query of the other document.
+// An update and a query of it, and a query of the other document.
 bool good_request_works(int number) {
   Wire wire;
   wire.send(document_packet(DocumentCommand::kUpdatePq,
@@ -165,17 +165,17 @@ bool run_mutations(size_t requests) {
     if (send_alone(mutator.next()) > 0) ++answered;
     if (i % kGoodEvery != 0) continue;
     report.require(good_request_works(static_cast<int>(i % 500)),
-                   "a good change is not stored after " + std::to_string(i));
+                   "a valid update is not stored after " + std::to_string(i));
     ++good;
     board.remove_lut_files();
   }
   for (const char* document : {kPqDocument, kAipqDocument}) {
     report.require(pqclient::parse_whole_json(board.board().read(document)) != nullptr,
-                   std::string(document) + " cannot be parsed any more");
+                   std::string(document) + " can no longer be parsed");
   }
   board.stop();
   report.figure(requests, " mutated requests, ", answered, " of them answered")
-      .figure(good, " good ones in between, all of them handled");
+      .figure(good, " valid ones in between, all of them handled");
   return report.finish();
 }
 

@@ -1,4 +1,4 @@
-// What a process takes of the machine.
+// A process's use of memory, descriptors and threads.
 #ifndef BENCH_LOAD_PROCESS_FIGURES_H_
 #define BENCH_LOAD_PROCESS_FIGURES_H_
 
@@ -15,10 +15,10 @@ struct ProcessFigures {
   size_t threads = 0;
 };
 
-// Throws std::runtime_error when there is no such process.
+// Throws std::runtime_error if there is no such process.
 ProcessFigures read_process(pid_t process);
 
-// A sanitizer's own bookkeeping hides what the daemon itself holds.
+// False under a sanitizer, whose own bookkeeping hides the daemon's memory.
 constexpr bool memory_is_comparable() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(PQ_EMULATED)
   return false;

@@ -1,4 +1,4 @@
-// What a run of load found: one line of figures, and one for each bound that was exceeded.
+// The result of a run of load: one line of figures, and one for each exceeded bound.
 #ifndef BENCH_LOAD_REPORT_H_
 #define BENCH_LOAD_REPORT_H_
 

@@ -21,7 +21,7 @@ using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
 constexpr size_t kSlowReaders = 8;
-constexpr int kSmallBuffer = 4096;  // so that the daemon has to wait for the reader
+constexpr int kSmallBuffer = 4096;  // makes the daemon wait for the reader
 constexpr size_t kPiece = 8192;     // at a time
 constexpr auto kPause = 20ms;       // between pieces: an answer of 270 KB takes a second
 
@@ -50,8 +50,8 @@ std::string slow_answer(Wire& wire, size_t size) {
   return bytes;
 }
 
-// Clients that ask and read slowly, each on a thread of its own, until they have so many answers
-// together.
+// Clients that query and read slowly, each on a thread of its own, until together they have the
+// given number of answers.
 class SlowReaders {
  public:
   SlowReaders(size_t answers, const std::string& expected)
@@ -62,7 +62,7 @@ class SlowReaders {
 
   bool are_done() const { return running_ == 0; }
 
-  // Waits for them. Returns what went wrong; a reader stops at its first failure.
+  // Waits for them. Returns error texts; a reader stops at its first failure.
   const std::vector<std::string>& join() {
     threads_.clear();
     return failures_;
@@ -90,7 +90,7 @@ class SlowReaders {
   std::vector<std::jthread> threads_;  // last: they use the others
 };
 
-// What another client notices of them.
+// Measurements of another client meanwhile.
 struct Beside {
   std::vector<Clock::duration> waits;  // sorted
   long most_memory = 0;                // KiB
@@ -145,7 +145,7 @@ bool run_slow_readers(size_t queries) {
       .figure("descriptors ", before.descriptors, " and ", after.descriptors);
   for (const auto& failure : failures)
     report.require(false, failure);
-  // Who had to wait for slow readers would wait for several of their answers.
+  // A client that had to wait for slow readers would wait for several of their answers.
   report.require(!memory_is_comparable() || beside.median() < slow / 2,
                  "a slow reader delays the others");
   report.require(after.descriptors == before.descriptors, "descriptors were lost");

@@ -14,19 +14,19 @@
 namespace load {
 namespace {
 
-// Several at once are the stress run's.
+// The stress run uses several clients at once.
 constexpr size_t kClients = 1;
-constexpr size_t kLargestStep = 5'000;
-constexpr long kMostGrowth = 1024;  // KiB
+constexpr size_t kMaxStep = 5'000;
+constexpr long kMaxGrowth = 1024;  // KiB
 
-// One step: so many requests, then quiet.
+// One step: the given number of requests, then quiet.
 TrafficResult run_step(size_t requests, unsigned seed) {
   std::atomic<int64_t> left = static_cast<int64_t>(requests);
   return run_mixed_clients(kClients, seed, [&left] { return left-- > 0; });
 }
 
-// Interrupted uploads leave their bytes in the daemon's one collection, up to 8 MiB of them; some
-// of the requests are such uploads. So it is filled before anything is measured.
+// Interrupted uploads leave their bytes in the daemon's only collection, up to 8 MiB of them, and
+// some of the requests are such uploads. So this fills it before anything is measured.
 void fill_collection() {
   constexpr size_t kMoreThanIsKept = 9'000'000;
   const std::string upload = document_packet(pqclient::DocumentCommand::kUpdatePq,
@@ -42,7 +42,7 @@ void fill_collection() {
 bool run_soak(size_t requests) {
   Report report("soak");
   LoadedBoard board;
-  const size_t step = std::min(requests, kLargestStep);
+  const size_t step = std::min(requests, kMaxStep);
   const size_t idle_threads = board.figures().threads;
   fill_collection();
   unsigned seed = 1;
@@ -70,10 +70,10 @@ bool run_soak(size_t requests) {
       .figure("threads ", warm.threads, " and ", now.threads);
   for (const auto& failure : all.failures)
     report.require(false, failure);
-  report.require(!memory_is_comparable() || growth <= kMostGrowth,
+  report.require(!memory_is_comparable() || growth <= kMaxGrowth,
                  "memory grew by more than 1 MiB after warm-up");
   report.require(now.descriptors == warm.descriptors, "descriptors were lost");
-  report.require(now.threads == warm.threads, "threads stayed");
+  report.require(now.threads == warm.threads, "threads were left");
   return report.finish();
 }
 

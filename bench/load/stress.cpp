@@ -5,8 +5,8 @@
 
 namespace load {
 
-// With a clock that is quick, but leaves the waits long enough for other clients to come in between
-// and for the display service to write its dumps.
+// The daemon's waits are shortened, but still long enough for other clients to act in between and
+// for the display service to write its dumps.
 bool run_stress(std::chrono::seconds time) {
   constexpr size_t kClients = 8;
   constexpr unsigned kHurry = 10;

@@ -41,7 +41,7 @@ sockaddr_in address(uint32_t host, uint16_t port) {
   return result;
 }
 
-// A connection that was reset keeps what it could not send.
+// A reset connection keeps the bytes that it could not send.
 bool is_closed(int socket) {
   tcp_info info{};
   socklen_t size = sizeof(info);
@@ -65,7 +65,7 @@ Wire::Wire(uint32_t source, int receive_buffer)
     set_option(socket_, SOL_SOCKET, SO_RCVTIMEO, timeval{kPatience.count(), 0});
     set_option(socket_, SOL_SOCKET, SO_SNDTIMEO, timeval{kPatience.count(), 0});
     set_option(socket_, IPPROTO_TCP, TCP_NODELAY, 1);
-    // So that very many connections find a port. An emulated kernel may not know it.
+    // Allows very many connections to find a port. An emulated kernel may not support it.
     const int on = 1;
     (void)setsockopt(socket_, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &on, sizeof(on));
     if (receive_buffer > 0) set_option(socket_, SOL_SOCKET, SO_RCVBUF, receive_buffer);
@@ -106,13 +106,13 @@ void Wire::wait_until_taken() const {
   while ((ioctl(socket_, SIOCOUTQ, &on_the_way) == 0 && on_the_way > 0) ||
          board::holds_unread_bytes(pqclient::kDefaultPort, port)) {
     if (is_closed(socket_)) throw std::runtime_error("the daemon closed the connection");
-    if (Clock::now() > end) throw std::runtime_error("the daemon takes no more bytes");
+    if (Clock::now() > end) throw std::runtime_error("the daemon stopped reading");
     std::this_thread::sleep_for(kPause);
   }
 }
 
 void Wire::finish_sending() {
-  // Fails when the daemon has closed before: then it knows already.
+  // Fails if the daemon has closed already; nothing needs to be told then.
   (void)shutdown(socket_, SHUT_WR);
 }
 

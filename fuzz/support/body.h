@@ -1,5 +1,5 @@
-// Bytes as the daemon's functions get them: writable, not terminated, and in a block of their own,
-// so that a read past their end is seen.
+// Bytes in the form that the daemon's functions get: writable, not terminated, and in a block of
+// their own, so that a read past their end is detected.
 #ifndef FUZZ_SUPPORT_BODY_H_
 #define FUZZ_SUPPORT_BODY_H_
 

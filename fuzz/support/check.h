@@ -1,4 +1,4 @@
-// What a target asserts beyond "no crash".
+// Checks of invariants, in addition to crashes.
 #ifndef FUZZ_SUPPORT_CHECK_H_
 #define FUZZ_SUPPORT_CHECK_H_
 
@@ -7,10 +7,10 @@
 
 namespace fuzz {
 
-// Ends the process with a message when something that has to hold does not.
+// Ends the process with a message unless the condition holds.
 void require(bool holds, const char* what);
 
-// Lives around a piece of work that must close every descriptor it opens.
+// Placed around code that must close every descriptor it opens.
 class NoDescriptorLeft {
  public:
   NoDescriptorLeft() : lowest_(lowest_free()) {}
@@ -19,7 +19,7 @@ class NoDescriptorLeft {
   NoDescriptorLeft& operator=(const NoDescriptorLeft&) = delete;
 
  private:
-  // Given out lowest first.
+  // The kernel returns the lowest free descriptor.
   static int lowest_free() {
     const int fd = fcntl(0, F_DUPFD_CLOEXEC, 0);
     close(fd);

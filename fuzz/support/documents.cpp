@@ -28,7 +28,7 @@ struct Documents {
 Documents full_documents, small_documents;
 
 Documents create() {
-  // Every byte of the records is given, so that numbers of all sizes are in the document.
+  // Every byte of the records is set, so that the document has numbers of all sizes.
   std::string records(sizeof(pq_tuning_info), '\0');
   for (size_t i = 0; i < records.size(); ++i)
     records[i] = static_cast<char>(i / 2);
@@ -39,13 +39,13 @@ Documents create() {
   return {read_file(pq::kPqDocument), read_file(pq::kAipqDocument)};
 }
 
-// The text that loading and saving makes of a PQ document.
+// The text that results from loading and saving a PQ document.
 std::string normalised(const std::string& text) {
   const pq::JsonPtr document = pq::parse_json(text);
   pq::J2sContext context;
   pq::PqParameters parameters;
   parameters.load(context.get(), cJSON_GetObjectItem(document.get(), "pq_tuning_param"));
-  // Item by item: what the daemon prints the fast way has to be the same.
+  // Converts item by item: the daemon's fast printing must give the same result.
   const pq::JsonPtr again(cJSON_CreateObject());
   pq::add_to_object(
       again.get(), "pq_tuning_param",

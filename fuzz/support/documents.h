@@ -1,4 +1,4 @@
-// The documents that a board has, as its daemon created them, and the files they are in.
+// A board's documents as the daemon creates them, and their files.
 #ifndef FUZZ_SUPPORT_DOCUMENTS_H_
 #define FUZZ_SUPPORT_DOCUMENTS_H_
 
@@ -7,22 +7,23 @@
 
 namespace fuzz {
 
-// Both documents, for the full and for the small tables. Once, at the start of the process.
+// Creates both documents, for the full and for the small tables. Called once, at the process's
+// start.
 void create_documents();
 
-// Puts them in place, as the chosen tables make them, and removes all other files beside them.
+// Puts the documents for the selected tables in place, and removes all other files next to them.
 void put_documents();
 
-// A file's content; empty when there is none.
+// A file's content; empty if there is none.
 std::string read_file(const char* path);
 void write_file(const char* path, std::string_view content);
 
-// Puts what an input names in the place of what is at a path: 'f' a file, 'd' a folder, 'p' a pipe,
-// 'l' a link to `elsewhere`, else nothing. False when there is nothing then.
+// Replaces the file at a path by the kind that an input names: 'f' a file, 'd' a folder, 'p' a
+// pipe, 'l' a link to `elsewhere`, otherwise nothing. Returns false if nothing is there afterwards.
 bool put(const char* path, char kind, std::string_view content, const char* elsewhere);
 
-// Fails unless both documents can be read, nothing but them is in their folder, and the PQ document
-// is what the tables say: loading and saving it again would change nothing.
+// Fails unless both documents can be read, nothing else is in their folder, and the PQ document has
+// the tables' form: loading and saving it again would change nothing.
 void require_sound_documents();
 
 }  // namespace fuzz

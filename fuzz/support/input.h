@@ -1,7 +1,8 @@
-// The text form of inputs: lines, so that seeds and findings can be read and written by hand, and
-// so that a mutation that moves a line break is a useful one.
+// The text form of inputs: lines, so that people can read and write seeds and findings, and so that
+// a mutation that moves a line break is useful.
 //
-// The first line of most targets sets the board, by the low bits of its characters ('@' is zero):
+// For most targets the first line configures the board, by the low bits of its characters ('@' is
+// zero):
 //   first    +1 silent log, +2 programs don't start, +4 properties can't be set,
 //            +8 unknown platform, +16 sends are taken in pieces
 //   second   the number of the display call that fails
@@ -30,8 +31,8 @@ class Input {
   std::string_view rest_;
 };
 
-// Puts a fresh platform in place, as the input's first line says, and chooses the tables: one input
-// in 4,096 gets the full ones.
+// Installs a fresh platform as the input's first line says, and selects the tables: one input in
+// 4,096 gets the full ones.
 void start_board(Input& input);
 
 }  // namespace fuzz

@@ -1,5 +1,5 @@
-// Mutates the JSON in one line of an input as a tree: random bytes would seldom stay a request.
-// A third of the mutations are the fuzzer's own, on bytes, for what is no JSON.
+// Mutates the JSON in one line of an input as a tree: randomly changed bytes would seldom still be
+// a request. A third of the mutations are the fuzzer's own, on bytes, for text that is not JSON.
 #include <algorithm>
 #include <array>
 #include <random>
@@ -23,7 +23,7 @@ constexpr std::array kKeys = {
     "op",          "path", "from", "value", "platform", "toolversion", "pq_tuning_param",
     "@four_index", "list"};
 constexpr std::array kSteps = {"", "-", "0", "1", "2", "3", "-1", "01", "~0", "~1", "4294967296"};
-// At the edges of types, and of every kind.
+// Values at the limits of types, and of every kind.
 constexpr std::string_view kValues =
     R"([0, -1, 1, 255, 300, 65535, 65536, 2147483648, -2147483649, 1e19, -1e300, 0.5, null, true, "",
         "x", "LOW_LATENCY_MODE", [], {}, [1,2,3,4], [[1],[2]], {"op":"remove"}])";
@@ -33,7 +33,7 @@ auto pick(const List& list, Random& random) {
   return *(std::begin(list) + random() % std::size(list));
 }
 
-// A member's name, now and then as the key that lists an array's slots.
+// A member's name, sometimes in the form of the key that lists an array's indices.
 std::string random_key(Random& random) {
   if (random() % 3 == 0) return pick(kKeys, random);
   const std::string name = pick(j2s::generated_tables().objs, random).name;
@@ -47,7 +47,7 @@ std::string random_path(Random& random) {
   return path;
 }
 
-// What may stand under a key.
+// A plausible value for a key.
 JsonPtr random_value(const char* key, Random& random) {
   const std::string_view name = key == nullptr ? "" : key;
   if (random() % 8 != 0) {
@@ -95,26 +95,26 @@ void mutate(JsonPtr& root, Random& random) {
   const Place place = pick(places, random);
   const bool list = cJSON_IsArray(place.item) || cJSON_IsObject(place.item);
   switch (random() % 6) {
-    case 0:  // a member or element more
+    case 0:  // adds a member or element
       add(list ? place.item : root.get(),
           random() % 2 == 0 ? random_operation(random) : random_value(nullptr, random), random);
       break;
-    case 1:  // one less
+    case 1:  // removes one
       if (place.parent != nullptr) {
         JsonPtr(cJSON_DetachItemViaPointer(place.parent, place.item)).reset();
       }
       break;
-    case 2:  // one twice, anywhere
+    case 2:  // copies one anywhere
       add(list ? place.item : root.get(),
           JsonPtr(cJSON_Duplicate(pick(places, random).item, places.size() < 1000)), random);
       break;
-    case 3:  // another name
+    case 3:  // renames one
       if (cJSON_IsObject(place.parent)) {
         JsonPtr item(cJSON_DetachItemViaPointer(place.parent, place.item));
         add(place.parent, std::move(item), random);
       }
       break;
-    default:  // another value
+    default:  // replaces a value
       if (place.parent != nullptr) {
         JsonPtr value = random_value(place.item->string, random);
         if (cJSON_IsObject(place.parent)) {
@@ -128,7 +128,7 @@ void mutate(JsonPtr& root, Random& random) {
   }
 }
 
-// Where the JSON of a random line starts and ends; empty when that line has none.
+// The JSON of a random line; empty if that line has none.
 std::string_view random_json(std::string_view input, Random& random) {
   std::vector<std::string_view> found;
   for (size_t at = input.find_first_of("[{"); at < input.size();

@@ -10,7 +10,7 @@
 namespace fuzz {
 namespace {
 
-constexpr int kMostRequests = 3;
+constexpr int kMaxRequests = 3;
 
 void run_request(std::string_view line, const Service& service) {
   const std::string before = read_file(service.document);
@@ -23,7 +23,7 @@ void run_request(std::string_view line, const Service& service) {
     const Body body(line);
     may_change = service.change(body.bytes(), body.length()) == 0;
   }
-  require(may_change || read_file(service.document) == before, "the document is as it was");
+  require(may_change || read_file(service.document) == before, "the document is unchanged");
 }
 
 }  // namespace
@@ -34,7 +34,7 @@ void run_requests(const uint8_t* data, size_t size, const Service& service) {
   put_documents();
   {
     const NoDescriptorLeft check;
-    for (int i = 0; i < kMostRequests && !input.at_end(); ++i)
+    for (int i = 0; i < kMaxRequests && !input.at_end(); ++i)
       run_request(input.line(), service);
   }
   require_sound_documents();

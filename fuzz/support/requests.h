@@ -1,4 +1,4 @@
-// Requests for a document, one a line after the first; a query starts with '?'.
+// Requests for a document, one per line after the first; a query starts with '?'.
 #ifndef FUZZ_SUPPORT_REQUESTS_H_
 #define FUZZ_SUPPORT_REQUESTS_H_
 
@@ -14,9 +14,8 @@ struct Service {
   char* (*query)(char* body, uint32_t length);
 };
 
-// Runs an input's requests on a fresh board. Whatever they ask for: what is left are sound
-// documents and no open descriptor; a query changes nothing and answers in JSON, if at all; a
-// change that failed changes nothing.
+// Runs an input's requests on a fresh board. Any request must leave sound documents and no open
+// descriptor; a query changes nothing and any answer is JSON; a failed update changes nothing.
 void run_requests(const uint8_t* data, size_t size, const Service& service);
 
 }  // namespace fuzz

@@ -1,19 +1,20 @@
-// The daemon's type tables with short arrays. Members, names, types and offsets stay: every path
-// of a conversion is taken, only fewer times.
+// The daemon's type tables with short arrays. Members, names, types and offsets are unchanged, so
+// every path of a conversion is taken, only fewer times.
 #include <algorithm>
 #include <vector>
 
 #include "fuzz/support/board.h"
 #include "j2s/generated_tables.h"
 
-// The generated tables, and what the linker puts in their place (see CMakeLists.txt).
+// The generated tables; the linker redirects other calls to the function below (see
+// CMakeLists.txt).
 const j2s::GeneratedTables& real_tables() asm("__real__ZN3j2s16generated_tablesEv");
 const j2s::GeneratedTables& chosen_tables() asm("__wrap__ZN3j2s16generated_tablesEv");
 
 namespace {
 
-constexpr uint16_t kLongestArray = 2;
-constexpr int kMostMembers = 8;  // in a structure
+constexpr uint16_t kMaxArray = 2;
+constexpr int kMaxMembers = 8;  // in a structure
 
 bool full = true;
 
@@ -24,7 +25,7 @@ class SmallTables {
     objs_.assign(real.objs.begin(), real.objs.end());
     structs_.assign(real.structs.begin(), real.structs.end());
     for (j2s_obj& obj : objs_)
-      obj.elem_count = std::min<uint16_t>(obj.elem_count, kLongestArray);
+      obj.elem_count = std::min<uint16_t>(obj.elem_count, kMaxArray);
     for (const j2s_struct& structure : structs_)
       cut_chain(structure.first_obj);
     working_objs_ = objs_;
@@ -36,7 +37,7 @@ class SmallTables {
 
  private:
   void cut_chain(int16_t index) {
-    for (int count = 1; count < kMostMembers && index >= 0; ++count)
+    for (int count = 1; count < kMaxMembers && index >= 0; ++count)
       index = objs_[static_cast<size_t>(index)].next_obj;
     if (index >= 0) objs_[static_cast<size_t>(index)].next_obj = -1;
   }

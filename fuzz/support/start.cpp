@@ -1,4 +1,4 @@
-// How a target's process starts, and how it ends when something does not hold.
+// The start of a target's process, and its end after a failed check.
 #include <unistd.h>
 
 #include <cstdio>
@@ -10,7 +10,7 @@
 namespace fuzz {
 namespace {
 
-// The fuzzer closes standard error, where the mapping library reports.
+// The fuzzer closes standard error, but the mapping library reports there.
 int message_fd = STDERR_FILENO;
 
 }  // namespace
@@ -23,8 +23,8 @@ void require(bool holds, const char* what) {
 
 }  // namespace fuzz
 
-// Short memories of where blocks came from make everything faster; two callers are the fewest with
-// which a leak is seen. fuzz/run --finding shows long ones.
+// Short allocation stacks make everything faster; two frames are the minimum at which a leak is
+// detected. fuzz/run --finding shows long stacks.
 extern "C" const char* __asan_default_options() {
   return "malloc_context_size=2:quarantine_size_mb=2:thread_local_quarantine_size_kb=64:allocator_"
          "may_return_null=1";

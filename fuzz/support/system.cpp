@@ -1,5 +1,5 @@
-// The C library's calls that start programs, wait and send. The linker puts these in their place
-// (see CMakeLists.txt).
+// Replacements for the C library's calls that start programs, wait and send. The linker redirects
+// calls to them (see CMakeLists.txt).
 #include <sys/socket.h>
 #include <unistd.h>
 

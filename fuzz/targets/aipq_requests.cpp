@@ -1,4 +1,4 @@
-// Changes and queries of the AIPQ document.
+// Updates and queries of the AIPQ document.
 #include "documents/document_file.h"
 #include "fuzz/support/requests.h"
 #include "qxaiq/aipq_service.h"

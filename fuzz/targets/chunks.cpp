@@ -1,15 +1,15 @@
 // Chunks into the protocol handler, from several clients. A line after the first is a packet or a
 // bare chunk: a letter for its form, a character for the client (by its low two bits), then bytes.
 //
-//   W w   a whole packet that changes the PQ or the AIPQ document
+//   W w   a whole packet that updates the PQ or the AIPQ document
 //   R r   a whole packet that queries it
-//   S s   the same change, cut in the middle: a start and what follows
-//   L     a packet start: command (a character), how far the announced length is off (a character,
-//         '@' not at all), data
+//   S s   the same update, cut in the middle: a start and the rest
+//   L     a packet start: command (a character), the error of the announced length (a character,
+//         '@' for none), data
 //   H     the same with an announced length near 2^31 ('@') or 2^32 ('`')
 //   C     a command packet: number, then arguments; the rest is zero
 //   c     the same, cut after the arguments
-//   else  the bytes as they are
+//   else  the bytes unchanged
 #include <array>
 #include <cstring>
 #include <string>
@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr int kMostPackets = 6;
+constexpr int kMaxPackets = 6;
 constexpr size_t kReceiveSize = 8192;
 constexpr size_t kCommandSize = sizeof(CommandData_t);
 
@@ -56,8 +56,8 @@ std::string command_packet(std::string_view arguments) {
   return {reinterpret_cast<const char*>(&packet), kCommandSize};
 }
 
-// A connection as its receive thread sees it. Each chunk comes in a block no longer than it, but
-// for the bytes of earlier chunks that complete a short command packet.
+// A connection from its receive thread's view. Each chunk is in a block of its own size, except for
+// the bytes of earlier chunks that complete a short command packet.
 class Client {
  public:
   void receive(int socket, std::string_view bytes) {
@@ -107,8 +107,9 @@ void send_packet(Client& client, int socket, char form, std::string_view text) {
   }
 }
 
-// The collection is one for the process. As tools do: a start of nothing, then stray chunks, each
-// counted with those before it, until nothing is left; and a count of zero again.
+// The process has only one collection. It is emptied as tools do: a start of no bytes, then stray
+// chunks, each counted together with those before it, until nothing is left; then again a count of
+// zero.
 void empty_collection() {
   Client client;
   client.receive(0, header(pq::kWritePq, 0));
@@ -144,7 +145,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const fuzz::NoDescriptorLeft check;
     empty_collection();
     std::array<Client, 4> clients;
-    for (int i = 0; i < kMostPackets && !input.at_end(); ++i) {
+    for (int i = 0; i < kMaxPackets && !input.at_end(); ++i) {
       const std::string_view line = input.line();
       if (line.size() < 2) continue;
       const size_t number = line[1] % clients.size();

@@ -1,8 +1,8 @@
-// What may lie in the documents' folder at a start. Lines after the first:
+// Files in the documents' folder at start-up. Lines after the first:
 //
-//   what there is: a character each for the PQ document, its side file and the AIPQ document:
-//     f a file, d a folder, p a pipe, l a link to a file that is missing, else nothing
-//   their contents, a line each
+//   kinds: a character each for the PQ document, its side file and the AIPQ document:
+//     f a file, d a folder, p a pipe, l a link to a missing file, otherwise nothing
+//   their contents, one line each
 //   the base-parameter records' bytes, to the end
 #include <unistd.h>
 
@@ -32,12 +32,12 @@ bool exists(const char* path) {
   return access(path, F_OK) == 0;
 }
 
-// As a text: up to its first zero byte.
+// Readable as a text, up to the first zero byte.
 bool readable(const char* path) {
   return pq::parse_json(fuzz::read_file(path).c_str()) != nullptr;
 }
 
-// As the daemon does before it serves.
+// The daemon does the same before it serves.
 void restore() {
   const bool was_there = exists(pq::kPqDocument);
   const bool was_readable = readable(pq::kPqDocument);
@@ -59,15 +59,15 @@ void serve() {
   constexpr std::string_view kChange = R"([{"op":"add","path":"/csc/cscHue","value":1}])";
   const fuzz::Body query(kQuery), aipq_query(kAipqQuery), change(kChange);
   const pq::TextPtr answer(getPQ(query.bytes(), query.length()));
-  fuzz::require(answer != nullptr, "a section is answered whatever there is");
+  fuzz::require(answer != nullptr, "a query of a section always has an answer");
   const pq::TextPtr aipq_answer(getAIPQ(aipq_query.bytes(), aipq_query.length()));
-  fuzz::require(aipq_answer != nullptr, "a table is answered whatever there is");
+  fuzz::require(aipq_answer != nullptr, "a query of a table always has an answer");
 
   const std::string before = fuzz::read_file(pq::kPqDocument);
   if (updatePQ(change.bytes(), change.length()) == 0) {
-    fuzz::require(readable(pq::kPqDocument), "a change leaves a document");
+    fuzz::require(readable(pq::kPqDocument), "an update leaves a document");
   } else {
-    fuzz::require(fuzz::read_file(pq::kPqDocument) == before, "a failed change changes nothing");
+    fuzz::require(fuzz::read_file(pq::kPqDocument) == before, "a failed update changes nothing");
   }
   updateAIPQ(change.bytes(), change.length());
   CommandData_t packet = {};

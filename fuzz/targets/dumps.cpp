@@ -1,9 +1,9 @@
-// Picture dumps: the path that the display service published, and what is there. Lines:
+// Picture dumps: the path published by the display service, and the file there. Lines:
 //
-//   settings of the board
+//   the board's settings
 //   the path
-//   what is there, by its first character: f a file, s one of 16 TiB, l a link to the secret,
-//     d a folder, p a pipe, else nothing
+//   the kind of file there, by its first character: f a file, s one of 16 TiB, l a link to the
+//     secret, d a folder, p a pipe, otherwise nothing
 //   the file's bytes, to the end
 #include <unistd.h>
 
@@ -25,7 +25,7 @@ constexpr char kFolder[] = "/data/vendor/qxalgo/";
 constexpr char kSecret[] = "/data/vendor/qxalgo/secret";
 constexpr int kClient = 7;
 
-// Folders that would let a name lead out of its own.
+// Folders through which a name could leave its own folder.
 void make_traps() {
   std::filesystem::create_directories(std::string(kFolder) + "pq_dump_in_");
   std::filesystem::create_directories(std::string(kFolder) + "pq_dump_out_1x1.rgb");
@@ -73,7 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string& sent = fuzz::board.sent[kClient];
   fuzz::require(fuzz::read_file(kSecret) == "secret", "no other file is touched");
   fuzz::require(sent.empty() || std::string_view(sent).substr(sizeof(DumpReplyHeader)) == content,
-                "what is sent is the dump");
+                "the bytes sent are the dump");
   if (made) {
     const bool is_there = std::filesystem::remove(path);
     fuzz::require(is_there || kind[0] == 'f', "only a file is deleted");

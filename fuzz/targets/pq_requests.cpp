@@ -1,4 +1,4 @@
-// Changes and queries of the PQ document.
+// Updates and queries of the PQ document.
 #include "documents/document_file.h"
 #include "fuzz/support/requests.h"
 #include "qxaiq/pq_query.h"

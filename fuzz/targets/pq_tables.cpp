@@ -1,5 +1,5 @@
 // JSON to structure and back, with the daemon's own tables. Lines after the first: a document, one
-// that is loaded over it, and a question.
+// that is loaded over it, and a query.
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -11,7 +11,7 @@
 
 namespace {
 
-// Both halves of the configuration; the texts in it are freed at its end.
+// Both halves of the configuration; the destructor frees its texts.
 class Configuration {
  public:
   ~Configuration() {
@@ -36,7 +36,7 @@ class Configuration {
   std::string bytes() const {
     return {reinterpret_cast<const char*>(values_.get()), sizeof(*values_)};
   }
-  // Rewrites what the question holds of the two halves: they are the tables' last members.
+  // Replaces the values that the query names in the two halves, which are the tables' last members.
   void query(j2s_ctx* context, cJSON* question) const {
     for (int index : {context->obj_count - 2, context->obj_count - 1}) {
       cJSON* item = cJSON_GetObjectItemCaseSensitive(question, context->obj_table[index].name);
@@ -64,12 +64,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string text = loaded.text(context.get());
   Configuration again;
   again.load(context.get(), text);
-  fuzz::require(again.text(context.get()) == text, "what is written loads as it was");
+  fuzz::require(again.text(context.get()) == text, "a saved document loads unchanged");
 
   const std::string before = loaded.bytes();
   const pq::JsonPtr question = pq::parse_json(input.line());
   loaded.query(context.get(), question.get());
   const pq::TextPtr answer(cJSON_PrintUnformatted(question.get()));
-  fuzz::require(loaded.bytes() == before, "a question changes nothing");
+  fuzz::require(loaded.bytes() == before, "a query changes nothing");
   return 0;
 }

@@ -1,5 +1,5 @@
-// What comes from a board or from a file that somebody brings, into the tuning client. The first
-// byte chooses the way in, the rest is what arrives.
+// Replies of a board, and users' files, as input of the tuning client. The first byte selects the
+// kind of input; the rest is the input.
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -20,7 +20,7 @@ namespace {
 
 using pqclient::ByteView;
 
-// False: there are not enough bytes for one.
+// Returns false if there are too few bytes.
 template <typename Record>
 bool take(ByteView& bytes, Record& record) {
   if (bytes.size() < sizeof record) return false;
@@ -58,9 +58,9 @@ void receive_acknowledgement(ByteView bytes) {
 }
 
 void receive_dump(ByteView bytes) {
-  constexpr unsigned kMostPixels = 4096;  // larger ones are only slower
+  constexpr unsigned kMaxPixels = 4096;  // larger pictures are only slower
   pqclient::DumpHeader header{};
-  if (!take(bytes, header) || unsigned{header.width} * header.height > kMostPixels) return;
+  if (!take(bytes, header) || unsigned{header.width} * header.height > kMaxPixels) return;
   pqclient::Dump dump = pqclient::start_dump(header);
   std::copy_n(bytes.begin(), std::min(bytes.size(), dump.data.size()), dump.data.begin());
   using Coding = pqclient::ColourCoding;
@@ -123,7 +123,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       default:
         read_control_points(text);
     }
-  } catch (const pqclient::Error&) {  // the one way in which all of them may refuse
+  } catch (const pqclient::Error&) {  // the only exception that may be thrown
   }
   return 0;
 }

@@ -1,5 +1,5 @@
-// JSON to structure and back, with tables that hold every shape a member can have. Lines: a
-// document, one that is loaded over it, and a question.
+// JSON to structure and back, with tables that contain every kind of member. Lines: a document, one
+// that is loaded over it, and a query.
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -16,10 +16,10 @@ using j2s_test::own;
 using j2s_test::Shapes;
 using j2s_test::ShapeTables;
 
-// Longer ones are loaded, but take too long to print.
-constexpr int kLongestPrinted = 64;
+// Longer arrays are loaded, but take too long to print.
+constexpr int kMaxPrinted = 64;
 
-// The structure, with what must not be written around it. Strings are freed at its end.
+// The structure, surrounded by memory that must not be written. The destructor frees its strings.
 class Guarded {
  public:
   Guarded() {
@@ -30,12 +30,12 @@ class Guarded {
     j2s_test::free_strings(shapes_);
     const bool untouched = std::ranges::count(before_, kGuard) == kGuardSize &&
                            std::ranges::count(after_, kGuard) == kGuardSize;
-    fuzz::require(untouched, "nothing beside the structure is written");
+    fuzz::require(untouched, "nothing outside the structure is written");
   }
 
   Shapes& shapes() { return shapes_; }
   bool can_be_printed() const {
-    return shapes_.count <= kLongestPrinted && shapes_.name_count <= kLongestPrinted;
+    return shapes_.count <= kMaxPrinted && shapes_.name_count <= kMaxPrinted;
   }
 
  private:
@@ -52,7 +52,7 @@ Json parse(std::string_view text) {
 
 void query(ShapeTables& tables, cJSON* question, Shapes& shapes) {
   const std::string before = j2s_test::bytes_of(shapes);
-  // The members by name, since answers move them in the question.
+  // The members by name, because answers move them in the query.
   for (int index = 0; index < tables.context()->obj_count; ++index) {
     const char* name = tables.context()->obj_table[index].name;
     cJSON* item = cJSON_GetObjectItemCaseSensitive(question, name);
@@ -60,7 +60,7 @@ void query(ShapeTables& tables, cJSON* question, Shapes& shapes) {
     (void)_j2s_json_to_obj(tables.context(), item, question, index, &shapes, true);
   }
   (void)j2s_test::print(question);
-  fuzz::require(j2s_test::bytes_of(shapes) == before, "a question changes nothing");
+  fuzz::require(j2s_test::bytes_of(shapes) == before, "a query changes nothing");
 }
 
 }  // namespace
@@ -76,16 +76,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     return j2s_json_to_struct(tables.context(), parse(json).get(), nullptr, &loaded.shapes()) >= 0;
   };
   const bool first = load(input.line());
-  j2s_test::free_strings(loaded.shapes());  // a load that changes their number loses them
+  j2s_test::free_strings(loaded.shapes());  // a load that changes their number would lose them
   const bool second = load(input.line());
   if (loaded.can_be_printed()) {
     const std::string text = tables.dump(&loaded.shapes());
     (void)other_tables.load(text, &again.shapes());
-    // After a failed load a length may count an array that is not there.
+    // After a failed load a length may belong to an array that is not there.
     const bool same = other_tables.dump(&again.shapes()) == text;
-    fuzz::require(same || !first || !second, "what is written loads as it was");
+    fuzz::require(same || !first || !second, "a saved document loads unchanged");
     query(tables, parse(input.line()).get(), loaded.shapes());
   }
-  fuzz::require(tables.bytes() == records, "the tables stay as they are");
+  fuzz::require(tables.bytes() == records, "the tables do not change");
   return 0;
 }

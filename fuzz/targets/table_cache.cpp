@@ -1,7 +1,7 @@
-// The table cache. Input: what the file is (a character: l a link, d a folder, p a pipe, f the
-// bytes that follow, else a good cache with changes), and for the last: its size (two bytes), then
-// three bytes a change: where, and what is flipped there. Whatever is found, the tables are the
-// right ones and the file is a good cache the next time, or stays as it was.
+// The table cache. Input: the kind of file (a character: l a link, d a folder, p a pipe, f the
+// bytes that follow, otherwise a valid cache with changes). For the last kind: its size (two
+// bytes), then three bytes per change: the position and the bits to flip. In every case the tables
+// must be correct, and afterwards the file is a valid cache or unchanged.
 
 #include <cstdlib>
 #include <cstring>
@@ -35,7 +35,7 @@ size_t number(std::string_view bytes) {
 std::string changed_cache(std::string_view changes) {
   std::string cache = good_cache();
   if (changes.size() >= 2) {
-    // Small numbers: the size differs by as much.
+    // Small numbers: the size differs by this number.
     cache.resize((cache.size() + number(changes)) % 65536);
     changes.remove_prefix(2);
   }
@@ -64,7 +64,7 @@ void use_tables() {
   const j2s::GeneratedTables& tables = j2s::generated_tables();
   fuzz::require(equal(context.obj_table, context.obj_count, tables.objs) &&
                     equal(context.struct_table, context.struct_count, tables.structs),
-                "the tables are the right ones");
+                "the tables are correct");
   std::free(j2s_dump_struct(&context, "csc", nullptr));
   j2s_deinit(&context);
 }
@@ -90,7 +90,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   } else {
     fuzz::require(
         left.empty() || left.substr(sizeof(j2s_ctx)) == good_cache().substr(sizeof(j2s_ctx)),
-        "a good cache is left");
+        "the file is a valid cache");
   }
   return 0;
 }

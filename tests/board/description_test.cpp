@@ -1,4 +1,4 @@
-// Board descriptions: what is read, and what is refused.
+// Board descriptions: accepted and refused input.
 #include "description/description.h"
 
 #include <gtest/gtest.h>

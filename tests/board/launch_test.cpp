@@ -1,4 +1,4 @@
-// The launcher: what a daemon sees of a board, how it ends, and what is left of it.
+// The launcher: the daemon's view of a board, how the daemon ends, and the traces it leaves.
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -21,17 +21,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Says so and waits for SIGTERM.
+// Prints a line, then waits for SIGTERM.
 constexpr char kWait[] = "trap 'exit 7' TERM; echo waits; while :; do sleep 0.02; done";
 
-// A shell script in the daemon's place: it uses what a daemon uses of the board.
+// A shell script in place of the daemon; it uses the board as the daemon does.
 BoardOptions script(const std::string& text, BoardOptions options = {}) {
   options.daemon = "/bin/sh";
   options.arguments = {"-c", text};
   return options;
 }
 
-// Both ways to meet the board's paths promise the same.
+// Both isolations give the daemon the same view of the board.
 class Launch : public testing::TestWithParam<Isolation> {
  protected:
   void SetUp() override {
@@ -92,7 +92,7 @@ bool locked(const fs::path& file) {
   return !free;
 }
 
-// The daemon's child holds the lock as long as it lives, for hours if it is let.
+// The daemon's child holds the lock for as long as it lives, which is hours unless it is killed.
 TEST_P(Launch, LeavesNothingBehindHoweverItEnds) {
   const TemporaryFolder folder;
   const fs::path held = folder.path() / "data/held";

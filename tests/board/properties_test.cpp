@@ -1,4 +1,4 @@
-// System properties as the daemon calls them (libcutils) and as everybody else finds them.
+// System properties through the daemon's library (libcutils) and through the store.
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ class Properties : public testing::Test {
     std::filesystem::remove_all(folder().path() / "properties");
     std::filesystem::create_directory(folder().path() / "properties");
   }
-  // One for the whole program: the library may look its folder up only once.
+  // One folder for the whole program: the library may look it up only once.
   static const TemporaryFolder& folder() {
     static const TemporaryFolder temporary;
     return temporary;

@@ -1,4 +1,4 @@
-// What the tests say to the device, in few words, through libdrm alone.
+// Short helpers to talk to the display device, through libdrm alone.
 #ifndef TESTS_BOARD_DRM_DEVICE_H_
 #define TESTS_BOARD_DRM_DEVICE_H_
 
@@ -36,13 +36,13 @@ class Device {
   ~Device() { close(); }
   void close();
 
-  // Of the connector at an index in the resources' list.
+  // The connector at an index of the resources' list.
   ConnectorPtr connector(int index) const;
-  // The CRTC of the connector's first encoder; 0 when it has none.
+  // The CRTC of the connector's first encoder; 0 if it has none.
   uint32_t crtc_id(int index) const;
 
   struct Property {
-    uint32_t id = 0;  // 0: the object has none of that name
+    uint32_t id = 0;  // 0: the object has no property of that name
     uint64_t value = UINT64_MAX;
   };
   uint32_t property_id(uint32_t object_id, uint32_t type, const std::string& name) const {
@@ -52,7 +52,7 @@ class Device {
     return find_property(object_id, type, name).value;
   }
 
-  // A blob of so many table entries, entry i holding value + i in each channel. 0 on failure.
+  // A blob of `entries` table entries, entry i having value + i in each channel. 0 on failure.
   uint32_t gamma_blob(uint32_t entries, uint16_t value = 0) const;
   int set_gamma(uint32_t crtc, uint64_t blob) const;
   // Loads a whole table as a client does: create, set, destroy.
@@ -75,7 +75,7 @@ class Device {
 class DisplayDevice : public testing::Test {
  protected:
   DisplayDevice() { boot(); }
-  // Boots the board anew with its description changed.
+  // Boots the board again with a changed description.
   static void boot(const std::function<void(board::Description&)>& change = {});
   static board::DisplayState state() { return board::read_display_state(board::board_folder()); }
   static std::string description() { return board::describe_display(board::board_folder()); }

@@ -1,5 +1,5 @@
-// Runs the tests in a root of their own, where /dev/dri is the simulated device's. The board's
-// folder lies in the same private /dev and vanishes with it.
+// Runs the tests in a private root whose /dev/dri belongs to the simulated device. The board's
+// folder is in the same private /dev and vanishes with it.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -12,19 +12,19 @@ namespace {
 
 constexpr char kBoardFolder[] = "/dev/board";
 
-// Its /dev holds no more than is needed: containers often lack some of the usual nodes.
+// Its /dev contains only what the tests need: containers often lack some of the usual nodes.
 constexpr char kPrivateRoot[] =
     "bwrap --die-with-parent --bind / / --tmpfs /dev --dev-bind /dev/null /dev/null"
     " --dir /dev/board --symlink board/drm/dri /dev/dri ";
 
-// The sanitizer wants to be loaded first, but works as well after a library that it doesn't watch.
-// The loader ends a path at a blank, and finds a mere name in the folder.
+// The sanitizer insists on being loaded first, but also works after a library that it does not
+// instrument. The loader splits paths at blanks, so a bare name and a search folder are used.
 constexpr char kSettings[] =
     "--setenv BOARD_DIR /dev/board --setenv LD_LIBRARY_PATH '" DEVICE_FOLDER
     "' --setenv LD_PRELOAD " DEVICE_LIBRARY
     " --setenv ASAN_OPTIONS \"$ASAN_OPTIONS:verify_asan_link_order=0\" ";
 
-// Returns when there is no shell only.
+// Returns only if there is no shell.
 void run_inside(char** argv) {
   std::string command = std::string("exec ") + kPrivateRoot + kSettings + "\"$0\" \"$@\"";
   std::vector<char*> arguments{const_cast<char*>("sh"), const_cast<char*>("-c"), command.data()};
@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   if (is_inside() || testing::GTEST_FLAG(list_tests)) return RUN_ALL_TESTS();
   if (std::system((std::string(kPrivateRoot) + "true 2>/dev/null").c_str()) != 0) {
-    // The words by which CTest knows a skipped test.
+    // CTest recognises a skipped test by these words.
     std::puts("[  SKIPPED ] bubblewrap can't make a private /dev here");
     return 0;
   }

@@ -1,4 +1,4 @@
-// Gamma tables and picture controls: what reaches the display, and what is refused.
+// Gamma tables and picture controls: values that reach the display, and values that are refused.
 #include <cerrno>
 #include <chrono>
 #include <thread>
@@ -9,7 +9,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// The panel of a board, opened by a client that may commit.
+// The panel of a board, opened by a client that is allowed to commit.
 class Picture : public DisplayDevice {
  protected:
   struct Client : Device {
@@ -82,7 +82,7 @@ TEST_F(Picture, APacedDriverTakesOneNonblockingCommitAFrame) {
   const Client client;
   EXPECT_EQ(0, client.load_gamma(client.crtc, 1024));
   EXPECT_EQ(0, client.commit(client.panel, {{"hue", 10}})) << "a table takes no frame";
-  // Two in one frame: sooner or later also where this machine is slow.
+  // Two commits in one frame: the loop succeeds sooner or later, even on a slow machine.
   bool is_refused = false;
   for (int i = 0; i < 100 && !is_refused; ++i) {
     std::this_thread::sleep_for(milliseconds(17));

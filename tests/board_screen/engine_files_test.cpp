@@ -1,4 +1,4 @@
-// What the engine reads and writes. What its tables look like on the screen: tests/scenario.
+// The engine's input and output files. tests/scenario checks its tables on the screen.
 #include <gtest/gtest.h>
 
 #include <sstream>

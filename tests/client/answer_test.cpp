@@ -9,7 +9,7 @@
 namespace pqclient {
 namespace {
 
-// What ends the text of a reply.
+// The terminator of a reply's text.
 const std::string kZero(1, '\0');
 
 Answer parse(const std::string& payload) {

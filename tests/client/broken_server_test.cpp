@@ -1,5 +1,5 @@
-// Servers that close, stall or answer garbage, at every byte of every kind of answer: an error
-// comes in time, and pqctl ends with the status that it documents.
+// Servers that close, stall or send garbage at every byte of every kind of answer: an error must
+// come in time, and pqctl must exit with the documented status.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// One kind of exchange, and the whole answer to it.
+// One kind of exchange, with the whole answer to it.
 struct Exchange {
   const char* name;
   std::function<void(TuningClient&)> ask;
@@ -47,7 +47,7 @@ class BrokenServer : public testing::TestWithParam<Exchange> {
  protected:
   enum class Then { kClose, kStall };
 
-  // Sends `bytes` to whoever asks. Returns what came of it; none: an answer.
+  // Sends `bytes` to each client. Returns the client's error, or none if it accepted the answer.
   static std::optional<ErrorKind> outcome(const Bytes& bytes, Then then, milliseconds time) {
     const FakeBoard board([&](Visitor& visitor) {
       visitor.receive_request();
@@ -83,7 +83,7 @@ TEST_P(BrokenServer, IsNoticedWhereverItStops) {
   EXPECT_EQ(outcome(first(size), Then::kStall, milliseconds(5000)), std::nullopt);
 }
 
-// Any outcome but a hang or a crash: most bytes are not told apart from right ones.
+// Any result except a hang or a crash is accepted: most wrong bytes cannot be recognised.
 TEST_P(BrokenServer, DoesNoHarmWithAWrongByteAnywhere) {
   for (std::size_t at = 0; at < GetParam().answer.size(); ++at) {
     for (const int bits : {0x01, 0x80, 0xFF}) {
@@ -104,7 +104,7 @@ constexpr std::string_view kCsc =
     R"("cscBrightness":256,"cscHue":300,"cscContrast":256,"cscSaturation":256,"cscRGain":256,)"
     R"("cscGGain":256,"cscBGain":256}})";
 
-// Every command that talks to a board, with what it needs.
+// Every command that talks to a board, with its arguments.
 const char* const kCommands[] = {
     "get csc",
     "show",
@@ -120,7 +120,7 @@ const char* const kCommands[] = {
     "backup -",
 };
 
-// Changes are noted in a history, which is not to be the user's.
+// Changes are recorded in a history; the tests must not use the user's.
 const int kOwnHistory = setenv("XDG_STATE_HOME", testing::TempDir().c_str(), 1);
 
 void expect_status(const std::function<void(Visitor&)>& script, int status) {
@@ -154,7 +154,7 @@ TEST(PqctlWithABrokenServer, SaysWhatIsStoredInsteadAndWhoDoesNotAnswer) {
   EXPECT_EQ(stored.output, "csc/cscHue: was 300, now 256, stored 300\n");
   EXPECT_NE(stored.errors.find("csc/cscHue should be 256, is 300"), std::string::npos);
 
-  // What it says over another connection, does not tell what became of the change.
+  // A query on a new connection does not prove that the change was handled.
   const FakeBoard dying([](Visitor& visitor) {
     visitor.receive_request();
     visitor.reply(kCsc);

@@ -13,7 +13,7 @@
 namespace pqclient {
 namespace {
 
-// One letter for each pixel.
+// One letter per pixel.
 std::string colours_of(const Bytes& rgb) {
   std::string letters;
   for (std::size_t i = 0; i + 2 < rgb.size(); i += 3) {
@@ -35,7 +35,7 @@ struct Example {
 };
 
 // BT.709 in 8 bits: white is Y 235, black Y 16, both with Cb and Cr 128; red is 63, 102, 240, blue
-// 32, 240, 118, both with a step of rounding in green or red. Values beyond the range are limited.
+// 32, 240, 118, both rounded by a step in green or red. Values out of range are limited.
 // In NV15 white, black and grey chroma are 940, 64 and 512, packed from the lowest bit up.
 TEST(DumpFormats, BecomeRedGreenBlue) {
   for (const auto& [format, width, height, data, colours] : {

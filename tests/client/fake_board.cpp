@@ -12,7 +12,7 @@
 using pqclient::Bytes;
 using pqclient::ByteView;
 
-// Exactly n bytes; fewer when the client closes first.
+// Exactly n bytes; fewer if the client closes first.
 Bytes Visitor::receive(std::size_t n) {
   Bytes bytes(n);
   const ssize_t received = recv(socket_, bytes.data(), n, MSG_WAITALL);

@@ -1,4 +1,4 @@
-// A board in the test's own process: listens on loopback and plays a script to whoever connects.
+// A board inside the test's process: listens on loopback and plays a script to each client.
 #ifndef TESTS_CLIENT_FAKE_BOARD_H_
 #define TESTS_CLIENT_FAKE_BOARD_H_
 
@@ -11,7 +11,7 @@
 #include "pqclient/connection.h"
 #include "pqclient/packets.h"
 
-// A reply as the board frames it: "[", text, a zero byte, no closing bracket.
+// A reply in the board's framing: "[", text, a zero byte, no closing bracket.
 pqclient::Bytes document_reply(std::string_view text);
 
 // The board's end of one connection. Nothing here waits longer than 10 seconds.
@@ -19,15 +19,15 @@ class Visitor {
  public:
   explicit Visitor(int socket) : socket_(socket) {}
 
-  // Takes one packet. Returns the text of a document packet; empty for a command packet, and when
-  // the client has gone.
+  // Receives one packet. Returns the text of a document packet; empty for a command packet, or if
+  // the client has closed.
   std::string receive_request();
 
   void send(pqclient::ByteView bytes);
 
   void reply(std::string_view text) { send(document_reply(text)); }
 
-  // Says nothing until the client has gone.
+  // Sends nothing until the client closes.
   void stall();
 
  private:
@@ -38,7 +38,7 @@ class Visitor {
 
 class FakeBoard {
  public:
-  // The script runs once for each connection, one connection after the other.
+  // The script runs for each connection, one connection after the other.
   explicit FakeBoard(std::function<void(Visitor&)> script);
   ~FakeBoard();
   FakeBoard(const FakeBoard&) = delete;

@@ -1,4 +1,4 @@
-// Gamma curves from formulas, control points and files, as far as the board's table.
+// Gamma curves from formulas, control points and files, up to the board's table.
 #include "pqclient/gamma_curve.h"
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ Five five_of(const GammaCurve& curve) {
   return five_of(quantize({curve, curve, curve}, false).entries[1]);
 }
 
-// The numbers are the formulas' own, worked out elsewhere.
+// The expected numbers come from the formulas, computed independently.
 TEST(GammaCurve, ComesFromFormulasAndControlPoints) {
   EXPECT_EQ(five_of(power_curve(1)), (Five{0, 16400, 32800, 49199, 65535}));
   EXPECT_EQ(five_of(power_curve(2.2)), (Five{0, 3111, 14294, 34877, 65535}));
@@ -59,7 +59,7 @@ std::string whole_table() {
 struct Csv {
   const char* name;
   std::string text;
-  double red, blue;  // of the middle, as parts of full scale
+  double red, blue;  // at the middle, as fractions of full scale
   std::optional<double> full_scale = std::nullopt;
 };
 

@@ -1,4 +1,4 @@
-// What is written about pqctl names every command and every option that its help names.
+// Manual and completions name every command and every option that the help names.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -25,7 +25,7 @@ std::string client_file(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The words that begin a line of the help's lists, two blanks from the left: "get", "--json".
+// The words that begin a line of the help's lists, indented by two blanks: "get", "--json".
 std::set<std::string> listed_in(const std::string& help, bool options) {
   std::set<std::string> names;
   std::istringstream lines(help.substr(0, help.find("\nPlaces in")));
@@ -39,7 +39,7 @@ std::set<std::string> listed_in(const std::string& help, bool options) {
   return names;
 }
 
-// As a manual in mdoc writes an option: "Fl -json".
+// An option as a manual in mdoc writes it: "Fl -json".
 std::string without_dash(const std::string& option) {
   return option.substr(1);
 }

@@ -23,7 +23,7 @@ TEST(Target, BecomesAPointerIntoTheDocument) {
 
 struct Wrong {
   const char* path;
-  const char* help;  // what the error must say
+  const char* help;  // must be part of the error
 };
 
 TEST(Target, ThatDoesNotExistIsExplained) {

@@ -1,4 +1,4 @@
-// Replies of requests that are handed to the handler without a connection.
+// Captures the replies of requests that are passed to the handler without a connection.
 #ifndef TESTS_FAULTS_CAPTURED_REPLY_H_
 #define TESTS_FAULTS_CAPTURED_REPLY_H_
 
@@ -9,13 +9,13 @@
 
 namespace faults {
 
-// In place of a socket: what is sent to it is kept.
+// Used as the socket: everything sent to it is kept.
 inline constexpr int kCaptured = -2;
 
-// What has been sent since the last call.
+// Everything sent since the last call.
 std::string take_reply();
 
-// For the wrapper around sending. Returns `size`.
+// For the wrapper around send. Returns `size`.
 ssize_t capture(const void* bytes, size_t size);
 
 }  // namespace faults

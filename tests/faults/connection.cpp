@@ -27,7 +27,7 @@ sockaddr_in server_address() {
   return address;
 }
 
-// Asks one question and goes. Returns the answer, as far as it came.
+// Sends one request and leaves. Returns the bytes of the answer that arrived.
 std::string ask() {
   const Exempt exempt;
   const pq::UniqueFd socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -39,7 +39,7 @@ std::string ask() {
   }
   constexpr char kQuestion[] = "QXISP-AK\0\0\x03";  // a test colour, short and without waits
   send(socket.get(), kQuestion, sizeof(kQuestion), MSG_NOSIGNAL);
-  shutdown(socket.get(), SHUT_WR);  // so that the server closes when it has no answer
+  shutdown(socket.get(), SHUT_WR);  // makes the server close if it has no answer
   char answer[72];
   const ssize_t length = recv(socket.get(), answer, sizeof(answer), MSG_WAITALL);
   return {answer, length < 0 ? 0 : static_cast<size_t>(length)};

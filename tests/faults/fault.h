@@ -1,5 +1,5 @@
-// Faults of the calls that the daemon's code makes: the n-th call of a kind fails, or all from it
-// on.
+// Faults of system and library calls in the daemon's code: the n-th call of a kind fails, or that
+// call and all later ones.
 //
 // The wrappers around the calls (wrapped_*.cpp) ask strike() and count memory blocks. Safe from
 // several threads; one fault is armed at a time.
@@ -31,13 +31,13 @@ enum class Call {
   kFork,
   kThread,
   kDisplay,     // libdrm
-  kProperty,    // setting one
+  kProperty,    // property_set
   kLoad,        // dlopen, dlsym
-  kEngine,      // of the 3D LUT
+  kEngine,      // the 3D LUT engine
   kParameters,  // the base-parameter store
 };
 
-// In place of an errno: the call takes, or gives, half of what it could.
+// Instead of an errno: the call transfers half of the possible bytes.
 inline constexpr int kShort = -1;
 
 struct Fault {
@@ -46,22 +46,22 @@ struct Fault {
   int error;  // errno, or kShort
 };
 
-// From now on counts the calls of the fault's kind and has the `nth` one fail (counted from 1), or,
-// when it is lasting, that one and all that follow.
+// Starts counting calls of the fault's kind and makes the `nth` one fail (counted from 1); if
+// `lasting`, also all later ones.
 void arm(const Fault& fault, size_t nth, bool lasting);
 
 void disarm();
 
-// Counts too, but none fails. Notes for each call where in the code it was made: equal
-// numbers are equal places, the callers' included.
+// Only counts. Records the call site of each call: equal numbers mean equal sites, callers
+// included.
 void record(const Fault& fault);
 std::vector<uint64_t> recorded();
 
-// For the wrappers: the error that this call has to fail with, 0 for none.
+// For the wrappers: the error that this call must fail with, 0 for none.
 int strike(Call call);
 
-// While one lives, its thread's calls are neither counted nor failed: they are the board's own, or
-// the test's.
+// While one lives, calls of its thread are neither counted nor failed: they belong to the board or
+// the test.
 class Exempt {
  public:
   Exempt();
@@ -72,7 +72,7 @@ class Exempt {
 
 bool is_exempt();
 
-// Blocks of memory that have been allocated and not freed.
+// Memory blocks that are allocated and not yet freed.
 long live_blocks();
 void count_block(long change);
 

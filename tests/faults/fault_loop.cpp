@@ -1,9 +1,9 @@
-// fault_loop SUBJECT [every] [whole]: lets each call that the subject makes fail, one in a run, and
-// sees that nothing but the one request suffers. Runs on a simulated board, in the daemon's place.
+// fault_loop SUBJECT [every] [whole]: makes each call of the subject fail, one per run, and checks
+// that nothing but the one request suffers. Runs on a simulated board in place of the daemon.
 //
-// A place in the code that makes a call often fails at its first and its last one: nothing
-// distinguishes those between. With "every", at each of them. With "whole" the documents are as
-// the daemon creates them, instead of small ones.
+// A call site that is reached often fails only at its first and last call, because the calls
+// between do not differ. With "every" it fails at each call. With "whole" the documents are those
+// that the daemon creates, instead of small ones.
 #include <dirent.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -67,7 +67,7 @@ size_t open_descriptors() {
   return count;
 }
 
-// What the subject does when nothing fails.
+// The subject's results without a fault.
 struct Expected {
   std::string reply;
   Stored before, after;
@@ -77,7 +77,7 @@ class Loop {
  public:
   Loop(const Subject& subject, bool every) : subject_(subject), every_(every) {}
 
-  // Returns how many faults did harm.
+  // Returns the number of harmful faults.
   int run() {
     warm_up();
     for (const Fault& fault : kFaults)
@@ -107,7 +107,7 @@ class Loop {
     harmful_ += harmful;
   }
 
-  // Runs without a fault. Returns where in the code each call was made.
+  // Runs without a fault. Returns the call site of each call.
   std::vector<uint64_t> learn(const Fault& fault) {
     subject_.prepare();
     expected_.before = stored();
@@ -119,7 +119,7 @@ class Loop {
     return recorded();
   }
 
-  // What is made once and kept is there afterwards.
+  // Creates everything that is made once and then kept.
   void warm_up() const {
     for (int i = 0; i < 2; ++i) {
       subject_.prepare();
@@ -131,8 +131,8 @@ class Loop {
     subject_.finish();
   }
 
-  // The calls that are to fail, counted from 1. A lasting fault of the first one at a place has the
-  // last one fail as well.
+  // The calls that must fail, counted from 1. A lasting fault of a site's first call also makes its
+  // last one fail.
   std::vector<size_t> choose(const std::vector<uint64_t>& places, bool lasting) const {
     std::map<uint64_t, size_t> last_at_place;
     for (size_t i = 0; i < places.size(); ++i)
@@ -147,10 +147,10 @@ class Loop {
     return chosen;
   }
 
-  // What is retried lasts for ever otherwise.
+  // A lasting fault of a retried call would never end.
   static bool can_last(const Fault& fault) { return fault.error != EINTR && fault.error != kShort; }
 
-  // What harm the fault did, and what it left in use; empty for none.
+  // The harm that the fault did, and the resources it left in use; empty for none.
   std::string strike_once(const Fault& fault, size_t call, bool lasting) const {
     const long blocks = live_blocks();
     const size_t descriptors = open_descriptors();

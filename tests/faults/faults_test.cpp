@@ -1,4 +1,4 @@
-// One call after the other fails; see fault_loop.cpp for what is looked at after each.
+// Makes one call after the other fail; fault_loop.cpp lists the checks after each.
 #include <algorithm>
 #include <iterator>
 #include <sstream>

@@ -37,7 +37,7 @@ std::string change(DocumentCommand command, const std::string& operation) {
   return document(command, "[" + operation + "]");
 }
 
-// As the server's receive thread: 8192 bytes at a time, and what is thrown ends the chunk.
+// Like the server's receive thread: 8192 bytes at a time; an exception drops the chunk.
 std::string receive(const std::string& packet) {
   static std::array<char, TCPServer::kReceiveSize> buffer{};
   for (size_t at = 0; at < packet.size(); at += buffer.size()) {
@@ -58,7 +58,7 @@ std::string table_of(const char* number, int count) {
   return table;
 }
 
-// What an interrupted document has left would garble the next one.
+// Leftovers of an interrupted document would garble the next one.
 void empty_collection() {
   receive(document(DocumentCommand::kUpdatePq, std::string(10'000, ' ')));
   receive("stray");

@@ -1,17 +1,17 @@
-// The daemon's start-up, from its main on.
+// The daemon's start-up, beginning with its main().
 #include <getopt.h>
 
 #include "base/quit.h"
 #include "documents/document_file.h"
 #include "faults/subject.h"
 
-// The daemon's main, which has this name in this program.
+// The daemon's main(), renamed in this program.
 int run_daemon(int argc, char* argv[]);
 
 namespace faults {
 namespace {
 
-// Starts the daemon, which then finds that it has been asked to end. Returns its exit status.
+// Starts the daemon with shutdown already requested. Returns its exit status.
 int start() {
   char name[] = "qxaiq_tool_server";
   char* arguments[] = {name, nullptr};
@@ -30,7 +30,7 @@ Subject make_start(const char* name, const Stored& before, const Stored& after,
     store(before);
     if (!side_file.empty()) write_file("/data/vendor/qxalgo/.pq_config.json.saving", side_file);
   };
-  // A daemon that could not serve says so and ends; init starts it anew.
+  // A daemon that cannot serve logs an error and exits; init restarts it.
   subject.run = [] {
     (void)start();
     return std::string();

@@ -22,7 +22,7 @@ void put(const char* path, const std::string& text) {
   }
 }
 
-// In the form in which the daemon writes documents: one that is written anew is the same then.
+// In the form in which the daemon writes documents, so that saving does not change it.
 std::string formatted(const char* text) {
   const pq::JsonPtr tree = pq::parse_json(text);
   const pq::TextPtr printed(cJSON_Print(tree.get()));

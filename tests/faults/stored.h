@@ -1,4 +1,4 @@
-// What the board has stored, as far as requests change it.
+// The board's stored state, as far as requests change it.
 #ifndef TESTS_FAULTS_STORED_H_
 #define TESTS_FAULTS_STORED_H_
 
@@ -6,25 +6,25 @@
 
 namespace faults {
 
-// The texts of the two documents; empty for one that is not there.
+// The texts of the two documents; empty if a document is missing.
 struct Stored {
   std::string pq;
   std::string aipq;
   bool operator==(const Stored&) const = default;
 };
 
-// Documents with every section and every kind of member, in few numbers.
+// Documents with every section and every kind of member, but few numbers.
 Stored small_documents();
 
-// Documents as the daemon creates them.
+// Documents exactly as the daemon creates them.
 Stored whole_documents();
 
 Stored stored();
 
-// Puts the documents in place; side files of earlier saves go.
+// Puts the documents in place and removes side files of earlier saves.
 void store(const Stored& documents);
 
-// Whether a save has left something beside a document.
+// True if a save has left a file next to a document.
 bool side_file_left();
 
 void write_file(const std::string& path, const std::string& content);

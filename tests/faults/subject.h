@@ -1,4 +1,4 @@
-// What a fault strikes: one request of a kind, a connection, or a start of the daemon.
+// The subject of the faults: a request of one kind, a connection, or a start of the daemon.
 #ifndef TESTS_FAULTS_SUBJECT_H_
 #define TESTS_FAULTS_SUBJECT_H_
 
@@ -13,30 +13,30 @@ namespace faults {
 struct Subject {
   std::string name;
 
-  // The board as it is before; null: with the first documents.
+  // Sets up the board; null: with the first documents.
   std::function<void()> prepare;
 
-  // What the faults strike. Returns what a client got.
+  // The part that the faults strike. Returns the bytes that the client received.
   std::function<std::string()> run;
 
-  // Whether the daemon does its work afterwards; what is wrong, empty when nothing is.
+  // Checks that the daemon still works. Returns the problem, or an empty text.
   std::function<std::string()> serves_afterwards;
 
-  // Ends what goes on, before what is left is counted.
+  // Stops background work before leftovers are counted.
   std::function<void()> finish = [] {};
 
-  // The reply may be another one, of the same size: a short read fills a dump up with zeros.
+  // The reply may differ but must have the same size: a short read fills a dump up with zeros.
   bool any_bytes = false;
 };
 
-// The requests that a client can send, handed to the handler as the server does.
+// The requests that a client can send, passed to the handler as the server does.
 std::vector<Subject> requests(const Stored& first);
 
-// A client that connects, asks and goes, at the real server.
+// A client that connects to the real server, sends a request and leaves.
 Subject connection(const Stored& first);
 
-// Starts of the daemon: on a new board, on one that has its documents, and after a save that was
-// cut short.
+// Starts of the daemon: on a new board, on one that has its documents, and after an interrupted
+// save.
 std::vector<Subject> starts(const Stored& first);
 
 }  // namespace faults

@@ -1,6 +1,6 @@
 // The board's libraries, each call wrapped: the real libdrm over the simulated device; the others
-// in process, so that nothing on the board takes notice of the faults' many changes. The 3D LUT
-// engine can fail and does no more.
+// in process, so that nothing on the board reacts to the many changes. The 3D LUT engine can fail
+// but computes nothing.
 #include <xf86drm.h>
 #include <xf86drmMode.h>
 
@@ -15,8 +15,8 @@ using faults::Call;
 using faults::Exempt;
 using faults::strike;
 
-// One wrapper a line: what it fails with, its parameters, and how they are passed on. What the
-// board's library does inside is its own affair.
+// One wrapper per line: its failure value, its parameters, and how they are passed on. Calls inside
+// the board's library are not wrapped.
 #define WRAPPED(call, result, name, failure, parameters, arguments) \
   result __real_##name parameters;                                  \
   result __wrap_##name parameters {                                 \

@@ -1,6 +1,6 @@
 // Memory: the C functions by the linker's --wrap, in the daemon's libraries and cJSON; operator new
-// and delete by replacement. What the C library and the board's libraries allocate inside
-// themselves with malloc does not come by.
+// and delete by replacement. Allocations inside the C library and the board's libraries are not
+// covered.
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -80,7 +80,7 @@ int __wrap_vasprintf(char** text, const char* format, va_list arguments) {
   if (length >= 0) faults::count_block(1);
   return length;
 }
-// As fortified programs call it.
+// The name in fortified programs.
 int __wrap___vasprintf_chk(char** text, int /*flag*/, const char* format, va_list arguments) {
   return __wrap_vasprintf(text, format, arguments);
 }

@@ -33,7 +33,7 @@ class Context : public testing::Test {
     std::ofstream(path_, std::ios::binary)
         .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   }
-  // A cache as the library writes it.
+  // A cache file as the library writes it.
   std::string fresh_cache() const {
     (void)remove(path_.c_str());
     j2s_ctx ctx = {};

@@ -12,7 +12,7 @@ class Files : public testing::Test {
   Files() : path_(testing::TempDir() + "j2s_files_" + std::to_string(getpid())) {}
   ~Files() override { (void)remove(path_.c_str()); }
 
-  // The only line that reading gives; the size must stay untouched.
+  // The only line that a failed read logs; the size must stay unchanged.
   static std::string complaint_about(const char* path) {
     size_t size = 123;
     const std::string message = stderr_of([&] { EXPECT_EQ(j2s_read_file(path, &size), nullptr); });

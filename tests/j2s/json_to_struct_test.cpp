@@ -7,7 +7,7 @@ class JsonToStruct : public testing::Test {
  protected:
   ~JsonToStruct() override { free_strings(shapes_); }
 
-  // The member's text after loading `json`.
+  // The member's text after `json` was loaded.
   std::string member(const char* name) {
     const Json json = own(j2s_struct_to_json(tables_.context(), nullptr, &shapes_));
     return print(cJSON_GetObjectItemCaseSensitive(json.get(), name));

@@ -1,4 +1,4 @@
-// <cmath> has a function called gamma; the schema has to live with it.
+// <cmath> has a function named gamma; the schema must not collide with it.
 #include "j2s/pq_schema.h"
 
 #include <cmath>
@@ -35,7 +35,7 @@ void for_each_text(pq_config& config, Action action) {
     action(scene.name);
 }
 
-// Every byte of every number counts; some texts are there.
+// Uses every byte of every number; sets some of the texts.
 std::unique_ptr<pq_config> random_config(std::mt19937& random) {
   auto config = std::make_unique<pq_config>();
   std::generate_n(reinterpret_cast<unsigned char*>(config.get()), sizeof(pq_config),
@@ -78,7 +78,7 @@ TEST_F(PqTables, AWholeConfigurationSurvivesItsTextInSeveralThreads) {
       j2s_deinit(&ctx);
     }
   };
-  // Parsed beforehand: cJSON's parser notes its last error in a place that all threads share.
+  // Parsed beforehand: cJSON's parser keeps its last error in a variable shared by all threads.
   const Json ours = parse(text);
   const Json theirs = parse(text);
   std::thread other(convert, theirs.get());

@@ -1,4 +1,4 @@
-// What is faster than item by item gives the same as item by item.
+// The fast paths must give the same results as item-by-item conversion.
 #include <limits>
 #include <random>
 
@@ -8,7 +8,7 @@
 namespace j2s_test {
 namespace {
 
-// As the parser makes numbers.
+// Makes numbers as the parser does.
 cJSON* make_number(double value) {
   cJSON* item = cJSON_CreateNumber(0);
   item->valuedouble = value;
@@ -20,7 +20,7 @@ struct Texts {
   std::string formatted, compact;
 };
 
-// Makes random trees of everything that JSON and its parser know.
+// Makes random trees of everything that JSON and its parser can represent.
 class RandomJson {
  public:
   cJSON* value(int depth) {
@@ -48,7 +48,7 @@ class RandomJson {
   }
 
  private:
-  // Half of all arrays hold nothing but integers.
+  // Half of all arrays contain only integers.
   cJSON* array(int depth) {
     const bool integers = random_() % 2 == 0;
     cJSON* array = cJSON_CreateArray();
@@ -86,7 +86,7 @@ TEST(MakePrintable, KeepsEveryByteOfTheTexts) {
     j2s_make_printable(copy.get(), false);
     ASSERT_EQ(print_formatted(tree.get()), before.formatted);
     ASSERT_EQ(print(copy.get()), before.compact);
-    // What the parser made of the numbers that no text can hold is a null.
+    // The parser turns numbers that no text can represent into null.
     ASSERT_EQ(print(parse(before.formatted).get()), print(parse(before.compact).get()));
   }
 }

@@ -3,7 +3,7 @@
 namespace j2s_test {
 namespace {
 
-// A question is an object; the member's item in it is what gets asked for.
+// A query is an object; the library replaces the member's item in it by the answer.
 TEST(Query, RewritesTheJsonAndNotTheStructure) {
   ShapeTables tables;
   char text[] = "longer than before";

@@ -1,4 +1,4 @@
-// A short way to say what goes into a structure and what comes out.
+// Helpers to fill a structure and to compare its content.
 #ifndef TESTS_J2S_SYNTHETIC_H_
 #define TESTS_J2S_SYNTHETIC_H_
 
@@ -24,7 +24,7 @@ inline std::string print_formatted(const cJSON* item) {
   return text == nullptr ? "" : text.get();
 }
 
-// Runs `check` on each object of a JSON array in the folder of test cases.
+// Runs `check` on each object of a JSON array from the folder of test cases.
 inline void for_each_case(const std::string& file, const std::function<void(cJSON*)>& check) {
   const std::unique_ptr<char, decltype(&std::free)> text(
       j2s_read_file((std::string(J2S_TEST_CASES "/") + file).c_str(), nullptr), &std::free);

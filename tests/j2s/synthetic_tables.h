@@ -1,4 +1,4 @@
-// Synthetic type tables, for what the picture-quality parameters make no use of.
+// Synthetic type tables, for features that the picture-quality parameters do not use.
 #ifndef TESTS_J2S_SYNTHETIC_TABLES_H_
 #define TESTS_J2S_SYNTHETIC_TABLES_H_
 
@@ -80,7 +80,7 @@ class Tables {
     return &context_;
   }
 
-  // To see that the tables stay as they are.
+  // For checks that the tables do not change.
   std::string bytes() const {
     return {reinterpret_cast<const char*>(objs_.data()), objs_.size() * sizeof(j2s_obj)};
   }
@@ -107,7 +107,7 @@ class Tables {
   j2s_ctx context_ = {};
 };
 
-// One structure with every shape a member can have.
+// One structure with every kind of member.
 struct Inner {
   int32_t x;
 };
@@ -158,12 +158,12 @@ class ShapeTables : public Tables {
   }
 };
 
-// To see that a structure stays as it is.
+// For checks that a structure does not change.
 inline std::string bytes_of(const Shapes& shapes) {
   return {reinterpret_cast<const char*>(&shapes), sizeof shapes};
 }
 
-// Frees the strings that belong to the structure's owner.
+// Frees the strings that the structure's owner must free.
 inline void free_strings(Shapes& shapes) {
   std::free(std::exchange(shapes.text, nullptr));
   for (int i = 0; shapes.names != nullptr && i < shapes.name_count; ++i) {

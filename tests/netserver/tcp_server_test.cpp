@@ -32,7 +32,7 @@ sockaddr_in loopback() {
   return address;
 }
 
-// flags: SOCK_NONBLOCK for one that does not wait until it is accepted.
+// flags: SOCK_NONBLOCK to return before the connection is accepted.
 pq::UniqueFd connect_client(int flags = 0) {
   pq::UniqueFd client(socket(AF_INET, SOCK_STREAM | flags, 0));
   const sockaddr_in address = loopback();
@@ -63,7 +63,7 @@ bool comes_true(Condition condition) {
   return false;
 }
 
-// A server on the loopback interface of a network of its own.
+// A server on the loopback interface of a private network.
 class TcpServerTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -211,13 +211,13 @@ TEST_F(TcpServerTest, APortThatIsTakenIsNamedWithTheReason) {
   EXPECT_TRUE(server_.stopped());
 }
 
-// An accept that fails for want of descriptors would end the server for good.
+// A failed accept, if descriptors run out, would stop the server for good.
 TEST_F(TcpServerTest, ServesAgainAfterItRanShortOfDescriptors) {
   rlimit before{};
   getrlimit(RLIMIT_NOFILE, &before);
   rlimit few = before;
   few.rlim_cur = few.rlim_max = 128;
-  // Server and clients share this process's descriptors: 100 for clients is more than enough.
+  // Server and clients share this process's descriptors; 100 for clients are more than enough.
   ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &few), 0);
   serve_echo();
   testing::internal::CaptureStderr();

@@ -1,4 +1,4 @@
-// docs/documents.md, the client's table of members, and the daemon's: the three have to agree.
+// docs/documents.md, the client's table of members and the daemon's schema must agree.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,8 +13,8 @@
 
 namespace {
 
-// A line a member, in the document's order: its name, a space, its type. As one text, since of two
-// texts that differ the test shows the lines that do.
+// One line per member, in the document's order: its name, a space, its type. All in one text,
+// because for two different texts the test prints the lines that differ.
 using Structures = std::map<std::string, std::string>;
 
 std::string type_name(const j2s_ctx& context, const j2s_obj& member) {
@@ -79,7 +79,7 @@ TEST(Documents, NameEveryMemberOfTheDaemonInItsOrder) {
                                   << "j2s/pq_schema.h: " << documented.begin()->first;
 }
 
-// Without the types, of which the client knows only how many entries there are.
+// Without the types: the client knows only the number of entries.
 std::string names_and_sizes(const std::string& members) {
   std::istringstream lines(members);
   std::string known;

@@ -14,7 +14,7 @@ using pq::DocumentCollection;
 
 constexpr size_t kTrailer = 4;
 
-// A document of `size` bytes in which every place is different from its neighbours.
+// A document of `size` bytes in which neighbouring bytes always differ.
 std::string document_of(size_t size) {
   std::string text(size, ' ');
   for (size_t i = 0; i < size; ++i)
@@ -22,7 +22,7 @@ std::string document_of(size_t size) {
   return text;
 }
 
-// Sends what follows the packet start in pieces of `piece` bytes; the last one's outcome.
+// Adds the bytes after the packet start in pieces of `piece` bytes. Returns the last result.
 std::optional<CollectedDocument> add_in_pieces(DocumentCollection& collection,
                                                std::string_view rest, size_t piece) {
   std::optional<CollectedDocument> document;
@@ -57,7 +57,7 @@ TEST(DocumentCollectionTest, DropsWhatRunsPastTheAnnouncedLength) {
   EXPECT_EQ(collection.add("gh0000")->text, "efgh");
 }
 
-// The way out for a tool whose predecessor was cut off in the middle of a document.
+// A tool uses this to recover after another one was cut off in the middle of a document.
 TEST(DocumentCollectionTest, LeftOversGarbleTheNextDocumentUntilAStrayChunkClearsThem) {
   DocumentCollection collection;
   collection.start(Document::kPq, 100, "left");  // and its sender went away

@@ -14,7 +14,7 @@ class DocumentFile : public testing::Test {
   void write(const std::string& text) const { folder_.write("pq.json", text); }
   int save(const char* text) const { return pq::save_document(document_.c_str(), text); }
 
-  // What the document holds, and the side file; "-" for one that is missing.
+  // The contents of document and side file; "-" for a missing one.
   std::string state() const {
     const auto shown = [](const std::string& path) {
       return std::filesystem::exists(path) ? text_of(path) : "-";

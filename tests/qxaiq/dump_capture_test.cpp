@@ -1,4 +1,4 @@
-// Dump names that lead nowhere; dumps themselves are fetched on the simulated board.
+// Dump names that lead nowhere; real dumps are tested on the simulated board.
 #include "qxaiq/dump_capture.h"
 
 #include <gtest/gtest.h>

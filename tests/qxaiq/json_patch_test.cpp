@@ -128,7 +128,7 @@ TEST(JsonPatchLimits, DoublingByCopyEndsAsFailure) {
   EXPECT_EQ(patch(kDocument, operations).status, 8);
 }
 
-// With a comma in front of each.
+// Each with a leading comma.
 std::string repeated(int times, const std::string& item) {
   std::string list;
   for (int i = 0; i < times; ++i)
@@ -136,7 +136,7 @@ std::string repeated(int times, const std::string& item) {
   return list;
 }
 
-// The operation that puts a list of so many zeros to "/x".
+// The operation that adds a list of `count` zeros as "/x".
 std::string add_zeros(int count) {
   return R"({"op":"add","path":"/x","value":[0)" + repeated(count - 1, "0") + "]}";
 }
@@ -185,8 +185,8 @@ TEST(JsonPatchLimits, AThousandOperationsAreTheMost) {
   EXPECT_EQ(patch(kDocument, "[" + append + repeated(1000, append) + "]").status, 8);
 }
 
-// Everything but what the library gets wrong: a source that is no text, and more than one operation
-// after a test.
+// Covers everything except the library's bugs: a source that is not a text, and more than one
+// operation after a test.
 TEST(JsonPatchLibrary, GivesTheSameResults) {
   constexpr char kOdd[] =
       R"({"a":{"b":1,"~0":[[1],{"c":"x"}],"a~0b":2,"~":3,"0":{}},"A":[0,1,2,{"b":null}],"":4,"-":[]})";

@@ -15,7 +15,7 @@ std::string print(const cJSON* tree) {
   return text ? text.get() : "nothing";
 }
 
-// Whatever stands around it, in it and behind it.
+// Any text may come before, inside and after it.
 TEST(PqRequest, TheOperationIsWhatStandsBetweenTheBrackets) {
   constexpr std::string_view kMarks = "[[{{}}]],1 \\";
   constexpr std::array kWords = {"\"a\"", "\"p\"", "\"path\":", "{\"path\":1}", "[{}]",
@@ -50,7 +50,7 @@ TEST(PqRequest, OfMoreThanAMillionValuesIsNone) {
   EXPECT_EQ(request.take_patch(), nullptr);
 }
 
-// So a document that is saved needs no reading back.
+// So a saved document need not be read back.
 TEST(PrintJson, WhatPrintsCanBeReadAgain) {
   const std::string deep = std::string(255, '[') + std::string(255, ']');
   const std::array<std::string, 10> values = {"1e999",        "-1e999",

@@ -1,5 +1,5 @@
-// What no tool should send, and documents that nobody should have left on the board. The daemon
-// goes on serving, and what is stored stays as it was.
+// Requests that no tool should send, and documents that should never be on the board. The daemon
+// keeps serving, and the stored documents do not change.
 #include <filesystem>
 #include <thread>
 
@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 class BadInput : public DaemonTest {
  protected:
-  // Each text arrives alone, on a connection of its own.
+  // Each text is sent alone, on a connection of its own.
   static void send_alone(const std::string& bytes) {
     auto connection = connect();
     send(connection, bytes);

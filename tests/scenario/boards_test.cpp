@@ -1,4 +1,4 @@
-// The same change on boards of all kinds: which display it reaches, and what is said when none.
+// The same update on all kinds of boards: the display it reaches, or the log line if there is none.
 #include "drm/display_state.h"
 #include "scenario/daemon_test.h"
 

@@ -26,7 +26,7 @@ TEST_F(Clients, TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd) {
     std::vector<pqclient::Connection> idle;
     for (int i = 0; i < 200; ++i) {
       idle.push_back(connect());
-      // The server's queue is 5 long; a client that finds it full tries again after a second.
+      // The server's queue has 5 entries; a client that finds it full retries after a second.
       std::this_thread::sleep_for(2ms);
     }
     const auto asked = Clock::now();
@@ -39,7 +39,7 @@ TEST_F(Clients, TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd) {
   }
 }
 
-// Long under the thread sanitizer, which watches for races meanwhile.
+// Takes long under the thread sanitizer, which looks for races meanwhile.
 #ifdef __SANITIZE_THREAD__
 constexpr auto kQueryTime = 60s;
 #else
@@ -60,7 +60,7 @@ TEST_F(Clients, TwoThatQueryAtTheSameTimeGetWholeAnswers) {
   query("/acm", "/acm");
 }
 
-// The sides differ in format, so a dump tells which side it is of.
+// The sides differ in format, so a dump shows which side it is from.
 TEST_F(Clients, FiveThatWantDumpsAtOnceEachGetTheirOwnSideInTurn) {
   board::Description description;
   description.dump_width = 64;

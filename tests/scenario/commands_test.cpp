@@ -27,7 +27,7 @@ class Commands : public DaemonTest {
     const auto answer = client().query_pq("/dci");
     return static_cast<int>(cJSON_GetNumberValue(cJSON_GetObjectItem(answer.value, "dciEnable")));
   }
-  // Children of the daemon that nobody has reaped.
+  // Children of the daemon that were not reaped.
   int zombies() {
     std::ifstream children("/proc/" + std::to_string(board().daemon_pid()) + "/task/" +
                            std::to_string(board().daemon_pid()) + "/children");

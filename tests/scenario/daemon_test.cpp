@@ -16,7 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The documents that this build's daemon creates on a board, kept for the other tests of the build.
+// The documents that this build's daemon creates on a board, cached for the other tests of the
+// build.
 fs::path created_documents(const std::string& board_name) {
   const fs::path folder = fs::path(PQ_DOCUMENT_CACHE) / board_name;
   fs::create_directories(folder);
@@ -87,7 +88,7 @@ std::string DaemonTest::receive(pqclient::Connection& connection, size_t size,
       bytes.append(reinterpret_cast<const char*>(buffer.data()), length);
     }
   } catch (const pqclient::Error&) {
-    // The time is over, or the connection is: what has come is the result.
+    // After a time-out or a closed connection the result is whatever has arrived.
   }
   return bytes;
 }
@@ -108,8 +109,8 @@ bool DaemonTest::serves() {
   return client().query_pq("/csc").value != nullptr;
 }
 
-// A query on the same connection is answered after the change has been handled. It goes into a
-// packet of its own only when the board has taken the change off the stream before.
+// A query on the same connection is answered after the update was handled. It must arrive
+// separately, so the update must have left the stream first.
 void DaemonTest::change(const std::string& operation, uint32_t command) {
   auto connection = connect();
   send(connection, document_packet(command, "[" + operation + "]"));

@@ -1,4 +1,4 @@
-// Fixture of the tests that talk to the real daemon, as a tool would, on a simulated board.
+// Fixture of the tests that talk to the real daemon on a simulated board, as a tool would.
 #ifndef TESTS_SCENARIO_DAEMON_TEST_H_
 #define TESTS_SCENARIO_DAEMON_TEST_H_
 
@@ -19,14 +19,14 @@ inline constexpr char kAipqDocument[] = "/data/vendor/qxalgo/aipq_config.json";
 
 class DaemonTest : public board::BoardTest {
  protected:
-  // Starts the daemon on a board that has been started before: both documents are there as the
-  // daemon once created them, so that start-up takes no time.
+  // Starts the daemon on a board that has both documents already, as the daemon once created them,
+  // so that start-up takes no time.
   board::Board& start_with_documents(const std::string& board = "tv",
                                      board::BoardOptions options = {});
-  // The same on a board of the test's own, with the documents of "tv".
+  // The same on a custom board, with the documents of "tv".
   board::Board& start_with_documents(const board::Description& board);
 
-  // Puts those documents in place; for a test that changes more before the start.
+  // Puts those documents in place, for tests that change more before the start.
   void put_documents(const std::string& board);
 
   static pqclient::TuningClient client() { return pqclient::TuningClient({}); }
@@ -34,32 +34,32 @@ class DaemonTest : public board::BoardTest {
   // The numbers of a table.
   static std::vector<int> table(const cJSON* section, const char* name);
 
-  // A bare connection, for what no well-behaved tool would send.
+  // A bare connection, for requests that no well-behaved tool would send.
   static pqclient::Connection connect() {
     return {pqclient::Address{}, pqclient::Deadline(std::chrono::seconds(20))};
   }
   static void send(pqclient::Connection& connection, std::string_view bytes);
-  // What arrives until `size` bytes are there, or the time is over.
+  // Receives until `size` bytes have arrived or the time is over.
   static std::string receive(pqclient::Connection& connection, size_t size,
                              std::chrono::milliseconds time = std::chrono::seconds(20));
 
   // One command and its arguments, as a packet.
   static std::string command_packet(uint16_t number, const std::vector<uint8_t>& arguments);
-  // Sends it on a connection of its own. Returns what comes back until `size` bytes are there, or
-  // the time is over.
+  // Sends it on a connection of its own. Returns the bytes received until there are `size` of them
+  // or the time is over.
   static std::string command(uint16_t number, const std::vector<uint8_t>& arguments,
                              std::chrono::milliseconds time = std::chrono::seconds(20),
                              size_t size = sizeof(pqclient::CommandPacket));
 
-  // Sends one operation for the PQ or the AIPQ document and waits until the daemon is through with
-  // it, redraw included.
+  // Sends one operation for the PQ or the AIPQ document and waits until the daemon has handled it,
+  // redraw included.
   static void change(const std::string& operation) { change(operation, kUpdatePq); }
   static void change_aipq(const std::string& operation) { change(operation, kUpdateAipq); }
 
   // The daemon answers a well-formed query.
   static bool serves();
 
-  // Until the daemon has taken off the stream whatever was sent.
+  // Waits until the daemon has taken everything off the stream.
   static void wait_until_taken();
 
   // A document packet, and only its start: magic, command, data length.

@@ -1,5 +1,5 @@
-// Dumps of a large picture in every format: they arrive whole and hold what the screen is given and
-// what it makes of it.
+// Dumps of a large picture in every format: they must arrive whole and show the screen's input and
+// output.
 #include "pqclient/picture_difference.h"
 #include "scenario/screen_test.h"
 #include "screen/test_picture.h"
@@ -16,7 +16,7 @@ constexpr board::screen::Size kSize = {3840, 2160};
 
 struct Format {
   const char* name;
-  double mean_distance;  // in codes, of a channel: what rounding and shared chroma may cost
+  double mean_distance;  // per channel, in codes: the cost of rounding and shared chroma
 };
 
 class LargeDump : public ScreenTest, public testing::WithParamInterface<Format> {

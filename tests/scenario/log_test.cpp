@@ -36,7 +36,7 @@ TEST_F(DaemonLog, NamesPlacesWhereLogCallsStand) {
   board::Board& board = start_with_documents();
   run_a_session();
   board.stop(SIGTERM);
-  // "source:line - text"; the display modules' lines have no such start.
+  // "source:line - text"; lines of the display modules have no such prefix.
   static const std::regex kPlace(R"(([a-z0-9_]+(?:/[a-z0-9_]+)?):([0-9]+) - )");
   std::map<std::string, int> files;
   std::istringstream log(board.log());

@@ -1,4 +1,4 @@
-// What pqctl keeps of a board and brings back, on a board that stores and shows it.
+// Backup and restore with pqctl, on a board that stores and shows the values.
 #include <chrono>
 #include <fstream>
 #include <future>
@@ -14,7 +14,7 @@ namespace {
 
 class Backup : public PqctlOnBoard {};
 
-// A value somewhere in the section that is another one than before.
+// A new value for some member of the section.
 std::string random_assignment(const pqclient::Target& section, std::mt19937& random) {
   const auto below = [&](size_t n) { return static_cast<int>(random() % n); };
   pqclient::Target target = section;
@@ -43,7 +43,7 @@ TEST_F(Backup, BringsBothDocumentsBackAlsoAfterAnInterruption) {
   EXPECT_NE(stored(), before) << changes;
   EXPECT_EQ(run("diff " + file("kept.json")).status, 8);
 
-  // Interrupted as soon as something has been written.
+  // Interrupted as soon as something was written.
   const std::string changed = board().read(kPqDocument);
   auto first_write = std::async(std::launch::async, [&] {
     for (int i = 0; i < 4000 && board().read(kPqDocument) == changed; ++i)
@@ -65,7 +65,7 @@ TEST_F(Backup, BringsBothDocumentsBackAlsoAfterAnInterruption) {
   EXPECT_EQ(run("diff " + file("kept.json")).status, 0);
 }
 
-// The board loads changed tables without the gains of csc.
+// The board loads updated tables without the gains of csc.
 TEST_F(Backup, ShowsNewGammaTablesWithTheGains) {
   start_with_documents();
   output_of("set csc/cscRGain 128");

@@ -20,20 +20,20 @@ class PqctlOnBoard : public DaemonTest {
   static Outcome run(const std::string& arguments, const std::string& input = "") {
     return run_pqctl(arguments, input);
   }
-  // What it prints when all goes well.
+  // The output of a command that must succeed.
   static std::string output_of(const std::string& arguments, const std::string& input = "") {
     const Outcome outcome = run(arguments, input);
     EXPECT_EQ(outcome.status, 0) << arguments << '\n' << outcome.errors;
     return outcome.output;
   }
 
-  // Both documents without the layout of their text, which a change to AI scenes makes anew.
+  // Both documents without the layout of their text, which an update of AI scenes changes.
   std::string stored() {
     return pqclient::print_json(*pqclient::parse_json(board().read(kPqDocument))) +
            pqclient::print_json(*pqclient::parse_json(board().read(kAipqDocument)));
   }
 
-  // In a folder of the test's own, where pqctl's configuration and history are, too.
+  // In the test's own folder, which also has pqctl's configuration and history.
   std::string file(const char* name) const { return (home_.path() / name).string(); }
 
   TemporaryFolder home_;

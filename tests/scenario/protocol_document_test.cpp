@@ -17,7 +17,7 @@ namespace {
 using pqclient::Command;
 using pqclient::DocumentCommand;
 
-// One line: offset, 16 bytes in two groups, and what is printable among them.
+// One line: offset, 16 bytes in two groups, and the printable characters among them.
 std::string hex_line(size_t offset, std::string_view bytes) {
   char text[24];
   std::snprintf(text, sizeof(text), "%04zx ", offset);
@@ -43,7 +43,7 @@ std::string hex_dump(std::string_view bytes) {
   return dump;
 }
 
-// The blocks that begin with ```hex NAME, by their names.
+// The blocks that begin with ```hex NAME, keyed by name.
 std::map<std::string, std::string> read_examples() {
   constexpr std::string_view kStart = "```hex ";
   std::map<std::string, std::string> examples;
@@ -68,7 +68,7 @@ class ProtocolDocument : public DaemonTest {
       EXPECT_EQ(block, "") << "no test checks the example " << name;
   }
 
-  // The document shows these bytes under that name. Returns them.
+  // Checks that the document shows these bytes under that name. Returns them.
   std::string shown(const std::string& name, std::string bytes) {
     EXPECT_EQ(examples_[name], hex_dump(bytes)) << "should be:\n```hex " << name << "\n"
                                                 << hex_dump(bytes) << "```";

@@ -11,7 +11,7 @@ namespace {
 
 class Query : public DaemonTest {
  protected:
-  // The board's own record, as its store holds it.
+  // The board's own record from its store.
   template <typename Record = pq_tuning_info>
   Record stored_record(const char* file = "pq_tuning_info") {
     const std::string bytes = board().read(std::string("/board/baseparameter/") + file);
@@ -100,7 +100,7 @@ TEST_F(Query, CarriesTheBoardsPlatformNumber) {
   }
 }
 
-// The document is chosen so that the answer can be written down here.
+// The document is chosen so that the whole reply fits here.
 TEST_F(Query, ReplyIsExactToTheByte) {
   power_on();
   put_documents("tv");

@@ -1,4 +1,4 @@
-// What a change looks like: the daemon's changes, seen on the simulated screen.
+// The daemon's updates, as seen on the simulated screen.
 #include "scenario/screen_test.h"
 
 #include <algorithm>
@@ -18,8 +18,8 @@ std::string list_of(int count, int first, int step = 0) {
   return list + "]";
 }
 
-// The low-latency path redraws before it sets the controls: only the display device's own immediacy
-// makes them visible.
+// In low-latency mode the redraw comes before the controls are set. They are visible only because
+// the display device applies them at once.
 TEST_F(Screen, ControlsOfLowLatencyModeMoveThePictureAsTheyAreNamed) {
   start_with_documents();
   change(R"({"op":"replace","path":"/csc/cscMode","value":"LOW_LATENCY_MODE"})");

@@ -29,14 +29,14 @@ struct Means {
 
 class ScreenTest : public DaemonTest {
  protected:
-  // The display service starts beside the daemon: waits for its first picture.
+  // The display service starts together with the daemon, so this waits for its first picture.
   board::screen::DisplayState on_screen() {
     const auto file = board::screen::state_file(board().file("/board"));
     EXPECT_TRUE(soon([&] { return std::filesystem::exists(file); }));
     return board::screen::read_state(file);
   }
 
-  // What a screenshot shows, in a size that is quickly drawn.
+  // A screenshot, in a size that is quick to draw.
   Picture shown() {
     const auto state = on_screen();
     return board::screen::Pipeline(state).apply(board::screen::screen_input(state, {320, 180}));
@@ -57,7 +57,7 @@ class ScreenTest : public DaemonTest {
     return sum;
   }
 
-  // Once the screen shows what the display device was set to.
+  // Waits until the screen shows the state of the display device.
   Means settled_means() {
     EXPECT_TRUE(soon([this] {
       const auto device = board::read_display_state(board().file("/board")).connectors.at(0);
@@ -70,7 +70,7 @@ class ScreenTest : public DaemonTest {
     return means();
   }
 
-  // The display service works beside the daemon: waits some seconds for it.
+  // The display service works in parallel: waits some seconds for it.
   static bool soon(const std::function<bool()>& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {

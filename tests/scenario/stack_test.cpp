@@ -1,4 +1,4 @@
-// Threads on a board have 1,008 KiB of stack. Not under the sanitizers, whose frames are larger.
+// Threads on a board have 1,008 KiB of stack. Skipped under sanitizers, whose frames are larger.
 #include "scenario/daemon_test.h"
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -27,12 +27,12 @@ TEST_F(SmallStack, CarriesEveryRequestOnTheLargestDocuments) {
                          .arguments = {"-c", "ulimit -s 1008; exec \"$0\"", PQ_DAEMON},
                          .hurry = 20});
   start_daemon();
-  // As deep as a document may get, and doubled until that is refused.
+  // As deep as a document may be, and doubled until the update is refused.
   change_aipq(R"({"op":"add","path":"/deep","value":)" + nested(240) + "}");
   for (int i = 0; i < 5; ++i)
     change_aipq(R"({"op":"copy","from":"","path":"/again)" + std::to_string(i) + R"("})");
   EXPECT_GT(board().read(kAipqDocument).size(), size_t{3'000'000});
-  // A file may be deeper than a change can make it: as deep as is parsed at all.
+  // A file may be deeper than an update can make it: as deep as the parser allows.
   std::string document = board().read(kPqDocument);
   document.insert(document.find("\"csc\""), "\"deep\":" + nested(900) + ",");
   board().write(kPqDocument, document);

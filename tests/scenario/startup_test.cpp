@@ -51,7 +51,7 @@ TEST_F(Startup, CreatesBothDocumentsOnANewBoardAfterARedraw) {
   }
 }
 
-// Their numbers would be given to the listening socket and to documents.
+// Otherwise the listening socket and documents would get their numbers.
 TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
   power_on("tv", {.daemon = "/bin/sh", .arguments = {"-c", "exec \"$0\" <&- >&- 2>&-", PQ_DAEMON}});
   put_documents("tv");
@@ -61,7 +61,7 @@ TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
     EXPECT_EQ(std::filesystem::read_symlink(folder + descriptor), "/dev/null");
 }
 
-// A program that outlives the daemon would hold them, and the port with them.
+// A program that outlives the daemon would keep them open, and the port with them.
 TEST_F(Startup, KeepsItsSocketsFromTheProgramsThatItStarts) {
   start_with_documents();
   const auto client = connect();
@@ -102,7 +102,7 @@ TEST_F(Startup, AWrongEnableRtspEndsItBeforeAnythingIsCreated) {
   EXPECT_FALSE(std::filesystem::exists(board().file(kPqDocument)));
 }
 
-// A signal that falls between looking at the flags and waiting would otherwise be lost.
+// Without care, a signal between checking the flags and waiting would be lost.
 TEST_F(Startup, ASignalDuringStartUpIsNotLost) {
   power_on();
   put_documents("tv");

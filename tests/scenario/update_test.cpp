@@ -1,4 +1,4 @@
-// Changes of the PQ document: what is stored, and what reaches the display, in which order.
+// Updates of the PQ document: the stored values, and the effects on the display in their order.
 #include <baseparameter_api.h>
 
 #include <algorithm>
@@ -34,7 +34,7 @@ class Update : public DaemonTest {
     return std::filesystem::last_write_time(board().file(path_on_board));
   }
 
-  // Whether the log holds these texts in this order.
+  // Succeeds if the log contains these texts in this order.
   testing::AssertionResult logged_in_order(const std::vector<std::string>& texts) {
     const std::string log = board().log();
     size_t at = 0;

@@ -1,4 +1,4 @@
-// docs/pqctl.md, command by command: what it shows is what happens.
+// docs/pqctl.md, command by command: the output must be as shown.
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -15,13 +15,12 @@ namespace scenario {
 namespace {
 
 struct Step {
-  int line = 0;  // of the document
+  int line = 0;  // in the document
   std::string command;
   std::string shown;  // "..." stands for any text
 };
 
-// The commands in the document's blocks of the language `console`, behind "$ ", each with the lines
-// below it.
+// The commands after "$ " in the document's `console` blocks, each with the lines below it.
 std::vector<Step> steps_of(const std::string& document) {
   std::ifstream file(document);
   std::vector<Step> steps;
@@ -40,7 +39,7 @@ std::vector<Step> steps_of(const std::string& document) {
   return steps;
 }
 
-// What lies between the dots comes in this order, the first piece at the start, the last at the
+// The pieces between the dots must occur in this order, the first at the start, the last at the
 // end.
 bool matches(const std::string& text, const std::string& shown) {
   constexpr std::string_view kAny = "...";
@@ -59,7 +58,7 @@ bool matches(const std::string& text, const std::string& shown) {
   }
 }
 
-// Standard output and standard error as they come, and how it ended unless that was well.
+// Standard output and standard error combined, followed by the exit status unless it is 0.
 std::string output_of(const std::string& command) {
   FILE* pipe = ::popen(("exec 2>&1; " + command).c_str(), "r");
   std::string text;
@@ -76,7 +75,8 @@ TEST_F(Walkthrough, ShowsWhatHappens) {
   const auto steps = steps_of(PQCTL_WALKTHROUGH);
   ASSERT_GT(steps.size(), 40U);
   board::BoardOptions options;
-  // It would take a minute and a half; a dump needs its second, a slow one all of its time.
+  // In real time it would take a minute and a half; a dump needs its second, or the whole on a slow
+  // build.
   options.hurry = kSlack.count() > 0 ? 1 : 3;
   power_on("tv", options);
   put_documents("tv");

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Parses a command line; null when the daemon must not start with it.
+// Parses a command line; null if the daemon must not start with it.
 struct Parsed {
   explicit Parsed(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "qxaiq_tool_server");
@@ -16,7 +16,7 @@ struct Parsed {
     for (std::string& argument : arguments)
       argv.push_back(argument.data());
     argv.push_back(nullptr);
-    optind = 0;  // getopt starts afresh
+    optind = 0;  // restarts getopt
     valid = parse_options(static_cast<int>(arguments.size()), argv.data(), options);
   }
   Options options;

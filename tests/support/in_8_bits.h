@@ -1,4 +1,4 @@
-// The simulated board's pictures as the tuning client has them.
+// Converts the simulated board's pictures to the tuning client's.
 #ifndef TESTS_SUPPORT_IN_8_BITS_H_
 #define TESTS_SUPPORT_IN_8_BITS_H_
 

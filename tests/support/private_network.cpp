@@ -14,8 +14,8 @@ namespace {
 
 constexpr const char* kMarker = "PQ_TESTS_IN_PRIVATE_NETWORK";
 
-// With the rights that come with a user namespace: the board makes one more inside it, and the
-// kernel lets nobody map the root user there without them.
+// Keeps the rights that come with a user namespace: the board makes another one inside it, and the
+// kernel would not map the root user there without them.
 constexpr const char* kRestart =
     "exec bwrap --die-with-parent --unshare-user --unshare-net --dev-bind / /"
     " --setenv PQ_TESTS_IN_PRIVATE_NETWORK 1 -- \"$0\" \"$@\"";

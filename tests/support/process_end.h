@@ -1,4 +1,4 @@
-// How long a process takes to end after a signal, told by the kernel at the moment it happens.
+// The time until a process ends after a signal, measured by the kernel's notification.
 #ifndef TESTS_SUPPORT_PROCESS_END_H_
 #define TESTS_SUPPORT_PROCESS_END_H_
 
@@ -23,7 +23,7 @@ class ProcessEnd {
     (void)syscall(SYS_pidfd_send_signal, descriptor_, number, nullptr, 0);
   }
 
-  // The time from this call to the end, nothing when the process is still there after the timeout.
+  // The time from this call to the process's exit; empty if it still runs after the timeout.
   std::optional<std::chrono::milliseconds> wait(std::chrono::milliseconds timeout) const {
     const auto start = std::chrono::steady_clock::now();
     pollfd ended{descriptor_, POLLIN, 0};

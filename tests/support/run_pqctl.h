@@ -1,4 +1,4 @@
-// pqctl as a program: what it prints, and how it ends.
+// Runs pqctl as a program and returns its output and exit status.
 #ifndef TESTS_SUPPORT_RUN_PQCTL_H_
 #define TESTS_SUPPORT_RUN_PQCTL_H_
 
@@ -15,7 +15,7 @@ struct Outcome {
   std::string errors;
 };
 
-// arguments: as for a shell. The program is the build's, PQCTL_PROGRAM, for a shell, too.
+// arguments: passed to a shell as they are. PQCTL_PROGRAM is the build's pqctl, quoted for a shell.
 inline Outcome run_pqctl(const std::string& arguments, const std::string& input = "") {
   const TemporaryFolder folder;
   const std::string in = folder.path() / "";

@@ -8,7 +8,7 @@
 
 namespace {
 
-// CTest asks for the tests' names when it builds, maybe where no private network is to be had.
+// CTest lists the tests during the build, maybe on a machine without private networks.
 bool only_lists_tests(int argc, char** argv) {
   return std::any_of(argv, argv + argc,
                      [](std::string_view argument) { return argument == "--gtest_list_tests"; });

@@ -1,5 +1,4 @@
-// What bounds in real time get on top where every step takes many times as long: under a sanitizer,
-// or on an emulated processor.
+// Extra time for real-time bounds in slow builds: under a sanitizer, or on an emulated processor.
 #ifndef TESTS_SUPPORT_SLACK_H_
 #define TESTS_SUPPORT_SLACK_H_
 

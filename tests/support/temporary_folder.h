@@ -9,7 +9,7 @@
 #include <string>
 #include <system_error>
 
-// Empty when there is no such file.
+// Empty if there is no such file.
 inline std::string text_of(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
@@ -31,7 +31,7 @@ class TemporaryFolder {
 
   const std::filesystem::path& path() const { return path_; }
 
-  // By their paths in the folder; what leads to a file is made.
+  // Takes paths relative to the folder; missing parent folders are created.
   std::string read(const std::filesystem::path& file) const { return text_of(path_ / file); }
   void write(const std::filesystem::path& file, const std::string& text) const {
     std::filesystem::create_directories((path_ / file).parent_path());
