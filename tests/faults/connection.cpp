@@ -50,7 +50,7 @@ long threads() {
   return std::distance(fs::directory_iterator("/proc/self/task"), fs::directory_iterator());
 }
 
-// A server that is started anew when it has stopped accepting.
+// A server that is restarted if it has stopped accepting.
 class Served {
  public:
   void restart() {

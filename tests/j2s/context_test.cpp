@@ -175,7 +175,7 @@ TEST(Registry, ReusesFreedSlotsAndFreesWhatItOwns) {
   EXPECT_EQ(ctx.data_list->count, 3);
   j2s_release_data(&ctx, &not_owned);  // forgotten, not freed
   j2s_release_data(&ctx, first);
-  j2s_release_data(&ctx, std::malloc(1));  // unknown: freed all the same
+  j2s_release_data(&ctx, std::malloc(1));  // unknown, but freed, too
   j2s_release_data(&ctx, nullptr);
   EXPECT_EQ(j2s_add_data(&ctx, &not_owned, false), 0);
   EXPECT_EQ(ctx.data_list->count, 3);
