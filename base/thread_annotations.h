@@ -19,6 +19,8 @@
 #define REQUIRES(...) PQ_THREAD_ANNOTATION(requires_capability(__VA_ARGS__))
 // On a function: the caller does not hold `mutex`, because the function takes it.
 #define EXCLUDES(...) PQ_THREAD_ANNOTATION(locks_excluded(__VA_ARGS__))
+// On a function that hands a held mutex to its caller, which the analysis cannot follow.
+#define NO_THREAD_SAFETY_ANALYSIS PQ_THREAD_ANNOTATION(no_thread_safety_analysis)
 // On a lock's own functions.
 #define CAPABILITY(name) PQ_THREAD_ANNOTATION(capability(name))
 #define SCOPED_CAPABILITY PQ_THREAD_ANNOTATION(scoped_lockable)

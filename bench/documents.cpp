@@ -8,9 +8,10 @@
 #include <filesystem>
 
 #include "documents/aipq_document_creator.h"
-#include "documents/document_file.h"
+#include "documents/names.h"
 #include "documents/pq_document_creator.h"
 #include "in_process/platform.h"
+#include "json/tree.h"
 
 namespace bench {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "bench/floors.h"
 #include "documents/aipq_document_creator.h"
-#include "documents/document_file.h"
+#include "documents/names.h"
 #include "documents/pq_document_creator.h"
 #include "documents/pq_parameters.h"
 #include "qxaiq/aipq_service.h"

@@ -1,39 +1,46 @@
-// The two JSON documents on the board's disk: where they are, and how they are read and saved so
-// that one is there, whole, whenever the power goes.
+// A document's file on the board's disk: read and saved so that one whole text is there whenever
+// the power goes. Knows nothing of locks: see document_transaction.h.
+//
+// Nothing here throws. Failures are logged here, at error priority, with the path and the reason.
 #ifndef DOCUMENTS_DOCUMENT_FILE_H_
 #define DOCUMENTS_DOCUMENT_FILE_H_
 
-#include <mutex>
-
-#include "documents/names.h"
-#include "json/tree.h"
+#include "base/owner.h"
 
 namespace pq {
 
-// Held from reading a document to saving it, so that no change is lost, and while one is read, so
-// that nobody sees half a save. Never held across a wait, a send or the start of a program.
-inline std::mutex document_mutex;
+// What is known of a document.
+enum class DocumentState {
+  kWhole,    // its text is there
+  kMissing,  // there is no file, or none that may be read; a retry would not help
+  kDamaged,  // the file is not such a document: not JSON, or larger than kMaxDocumentSize
+  kUnknown,  // a fault kept it from being read: no memory, no descriptor, an error of the disk
+};
 
-// A document's text, null when there is none to read. What a save that failed or was cut short has
-// left in the side file counts, see restore_document.
-// This and the following throw std::bad_alloc or std::system_error when reading fails for a reason
-// that says nothing of what is stored: no memory, no descriptor, an error of the disk.
-TextPtr read_document_text(const char* path);
+struct DocumentText {
+  DocumentState state = DocumentState::kUnknown;
+  TextPtr text;  // null unless kWhole; not yet known to be JSON
+};
 
-// A document's tree, null when it can't be read or is no JSON. It may be shallow: j2s loads what is
-// not built, and who looks into it calls j2s::expand.
-JsonPtr read_document(const char* path);
+// Reads a document. A text that an interrupted save left in the side file is put back first; a
+// missing document is never created.
+DocumentText read_document(const char* path);
 
-// Replaces a document. Saving truncates the file before it writes, and being killed in between is
-// how the service is normally stopped; so the text goes to a side file next to the document first.
-// Returns the number of bytes written, or -1. When the side file can't be written the document is
-// as it was; when the document itself can't, the side file stays for restore_document.
+// Replaces a document, or creates it. Saving truncates the file before it writes, and a kill in
+// between is how the service is normally stopped; so the text goes to a side file next to the
+// document first.
+// Returns the number of bytes written, or -1. When the side file cannot be written the document
+// stays as it was; when the document itself cannot, or the disk does not confirm it, the side file
+// stays for restore_document.
 int save_document(const char* path, const char* text);
 
-// Puts back what a save that failed or was cut short left in the side file, when the document can't
-// be read any more. Never creates a missing document. Every reading and saving begins with it;
-// start-up calls it too, before it looks for missing documents.
-// Returns false when the document could not be put back: the side file is all there is then.
+// As save_document, for a damaged document: its file is kept beside it, as "NAME.damaged". An
+// earlier one of that name is replaced. Returns -1 when it cannot be kept; it stays as it was then.
+int replace_damaged_document(const char* path, const char* text);
+
+// For start-up: settles what an earlier save left behind. A document that cannot be read any more
+// is restored from the side file; a side file that is not needed is removed. Returns false when
+// that is not possible now; the document is served from the side file then.
 bool restore_document(const char* path);
 
 }  // namespace pq

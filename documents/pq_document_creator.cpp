@@ -8,6 +8,7 @@
 
 #include "base/log.h"
 #include "common/primary_display.h"
+#include "documents/document_file.h"
 #include "documents/pq_parameters.h"
 #include "j2s/pq_schema.h"
 
@@ -236,7 +237,7 @@ int getJsonFromBaseparameter(char* path) {
   const pq_tuning_param parameters = make_parameters(read_base_parameters(store));
   log_primary_display();
   pq::J2sContext context;
-  const int saved = pq::save_pq_document(path, context.get(), parameters);
+  const int saved = pq::save_document(path, pq::print_pq_document(context.get(), parameters).get());
   pq::log_debug()("j2s_save_file ret %d ", saved);
   return 0;
 }

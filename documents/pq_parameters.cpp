@@ -1,18 +1,13 @@
 #include "documents/pq_parameters.h"
 
-#include "documents/document_file.h"
+#include <utility>
+
+#include "j2s/shallow_tree.h"
 
 namespace pq {
 namespace {
 
-// The whole configuration record also has the AI parameters, which this document leaves out.
-// Converting the one half gives the same document without building the other, far larger one.
-TextPtr print_pq_document(j2s_ctx* context, const pq_tuning_param& values) {
-  const JsonPtr document(cJSON_CreateObject());
-  if (!document) throw std::bad_alloc();
-  add_to_object(document.get(), "pq_tuning_param", make_tree(context, "pq_tuning_param", &values));
-  return print_json(document.get());
-}
+constexpr char kMember[] = "pq_tuning_param";
 
 }  // namespace
 
@@ -23,8 +18,25 @@ JsonPtr make_tree(j2s_ctx* context, const char* structure, const void* values) {
   return tree;
 }
 
-int save_pq_document(const char* path, j2s_ctx* context, const pq_tuning_param& values) {
-  return save_document(path, print_pq_document(context, values).get());
+JsonPtr take_pq_parameters(StoredDocument& stored) {
+  const JsonPtr document = stored.parse();
+  if (!document) return nullptr;
+  JsonPtr parameters(cJSON_DetachItemFromObject(document.get(), kMember));
+  if (!j2s::expand(parameters.get())) {
+    stored.mark_unknown();
+    return nullptr;
+  }
+  if (!cJSON_IsObject(parameters.get())) stored.mark_damaged("it has no object pq_tuning_param");
+  return parameters;
+}
+
+// The whole configuration record also has the AI parameters, which this document leaves out.
+// Converting the one half gives the same document without building the other, far larger one.
+TextPtr print_pq_document(j2s_ctx* context, const pq_tuning_param& values) {
+  const JsonPtr document(cJSON_CreateObject());
+  if (!document) throw std::bad_alloc();
+  add_to_object(document.get(), kMember, make_tree(context, kMember, &values));
+  return print_json(document.get());
 }
 
 }  // namespace pq

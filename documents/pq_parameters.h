@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "documents/stored_document.h"
 #include "j2s/pq_schema.h"
 #include "json/tree.h"
 
@@ -41,9 +42,14 @@ static_assert(sizeof(PqParameters) < 65'536);
 // Throws std::bad_alloc: with too little memory the mapping would leave members out.
 JsonPtr make_tree(j2s_ctx* context, const char* structure, const void* values);
 
-// Writes the PQ document of these parameters: an object with the one member "pq_tuning_param".
-// Results as save_document, which saves it.
-int save_pq_document(const char* path, j2s_ctx* context, const pq_tuning_param& values);
+// The "pq_tuning_param" object of the PQ document, taken out of it: a patch of its root changes the
+// item's name and place. Its members are built. Null unless the document is whole; one without that
+// object is marked as damaged. Throws nothing.
+JsonPtr take_pq_parameters(StoredDocument& stored);
+
+// The PQ document of these parameters: an object with the one member "pq_tuning_param".
+// Throws std::bad_alloc.
+TextPtr print_pq_document(j2s_ctx* context, const pq_tuning_param& values);
 
 }  // namespace pq
 

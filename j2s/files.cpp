@@ -44,18 +44,16 @@ pq::TextPtr allocate_for(const struct stat& status) {
   return buffer;
 }
 
-// Reads into `buffer`; frees it after a message when that fails.
-pq::TextPtr read_into(pq::TextPtr buffer, const pq::UniqueFd& file, const char* path,
-                      const struct stat& status) {
-  const auto size = static_cast<size_t>(status.st_size);
-  const ssize_t length = read(file.get(), buffer.get(), size);
+// Reads into `buffer`. Returns 0, or after a message an error.
+int read_into(char* buffer, const pq::UniqueFd& file, const char* path, const struct stat& status) {
+  const ssize_t length = read(file.get(), buffer, static_cast<size_t>(status.st_size));
   if (length != status.st_size) {
-    if (length >= 0) errno = EIO;
+    const int error = length < 0 ? errno : EIO;
     report_error(read_file_origin(), "failed to read: '%s'", path);
-    return nullptr;
+    return error;
   }
-  buffer.get()[size] = '\0';
-  return buffer;
+  buffer[length] = '\0';
+  return 0;
 }
 
 }  // namespace
@@ -71,16 +69,38 @@ pq::UniqueFd open_for_reading(const char* path, int extra_flags, struct stat& st
 
 pq::TextPtr read_opened(const pq::UniqueFd& file, const char* path, const struct stat& status) {
   pq::TextPtr buffer = allocate_for(status);
-  return buffer == nullptr ? nullptr : read_into(std::move(buffer), file, path, status);
+  if (buffer == nullptr || read_into(buffer.get(), file, path, status) != 0) return nullptr;
+  return buffer;
 }
 
-pq::TextPtr read_file(const char* path, size_t* size) {
+FileText read_file(const char* path, size_t max_size) {
   struct stat status = {};
   const pq::UniqueFd file = open_existing(path, status);
-  if (!file.valid()) return nullptr;
-  pq::TextPtr buffer = read_opened(file, path, status);
-  if (buffer != nullptr && size != nullptr) *size = static_cast<size_t>(status.st_size);
-  return buffer;
+  if (!file.valid()) return {nullptr, errno};
+  if (status.st_size < 0 || static_cast<size_t>(status.st_size) > max_size) {
+    report_error(read_file_origin(), "failed to read: '%s'", path);
+    return {nullptr, EFBIG};
+  }
+  FileText content{allocate_for(status)};
+  if (content.text == nullptr) return {nullptr, ENOMEM};
+  content.error = read_into(content.text.get(), file, path, status);
+  if (content.error != 0) content.text.reset();
+  return content;
+}
+
+FileSaved save_file(const char* path, const char* text) {
+  // O_NONBLOCK: does not wait for the reader of a pipe.
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC;
+  const pq::UniqueFd file(open(path, kFlags, 0666));
+  if (!file.valid()) return {-1, errno};
+  const size_t length = std::strlen(text);
+  (void)lseek(file.get(), 0, SEEK_SET);
+  const ssize_t written = write(file.get(), text, length);
+  const int write_error = written < 0 ? errno : ENOSPC;
+  const int sync_error = fsync(file.get()) == 0 ? 0 : errno;
+  const bool complete = written >= 0 && static_cast<size_t>(written) == length && length <= INT_MAX;
+  if (!complete) return {-1, write_error};
+  return {static_cast<int>(written), sync_error};
 }
 
 }  // namespace j2s
@@ -94,22 +114,13 @@ char* j2s_read_file(const char* path, size_t* size) {
     (void)file.release();  // kept: part of the interface, on this path alone
     return nullptr;
   }
-  buffer = j2s::read_into(std::move(buffer), file, path, status);
-  if (buffer != nullptr && size != nullptr) *size = static_cast<size_t>(status.st_size);
+  if (j2s::read_into(buffer.get(), file, path, status) != 0) return nullptr;
+  if (size != nullptr) *size = static_cast<size_t>(status.st_size);
   return buffer.release();
 }
 
 int j2s_save_file(const char* path, const char* text) {
   if (path == nullptr || text == nullptr) return -1;
-  // O_NONBLOCK: does not wait for the reader of a pipe.
-  constexpr int kFlags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC;
-  const pq::UniqueFd file(open(path, kFlags, 0666));
-  if (!file.valid()) return -1;
-  const size_t length = std::strlen(text);
-  (void)lseek(file.get(), 0, SEEK_SET);
-  const ssize_t written = write(file.get(), text, length);
   // The results of fsync and close do not change ours: the bytes were accepted.
-  (void)fsync(file.get());
-  const bool complete = written >= 0 && static_cast<size_t>(written) == length && length <= INT_MAX;
-  return complete ? static_cast<int>(written) : -1;
+  return j2s::save_file(path, text).result;
 }

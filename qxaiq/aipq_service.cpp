@@ -1,11 +1,11 @@
 #include "qxaiq/aipq_service.h"
 
 #include <array>
-#include <mutex>
+#include <new>
 #include <utility>
 
 #include "base/log.h"
-#include "documents/document_file.h"
+#include "documents/document_transaction.h"
 #include "json/patch.h"
 #include "qxaiq/change_counter.h"
 #include "qxaiq/pq_request.h"
@@ -29,45 +29,67 @@ const Table* find_table(const PqRequest& request) {
 }
 
 // Applies the patch to the stored document and saves what comes out. A patch that fails leaves the
-// document as it was; it is written anew all the same, which tools use to have it reformatted.
+// document as it was; it is written again all the same, which reformats it.
 void change_document(JsonPtr patch) {
-  const std::lock_guard lock(document_mutex);
-  TextPtr stored = read_document_text(kAipqDocument);
-  JsonPtr document = stored ? parse_shallow(stored.get()) : nullptr;
+  DocumentTransaction transaction(Document::kAipq);
+  StoredDocument& stored = transaction.stored();
+  JsonPtr document = stored.parse();
+  if (stored.state() == DocumentState::kUnknown) return;
   const int status = apply_patch(document, std::move(patch));
   log_debug()("updateAIPQ ApplyPatches ret %d ", status);
-  if (!stored) return;
-  if (status != 0) document = parse_shallow(stored.get());
-  stored.reset();  // a document is large, and its printed text comes on top
+  if (stored.state() != DocumentState::kWhole) return;
+  if (status != 0) document = stored.parse();
+  stored.release_text();
 
   // A patch can make a tree that prints as nothing, which is not saved. What does print can be read
   // again: no patched tree nests deeper than the parser goes.
-  const int saved = save_document(kAipqDocument, print_json(document.get()).get());
+  const int saved = transaction.save(print_json(document.get()).get());
   log_debug()("updateAIPQ j2s_save_file ret %d ", saved);
+}
+
+// Null when the request is not JSON, or when it is not known what is stored.
+TextPtr answer(PqRequest& request) {
+  request.put_platform();
+  if (const Table* table = find_table(request)) {
+    StoredDocument stored = read_for_query(Document::kAipq);
+    const JsonPtr document = stored.parse();
+    if (stored.state() == DocumentState::kUnknown) return nullptr;
+    JsonPtr values(cJSON_DetachItemFromObject(document.get(), table->name));
+    if (values) add_to_object(request.operation(), "value", std::move(values));
+  }
+  return print_json(request.operation());
+}
+
+void update(PqRequest& request) {
+  request.check_platform();
+  try {
+    change_document(request.take_patch());
+  } catch (const std::bad_alloc&) {
+    log_error()("no memory for an update of the AIPQ document: nothing is saved");
+  }
+  // Whatever became of it: the display service then reads the document again.
+  if (const Table* table = find_table(request)) bump(table->counter);
 }
 
 }  // namespace
 }  // namespace pq
 
 int updateAIPQ(char* body, uint32_t length) {
-  pq::PqRequest request({body, length});
-  request.check_platform();
-  pq::change_document(request.take_patch());
-  if (const pq::Table* table = pq::find_table(request)) pq::bump(table->counter);
+  try {
+    pq::PqRequest request({body, length});
+    pq::update(request);
+  } catch (const std::bad_alloc&) {
+    pq::log_error()("no memory for an update of the AIPQ document: it is dropped");
+  }
   return 0;
 }
 
 char* getAIPQ(char* body, uint32_t length) {
-  pq::PqRequest request({body, length});
-  request.put_platform();
-  if (const pq::Table* table = pq::find_table(request)) {
-    pq::JsonPtr document;
-    {
-      const std::lock_guard lock(pq::document_mutex);
-      document = pq::read_document(pq::kAipqDocument);
-    }
-    pq::JsonPtr values(cJSON_DetachItemFromObjectCaseSensitive(document.get(), table->name));
-    if (values) pq::add_to_object(request.operation(), "value", std::move(values));
+  try {
+    pq::PqRequest request({body, length});
+    return pq::answer(request).release();
+  } catch (const std::bad_alloc&) {
+    pq::log_error()("no memory for a query of the AIPQ document: it is not answered");
+    return nullptr;
   }
-  return pq::print_json(request.operation()).release();
 }

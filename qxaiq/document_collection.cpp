@@ -6,14 +6,11 @@
 #include <new>
 
 #include "base/log.h"
+#include "json/limits.h"
 #include "qxaiq/document_packet.h"
 
 namespace pq {
 namespace {
-
-// Far above any real document (an AIPQ one has 0.7 MB). Bytes past it are counted and not kept, so
-// that an announced length of 2 GB costs nobody's memory.
-constexpr size_t kMaxKept = size_t{8} * 1024 * 1024;
 
 int32_t add_saturated(int32_t count, size_t more) {
   constexpr auto kMax = std::numeric_limits<int32_t>::max();
@@ -64,7 +61,8 @@ std::optional<CollectedDocument> DocumentCollection::add(std::string_view chunk)
 }
 
 void DocumentCollection::append(std::string_view bytes) {
-  const size_t room = kMaxKept - std::min(kMaxKept, temp_buffer_.size());
+  // Bytes past the limit are counted and not kept: an announced length of 2 GB costs no memory.
+  const size_t room = kMaxDocumentSize - std::min(kMaxDocumentSize, temp_buffer_.size());
   const std::string_view kept = bytes.substr(0, room);
   try {
     temp_buffer_.insert(temp_buffer_.end(), kept.begin(), kept.end());

@@ -39,7 +39,8 @@ static_assert(offsetof(DocumentHeader, data_length) == 20);
 }  // namespace pq
 
 // Frames `text` as a reply and sends it. Returns the number of bytes sent, or -1 when `text` is
-// null or the client cannot be reached any more. The text stays the caller's and is only read.
+// null, memory runs out, or the client cannot be reached any more. The text stays the caller's and
+// is only read.
 ssize_t sendData(int sock, char* text);
 
 #endif  // QXAIQ_DOCUMENT_PACKET_H_

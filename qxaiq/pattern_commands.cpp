@@ -3,11 +3,11 @@
 #include <atomic>
 #include <cstdint>
 #include <cstring>
-#include <mutex>
+#include <new>
 
 #include "base/log.h"
 #include "common/pq_tuning_utils.h"
-#include "documents/document_file.h"
+#include "documents/document_transaction.h"
 #include "documents/names.h"
 #include "documents/pq_parameters.h"
 #include "qxaiq/change_counter.h"
@@ -16,7 +16,8 @@
 namespace pq {
 namespace {
 
-int8_t saved_dci_switch = 0;  // guarded by document_mutex
+// Changes only within a transaction of the PQ document.
+std::atomic<int8_t> saved_dci_switch = 0;
 
 void acknowledge(int sock, uint16_t command) {
   CommandData_t packet{};
@@ -37,16 +38,33 @@ void change_dci_switch(uint8_t flag, pq_tuning_param& parameters) {
   }
 }
 
-// Writes the document whatever could be read of it: one that yields nothing is replaced by zeros.
-void change_document(uint8_t flag) {
-  const std::lock_guard lock(document_mutex);
-  const JsonPtr stored = read_document(kPqDocument);
+// Saves the document whatever could be read of it: one that is missing or damaged is replaced by
+// zeros. One that a fault hides stays.
+void store_dci_switch(uint8_t flag, DocumentTransaction& transaction) {
+  StoredDocument& stored = transaction.stored();
+  const JsonPtr item = take_pq_parameters(stored);
+  if (stored.state() == DocumentState::kUnknown) return;
   J2sContext context;
   PqParameters parameters;
-  parameters.load(context.get(), cJSON_GetObjectItem(stored.get(), "pq_tuning_param"));
+  parameters.load(context.get(), item.get());
   change_dci_switch(flag, parameters.values);
-  const int saved = save_pq_document(kPqDocument, context.get(), parameters.values);
+  if (stored.state() != DocumentState::kWhole) {
+    log_error()("pattern mode writes zeros over what could not be read of %s", stored.path());
+  }
+  const int saved = transaction.save(print_pq_document(context.get(), parameters.values).get());
   log_debug()("j2s_save_file ret %d", saved);
+}
+
+// Returns false when the daemon shuts down first.
+bool change_document(uint8_t flag) {
+  DocumentTransaction transaction(Document::kPq);
+  if (!transaction.begun()) return false;
+  try {
+    store_dci_switch(flag, transaction);
+  } catch (const std::bad_alloc&) {
+    log_error()("no memory to switch DCI in %s: it stays as it was", transaction.stored().path());
+  }
+  return true;
 }
 
 }  // namespace
@@ -65,7 +83,7 @@ void switch_pattern_mode(int sock, const CommandData_t& request) {
   if (flag != kEnterPatternMode && flag != kLeavePatternMode) return;
   // Off the screen first: DCI comes back for the picture, not for the pattern.
   if (flag == kLeavePatternMode) PQTuningUtils::closePattern();
-  change_document(flag);
+  if (!change_document(flag)) return;
   bump(kTimelineCounter);
   PQTuningUtils::updateUI();
   acknowledge(sock, request.cmdID);

@@ -2,12 +2,11 @@
 
 #include <array>
 #include <cstddef>
-#include <mutex>
+#include <new>
 
 #include "base/log.h"
-#include "documents/document_file.h"
+#include "documents/document_transaction.h"
 #include "documents/pq_parameters.h"
-#include "j2s/shallow_tree.h"
 #include "qxaiq/pq_request.h"
 
 namespace pq {
@@ -26,7 +25,7 @@ constexpr std::array<Section, 5> kSections = {{{"csc", offsetof(pq_tuning_param,
                                                {"sharp", offsetof(pq_tuning_param, sharp)}}};
 
 // A log line is cut there anyway, but printf would go on to the text's end.
-constexpr int kLongestLogText = static_cast<int>(std::tuple_size_v<LogText>);
+constexpr int kMaxLogText = static_cast<int>(std::tuple_size_v<LogText>);
 
 const Section* find_section(const PqRequest& request) {
   for (const Section& section : kSections) {
@@ -35,16 +34,9 @@ const Section* find_section(const PqRequest& request) {
   return nullptr;
 }
 
-JsonPtr read_pq_document() {
-  const std::lock_guard lock(document_mutex);
-  return read_document(kPqDocument);
-}
-
-// The section in the schema's form, for printing only. Zeros stand for what the document lacks,
-// also when there is no document.
-JsonPtr make_section(const Section& section, const cJSON* document) {
-  cJSON* stored = cJSON_GetObjectItem(document, "pq_tuning_param");
-  if (!j2s::expand(stored)) throw std::bad_alloc();
+// The section in the schema's form, for printing only. Members that `stored` lacks are zero; it may
+// be null.
+JsonPtr make_section(const Section& section, const cJSON* stored) {
   J2sContext context;
   PqParameters parameters;
   auto* values = reinterpret_cast<char*>(&parameters.values) + section.offset;
@@ -54,22 +46,34 @@ JsonPtr make_section(const Section& section, const cJSON* document) {
   memory.check();
   if (debug_enabled()) {
     const TextPtr text(j2s_dump_struct(context.get(), section.name, values));
-    log_debug()("getPQ %s %.*s", section.name, kLongestLogText, or_empty(text.get()));
+    log_debug()("getPQ %s %.*s", section.name, kMaxLogText, or_empty(text.get()));
   }
   return make_tree(context.get(), section.name, values);
+}
+
+// Null when the path names no section, or when it is not known what is stored.
+TextPtr answer(PqRequest& request) {
+  log_debug()("toolversion %s", or_empty(request.text_member("toolversion")));
+  request.put_platform();
+  const Section* section = find_section(request);
+  if (section == nullptr) return nullptr;
+  StoredDocument stored = read_for_query(Document::kPq);
+  const JsonPtr parameters = take_pq_parameters(stored);
+  if (stored.state() == DocumentState::kUnknown) return nullptr;
+  // Appended: a request that came with a "value" has two in its answer, ours last.
+  add_to_object(request.operation(), "value", make_section(*section, parameters.get()));
+  return print_json(request.operation());
 }
 
 }  // namespace
 }  // namespace pq
 
 char* getPQ(char* body, uint32_t length) {
-  pq::PqRequest request({body, length});
-  pq::log_debug()("toolversion %s", pq::or_empty(request.text_member("toolversion")));
-  request.put_platform();
-  const pq::Section* section = pq::find_section(request);
-  if (section == nullptr) return nullptr;
-  const pq::JsonPtr document = pq::read_pq_document();
-  // Appended: a request that came with a "value" has two in its answer, ours last.
-  pq::add_to_object(request.operation(), "value", pq::make_section(*section, document.get()));
-  return pq::print_json(request.operation()).release();
+  try {
+    pq::PqRequest request({body, length});
+    return pq::answer(request).release();
+  } catch (const std::bad_alloc&) {
+    pq::log_error()("no memory for a query of the PQ document: it is not answered");
+    return nullptr;
+  }
 }

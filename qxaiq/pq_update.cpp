@@ -1,37 +1,32 @@
 #include "qxaiq/pq_update.h"
 
-#include <mutex>
+#include <new>
 #include <utility>
 
 #include "base/log.h"
-#include "documents/document_file.h"
+#include "documents/document_transaction.h"
 #include "documents/pq_parameters.h"
 #include "json/patch.h"
-#include "qxaiq/change_counter.h"
 #include "qxaiq/pq_display.h"
 #include "qxaiq/pq_request.h"
 
 namespace pq {
 namespace {
 
+constexpr int kFailed = -1;  // the document could not be read, or memory ran out
+
 void log_request(const PqRequest& request) {
   log_debug()("toolversion %s", or_empty(request.text_member("toolversion")));
   request.check_platform();
-}
-
-// The "pq_tuning_param" object of the stored document, taken out of it: a patch of its root changes
-// the item's name and place, and it could not be found in the document again.
-JsonPtr take_stored_parameters() {
-  const JsonPtr document = read_document(kPqDocument);
-  return JsonPtr(cJSON_DetachItemFromObject(document.get(), "pq_tuning_param"));
 }
 
 // Patches the stored parameters, brings them into the schema's form, and saves what comes out.
 // Unknown keys are dropped, missing ones become zero. Returns 0, or what failed; then nothing has
 // been written.
 int change_document(JsonPtr patch, PqParameters& parameters) {
-  const std::lock_guard lock(document_mutex);
-  JsonPtr item = take_stored_parameters();
+  DocumentTransaction transaction(Document::kPq);
+  JsonPtr item = take_pq_parameters(transaction.stored());
+  if (transaction.stored().state() == DocumentState::kUnknown) return kFailed;
   const int patched = apply_patch(item, std::move(patch));
   log_debug()("ApplyPatches ret %d ", patched);
   if (patched != 0) return patched;
@@ -41,7 +36,7 @@ int change_document(JsonPtr patch, PqParameters& parameters) {
   log_debug()("j2s_json_to_struct ret %d ", loaded);
   if (loaded != 0) return loaded;
 
-  const int saved = save_pq_document(kPqDocument, context.get(), parameters.values);
+  const int saved = transaction.save(print_pq_document(context.get(), parameters.values).get());
   return saved < 0 ? saved : 0;
 }
 
@@ -61,11 +56,16 @@ void show_change(const PqRequest& request, PqParameters& parameters) {
 }  // namespace pq
 
 int updatePQ(char* body, uint32_t length) {
-  pq::PqRequest request({body, length});
-  pq::log_request(request);
-  pq::PqParameters parameters;
-  const int failed = pq::change_document(request.take_patch(), parameters);
-  if (failed != 0) return failed;
-  pq::show_change(request, parameters);
-  return 0;
+  try {
+    pq::PqRequest request({body, length});
+    pq::log_request(request);
+    pq::PqParameters parameters;
+    const int failed = pq::change_document(request.take_patch(), parameters);
+    if (failed != 0) return failed;
+    pq::show_change(request, parameters);  // throws nothing: the display's faults are its own
+    return 0;
+  } catch (const std::bad_alloc&) {
+    pq::log_error()("no memory for an update of the PQ document: it is dropped");
+    return pq::kFailed;
+  }
 }

@@ -9,8 +9,8 @@
 // body, length: the request's text with its outer brackets (pq_request.h), not terminated; read
 // during the call only. Runs on the receive thread of the client; several may run at once.
 // Returns 0 when the document was saved, even if the display refused; else the non-zero status of
-// the patch or the conversion, or a negative value when the document could not be read or saved:
-// then neither document nor display was touched. Throws std::bad_alloc.
+// the patch or the conversion, or a negative value when the document could not be read or saved or
+// memory ran out: then neither document nor display was touched. Throws nothing.
 int updatePQ(char* body, uint32_t length);
 
 #endif  // QXAIQ_PQ_UPDATE_H_

@@ -11,7 +11,7 @@
 
 #include "base/owner.h"
 #include "documents/aipq_document_creator.h"
-#include "documents/document_file.h"
+#include "documents/names.h"
 #include "documents/pq_document_creator.h"
 #include "documents/pq_parameters.h"
 #include "fuzz/support/board.h"

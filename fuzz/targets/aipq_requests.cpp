@@ -1,5 +1,5 @@
 // Updates and queries of the AIPQ document.
-#include "documents/document_file.h"
+#include "documents/names.h"
 #include "fuzz/support/requests.h"
 #include "qxaiq/aipq_service.h"
 

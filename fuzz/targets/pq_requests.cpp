@@ -1,5 +1,5 @@
 // Updates and queries of the PQ document.
-#include "documents/document_file.h"
+#include "documents/names.h"
 #include "fuzz/support/requests.h"
 #include "qxaiq/pq_query.h"
 #include "qxaiq/pq_update.h"

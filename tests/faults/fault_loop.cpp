@@ -176,7 +176,8 @@ class Loop {
     if (now.aipq != expected_.before.aipq && now.aipq != expected_.after.aipq) {
       harm += " the AIPQ document is neither the old nor the new one";
     }
-    if (side_file_left()) harm += " a side file is left";
+    if (!settle_side_files()) harm += " a side file stays";
+    if (stored().pq != now.pq || stored().aipq != now.aipq) harm += " a side file had other text";
 
     subject_.prepare();
     if (subject_.run() != expected_.reply) harm += " without the fault, another reply";

@@ -1,6 +1,7 @@
 // One request of each kind that a client can send.
 #include <array>
 #include <exception>
+#include <new>
 
 #include <cutils/properties.h>
 
@@ -37,14 +38,24 @@ std::string change(DocumentCommand command, const std::string& operation) {
   return document(command, "[" + operation + "]");
 }
 
-// Like the server's receive thread: 8192 bytes at a time; an exception drops the chunk.
+bool is_dump(const std::string& packet) {
+  constexpr size_t kNumberOffset = 10;
+  return packet.compare(0, 8, "QXISP-AK") == 0 &&
+         packet[kNumberOffset] == static_cast<char>(Command::kDump);
+}
+
+// Like the server's receive thread: 8192 bytes at a time. An exception drops the chunk; only a dump
+// that lacks memory may throw one.
 std::string receive(const std::string& packet) {
   static std::array<char, TCPServer::kReceiveSize> buffer{};
   for (size_t at = 0; at < packet.size(); at += buffer.size()) {
     const size_t length = packet.copy(buffer.data(), buffer.size(), at);
     try {
       QXAiqProtocol::HandlerTCPMessage(kCaptured, buffer.data(), static_cast<int>(length));
-    } catch (const std::exception&) {
+    } catch (const std::bad_alloc&) {
+      if (!is_dump(packet)) return "std::bad_alloc was thrown";
+    } catch (const std::exception& error) {
+      return error.what();
     }
   }
   return take_reply();

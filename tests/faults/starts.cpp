@@ -2,7 +2,6 @@
 #include <getopt.h>
 
 #include "base/quit.h"
-#include "documents/document_file.h"
 #include "faults/subject.h"
 
 // The daemon's main(), renamed in this program.

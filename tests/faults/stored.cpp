@@ -5,7 +5,9 @@
 
 #include "documents/aipq_document_creator.h"
 #include "documents/document_file.h"
+#include "documents/names.h"
 #include "documents/pq_document_creator.h"
+#include "json/tree.h"
 #include "support/temporary_folder.h"
 
 namespace faults {
@@ -62,8 +64,11 @@ void store(const Stored& documents) {
   put(pq::kAipqDocument, documents.aipq);
 }
 
-bool side_file_left() {
-  return std::filesystem::exists(kSideFiles[0]) || std::filesystem::exists(kSideFiles[1]);
+bool settle_side_files() {
+  const bool settled =
+      pq::restore_document(pq::kPqDocument) && pq::restore_document(pq::kAipqDocument);
+  return settled && !std::filesystem::exists(kSideFiles[0]) &&
+         !std::filesystem::exists(kSideFiles[1]);
 }
 
 void write_file(const std::string& path, const std::string& content) {

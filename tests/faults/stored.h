@@ -24,8 +24,9 @@ Stored stored();
 // Puts the documents in place and removes side files of earlier saves.
 void store(const Stored& documents);
 
-// True if a save has left a file next to a document.
-bool side_file_left();
+// Lets a start settle what saves have left beside the documents. Returns false when something
+// stays.
+bool settle_side_files();
 
 void write_file(const std::string& path, const std::string& content);
 
