@@ -1,9 +1,9 @@
-// A document that is read in part, as against its whole tree: what is queried, changed and loaded
-// has to be the same to the last byte. Lines after the first:
+// Compares a partly read document with its whole tree: results of queries, updates and loads must
+// be equal to the last byte. Lines after the first:
 //
-//   a document, which is printed as the daemon prints it; the line itself where it is no JSON
-//   changes of that text: three characters each, where (two of them) and what is put there ('~'
-//   cuts the text)
+//   a document, printed as the daemon prints it; if it is not JSON, the line itself
+//   changes of that text: three characters each, the position (two of them) and the new character
+//   ('~' cuts the text)
 //   a patch, for the document and for its "pq_tuning_param"
 #include <array>
 #include <cstddef>
@@ -47,10 +47,10 @@ std::string document_text(std::string_view line, std::string_view changes) {
       text[place % text.size()] = changes[2];
     }
   }
-  return text.c_str();  // to the first zero byte, as a file is read
+  return text.c_str();  // up to the first zero byte, as a file is read
 }
 
-// What loading gives: the result, and all parameters afterwards.
+// The result of loading, and all parameters afterwards.
 std::string loaded(cJSON* item, const char* structure = "pq_tuning_param", size_t offset = 0) {
   pq::J2sContext context;
   pq::PqParameters parameters;

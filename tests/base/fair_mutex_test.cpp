@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Threads that queue for one mutex, each certain to wait before the next one starts.
+// Threads that queue for one mutex; each one is waiting before the next one starts.
 class FairMutexTest : public testing::Test {
  protected:
   void queue(auto body) {

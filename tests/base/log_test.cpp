@@ -35,7 +35,7 @@ TEST(Log, CutsATextThatEscapesMakeTooLong) {
 
 }  // namespace
 
-// In place of liblog's.
+// Replaces liblog's function.
 extern "C" int __android_log_print(int /*priority*/, const char* /*tag*/, const char* format, ...) {
   char text[4096];
   va_list arguments;

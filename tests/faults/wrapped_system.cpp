@@ -20,7 +20,7 @@ using faults::strike;
 
 namespace {
 
-// Whether the call fails; errno is set then.
+// True if the call must fail; errno is then set.
 bool fails(Call call) {
   const int error = strike(call);
   if (error == 0) return false;
@@ -28,7 +28,7 @@ bool fails(Call call) {
   return true;
 }
 
-// What a call that moves bytes does. -1: it fails, errno is set; else how many bytes it may move.
+// The number of bytes that a transferring call may move; -1 with errno set if it must fail.
 ssize_t allowed(Call call, size_t size) {
   const int error = strike(call);
   if (error == faults::kShort) return static_cast<ssize_t>(size / 2);
@@ -39,7 +39,7 @@ ssize_t allowed(Call call, size_t size) {
 
 }  // namespace
 
-// One call a line that fails or is passed on: its parameters, and how they are passed.
+// One call per line that fails or is passed on: its parameters, and how they are passed.
 #define WRAPPED(call, result, name, parameters, arguments) \
   result __real_##name parameters;                         \
   result __wrap_##name parameters {                        \
@@ -72,10 +72,10 @@ int __wrap_open(const char* path, int flags, ...) {
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
   if (fails(Call::kOpen)) return -1;
-  const faults::Exempt exempt;  // the simulated display device looks at what is opened
+  const faults::Exempt exempt;  // the simulated display device inspects the opened file
   return __real_open(path, flags, mode);
 }
-// As fortified programs call it.
+// The name in fortified programs.
 int __wrap___open_2(const char* path, int flags) {
   return __wrap_open(path, flags);
 }
@@ -100,12 +100,12 @@ ssize_t __wrap_writev(int file, const iovec* pieces, int count) {
   return most < 0 ? -1 : __real_writev(file, pieces, static_cast<int>(most));
 }
 
-// Nothing here outlives the machine's power.
+// Not passed on: nothing here must survive a power loss.
 int __wrap_fsync(int /*file*/) {
   return fails(Call::kSync) ? -1 : 0;
 }
 
-// As Linux does, the descriptor is given back also when closing fails.
+// As on Linux, a failed close still frees the descriptor.
 int __real_close(int file);
 int __wrap_close(int file) {
   const int result = __real_close(file);
@@ -122,7 +122,7 @@ ssize_t __wrap_sendto(int socket, const void* bytes, size_t size, int flags, con
   return __real_sendto(socket, bytes, static_cast<size_t>(most), flags, to, length);
 }
 
-// The server's receive time-outs bound how long it takes to end; they are seconds otherwise.
+// The server's receive time-outs are seconds, and each stop would wait for one.
 int __real_setsockopt(int socket, int level, int option, const void* value, socklen_t length);
 int __wrap_setsockopt(int socket, int level, int option, const void* value, socklen_t length) {
   if (fails(Call::kSocketOption)) return -1;
@@ -131,7 +131,7 @@ int __wrap_setsockopt(int socket, int level, int option, const void* value, sock
   return __real_setsockopt(socket, level, option, value, length);
 }
 
-// No child comes into being, but its parent goes on as if. No process has this number.
+// Starts no child, but the parent continues as if it had. No process has this number.
 pid_t __wrap_fork() {
   constexpr pid_t kNobody = 0x7FFFFFF0;
   return fails(Call::kFork) ? -1 : kNobody;
@@ -142,7 +142,7 @@ int __wrap_clock_nanosleep(clockid_t /*clock*/, int /*flags*/, const timespec* /
   return 0;
 }
 
-// std::thread's, from within its library.
+// For std::thread, which calls it from within its library.
 void* __real_dlsym(void* library, const char* name);
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
                    void* argument) {

@@ -1,4 +1,4 @@
-// Trees that are built in part print and load as the whole ones do.
+// Partly built trees must print and load like whole ones.
 #include "j2s/shallow_tree.h"
 
 #include "tests/j2s/synthetic.h"
@@ -49,7 +49,7 @@ TEST(ShallowTree, PrintsAsTheWholeOneHoweverFarItIsBuilt) {
 
 class ShallowTreeOf : public testing::Test {
  protected:
-  // How many of the four members stay texts when `count` bytes at `at` are replaced.
+  // Returns how many of the four members stay texts if `count` bytes at `at` are replaced.
   int raw_items_after(size_t at, size_t count, const std::string& instead) {
     std::string changed = text_;
     changed.replace(at, count, instead);

@@ -1,4 +1,4 @@
-// What is read from text without a tree is what the tree gives.
+// Reading a structure from text must give the same result as loading it from a tree.
 #include "j2s/text_reader.h"
 
 #include "j2s/json_cursor.h"
@@ -31,7 +31,7 @@ class TextReader : public testing::Test {
     tables_.add_struct("inner", {{"x", J2S_TYPE_INT32, 0, 0, 4, 1, 4}});
   }
 
-  // The structure after it was read, with "old" values before; empty when it is left to the tree.
+  // The structure after reading, with "old" values before; empty if reading is left to the tree.
   std::string read(const std::string& text) {
     Lamp lamp = old_lamp();
     auto* structure = reinterpret_cast<std::byte*>(&lamp);
@@ -47,7 +47,7 @@ class TextReader : public testing::Test {
     return take_loaded(tree.get(), lamp);
   }
 
-  // As a raw item of a shallow tree or of another one, whichever way that takes.
+  // Loads the text as a raw item, which the library may read directly or through a tree.
   std::string load_raw(const std::string& text) {
     Lamp lamp = old_lamp();
     const Json raw = own(cJSON_CreateRaw(text.c_str()));

@@ -30,7 +30,7 @@ struct Moment {
 
 class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
  public:
-  // Each of these brings the daemon to the moment that it is named after.
+  // Each of these brings the daemon to the state in its name.
   void is_idle() {
     start_with_documents();
     held_.push_back(connect());
@@ -58,7 +58,7 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
     picture.resize(16'000'000);
     board().write(file, picture);
     board().set_property("vendor.tvinput.qxpq.dump.path", file);
-    send_and_hold(command_packet(2, {0}));  // asks for no new one
+    send_and_hold(command_packet(2, {0}));  // requests no new dump
     EXPECT_TRUE(board().wait_for_log("3 HandlerTCPMessage dat[0] 0"));
   }
   void has_half_a_document() {
@@ -66,7 +66,7 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
     send_and_hold(header(0, 100'000) + std::string(30'000, 'x'));
     EXPECT_TRUE(board().wait_for_log("packet no compelete"));
   }
-  // Each answer has 270 KB; some time there is no more room for them on the way.
+  // Each answer has 270 KB; sooner or later the buffers between daemon and client are full.
   void answers_a_client_that_does_not_read() {
     start_with_documents();
     held_.push_back(connect());
@@ -75,9 +75,9 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
       send(held_.back(), query);
       if (!comes_true([&] { return received_chunks() > taken; })) return;
     }
-    ADD_FAILURE() << "200 answers that nobody reads found room";
+    ADD_FAILURE() << "200 unread answers fitted into the buffers";
   }
-  // Makes progress all the time, and would do so for minutes.
+  // Reads steadily, but so slowly that it would take minutes.
   void sends_a_dump_to_a_slow_reader() {
     begins_a_dump_that_nobody_reads();
     EXPECT_TRUE(board().wait_for_log("getPqDumpData"));
@@ -114,7 +114,7 @@ class Shutdown : public DaemonTest, public testing::WithParamInterface<Moment> {
     return false;
   }
 
-  std::vector<pqclient::Connection> held_;  // until the end
+  std::vector<pqclient::Connection> held_;  // until the end of the test
   std::thread reader_;
 };
 
@@ -159,7 +159,7 @@ TEST_F(RepeatedSignals, DoNoHarm) {
     if (daemon.wait(1ms)) break;
   }
   EXPECT_EQ(board().wait(20s), 0);
-  // The request was handled to its end.
+  // The request was completed.
   EXPECT_EQ(receive(connection, sizeof(pqclient::CommandPacket)).size(),
             sizeof(pqclient::CommandPacket));
 }
