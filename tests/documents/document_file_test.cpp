@@ -19,7 +19,7 @@ class DocumentFile : public testing::Test {
 
   pq::DocumentText read() const { return pq::read_document(document_.c_str()); }
 
-  // What the document holds, and the side file; "-" for one that is missing.
+  // The contents of document and side file; "-" for a missing one.
   std::string state() const {
     const auto shown = [](const std::string& path) {
       return std::filesystem::exists(path) ? text_of(path) : "-";

@@ -1,4 +1,4 @@
-// The locks of the two documents. There are no documents where this runs: it is about turns.
+// The locks of the two documents. The test needs no documents: it checks only the waiting.
 #include "documents/document_transaction.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kLongEnough = 20s;
 
-// Whether `act` comes to its end on another thread while this one goes on.
+// Returns true if `act` finishes on another thread while this one continues.
 template <typename Act>
 bool ends(Act act) {
   return std::async(std::launch::async, act).wait_for(kLongEnough) == std::future_status::ready;

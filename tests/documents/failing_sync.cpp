@@ -19,7 +19,7 @@ FailingSync::~FailingSync() {
   failing_path.clear();
 }
 
-// In the C library's place, for this whole program.
+// Replaces the C library's function in this whole program.
 extern "C" int fsync(int fd) {
   std::error_code unreadable;
   const auto path =

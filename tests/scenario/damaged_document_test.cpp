@@ -1,4 +1,4 @@
-// Documents that are missing or damaged: what is answered, what is kept, and what the log says.
+// Documents that are missing or damaged: the replies, the stored state, and the log lines.
 #include <filesystem>
 
 #include "scenario/daemon_test.h"
@@ -8,7 +8,7 @@ namespace {
 
 class DamagedDocument : public DaemonTest {
  protected:
-  // How often the log has an error line with this text.
+  // The number of error lines with this text in the log.
   int errors(const std::string& text) {
     const std::string log = board().log();
     int count = 0;
@@ -34,7 +34,7 @@ TEST_F(DamagedDocument, IsLoggedAtEachRequest) {
   board().write(kPqDocument, "{\"pq_tun");
   EXPECT_EQ(brightness(), 0);
   EXPECT_EQ(errors(std::string(kPqDocument) + kNotJson), 1);
-  change(kChange);  // and a query, to see the end of it
+  change(kChange);  // ends with a query, so the update is complete
   EXPECT_GE(errors(std::string(kPqDocument) + kNotJson), 2);
   EXPECT_EQ(board().read(kPqDocument), "{\"pq_tun");
 
@@ -91,7 +91,7 @@ TEST_F(DamagedDocument, LetsTheOtherOneBeServed) {
   EXPECT_TRUE(cJSON_IsArray(client().query_aipq("/DCI and dci").value));
 }
 
-// The AIPQ document stores what it is sent: a table can come to have a name of another case.
+// The AIPQ document stores names as sent, so a table's name may differ in case.
 TEST_F(DamagedDocument, IsNoneWhoseTableHasANameOfAnotherCase) {
   start_with_documents();
   change_aipq(R"({"op":"replace","path":"/ACM","value":[7]})");
