@@ -46,6 +46,7 @@ enum class Engine {
   kMissing,     // no library
   kWithoutGet,  // no hwpq_lite_get_3dlut
   kRunFails,    // hwpq_lite_run answers a negative result
+  kRunHangs,    // hwpq_lite_run never returns
 };
 
 struct Description {

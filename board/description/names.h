@@ -23,7 +23,8 @@ inline constexpr std::pair<std::string_view, Engine> kEngineNames[] = {
     {"complete", Engine::kComplete},
     {"missing", Engine::kMissing},
     {"without-get", Engine::kWithoutGet},
-    {"run-fails", Engine::kRunFails}};
+    {"run-fails", Engine::kRunFails},
+    {"run-hangs", Engine::kRunHangs}};
 
 }  // namespace board
 

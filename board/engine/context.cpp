@@ -1,5 +1,7 @@
 #include "engine/context.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -14,9 +16,14 @@ namespace board::engine {
 namespace {
 
 // A process that runs outside of a board has no description; its engine is a sound one.
-bool described_as_broken() {
+Engine described_engine() {
   const std::filesystem::path file = board_folder() / "description.json";
-  return std::filesystem::exists(file) && read_description(file).engine == Engine::kRunFails;
+  return std::filesystem::exists(file) ? read_description(file).engine : Engine::kComplete;
+}
+
+[[noreturn]] void hang() {
+  for (;;)
+    pause();
 }
 
 // Only what the write itself has made: a device or a link that the path names is not ours to
@@ -37,7 +44,9 @@ Result complain(Result result, const char* what) {
 
 Result run(Context& context, const std::filesystem::path& document) {
   try {
-    if (described_as_broken())
+    const Engine engine = described_engine();
+    if (engine == Engine::kRunHangs) hang();
+    if (engine == Engine::kRunFails)
       return complain(kBroken, "run fails, as this board's description asks");
     context.lut = compute_lut(read_parameters(document));
     return kDone;
