@@ -33,10 +33,10 @@ constexpr char kVersion[] = "1.0.8";
 constexpr int32_t kPort = 5543;
 
 // The display service brings the base parameters up to date when it redraws.
-constexpr std::chrono::seconds kForBaseParameters{2};
+constexpr std::chrono::seconds kBaseParameterWait{2};
 
-// Whoever starts us without standard descriptors would have their numbers given to our own files,
-// and what is said on standard error would go into a document or to a client.
+// If descriptors 0 to 2 are closed at start, the next files we open get those numbers, and anything
+// written to standard error ends up in a document or a client's socket.
 void open_standard_descriptors() {
   int fd = -1;
   do {
@@ -53,14 +53,15 @@ int32_t read_hexadecimal(const char* property, const char* default_value) {
   return static_cast<int32_t>(std::strtoull(text.data(), nullptr, kBase));
 }
 
-// A document that merely can't be looked at is not missing: a new one would overwrite it.
+// Only these two errors mean missing; on any other, creating a new document could overwrite the
+// old.
 bool is_missing(const char* path) {
   return access(path, F_OK) != 0 && (errno == ENOENT || errno == ENOTDIR);
 }
 
 void create_pq_document(char* path) {
   PQTuningUtils::updateUI();
-  pq::wait_whole(kForBaseParameters);
+  pq::wait_whole(kBaseParameterWait);
   getJsonFromBaseparameter(path);
 }
 
@@ -68,11 +69,10 @@ void create_aipq_document(char* path) {
   createDefaultAIPQJson(path);
 }
 
-// What can't be done now, for want of memory or because the disk fails, is done at the next start:
-// until then the daemon serves with what there is.
+// A failure here is not fatal: the daemon serves what it has and tries again at the next start.
 void prepare_document(const char* path, void (*create)(char* path)) {
   try {
-    pq::restore_document(path);
+    (void)pq::restore_document(path);  // a failure has been logged
     if (is_missing(path)) create(const_cast<char*>(path));
   } catch (const std::exception& error) {
     pq::log_error()("cannot prepare %s: %s\n", path, error.what());
@@ -84,7 +84,7 @@ void serve() {
   server.set_callback(QXAiqProtocol::HandlerTCPMessage);
   server.set_idle_callback(pq::release_unused_memory);
   (void)server.Process(kPort);  // a failure has been logged, and the server counts as stopped
-  wait_for_end(server);
+  wait_for_shutdown(server);
   // Also set when the server stopped by itself, so that threads blocked in send_all() give up.
   pq::quit_requested = true;
   server.SaveExit();
@@ -95,12 +95,12 @@ void serve() {
 
 int main(int argc, char* argv[]) {
   pq::share_one_heap();
-  block_signals();  // before the first line: whoever sees it may send one at once
+  block_signals();  // before the first line, which may be answered with a signal at once
   open_standard_descriptors();
   pq::log_error()("#### PQ tool server version: %s ####\n", kVersion);
   install_signal_handlers();
   pq::log_level = read_hexadecimal(pq::kLogLevelProperty, "5");
-  // Boards set it; the program that it once ended is no longer there.
+  // Read but without effect: part of the interface of the board's settings.
   read_hexadecimal(pq::kKillAppProperty, "1");
 
   Options options;

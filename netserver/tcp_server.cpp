@@ -11,10 +11,9 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <exception>
 #include <new>
-#include <string>
-#include <system_error>
 
 #include "base/log.h"
 #include "netserver/receive_buffer.h"
@@ -39,10 +38,6 @@ constexpr milliseconds kSendTimeout{300};
 constexpr int kSpareDescriptors = 32;
 constexpr milliseconds kHoldBackTime{100};  // requests free descriptors without telling
 
-std::string reason(int error) {
-  return std::system_category().message(error);
-}
-
 // Signals that end the process belong to the main thread. SIGCHLD does too: in one of ours it would
 // interrupt a receive and cost the client its connection.
 void leave_signals_to_main_thread() {
@@ -56,7 +51,7 @@ void leave_signals_to_main_thread() {
 // Logs and returns false on failure.
 bool set_option(int socket, int option, const char* name, const void* value, socklen_t size) {
   if (setsockopt(socket, SOL_SOCKET, option, value, size) == 0) return true;
-  pq::log_error()("socket %d: cannot set %s: %s\n", socket, name, reason(errno).c_str());
+  pq::log_error()("socket %d: cannot set %s: %s\n", socket, name, std::strerror(errno));
   return false;
 }
 
@@ -128,7 +123,7 @@ int TCPServer::Process(int32_t port) {
 int TCPServer::fail(const char* message, int32_t port) {
   const int error = errno;
   pq::log_error()("%s", message);
-  pq::log_error()("cannot serve port %d: %s\n", port, reason(error).c_str());
+  pq::log_error()("cannot serve port %d: %s\n", port, std::strerror(error));
   stopped_ = true;
   return -1;
 }

@@ -11,18 +11,18 @@ namespace pq {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-constexpr std::chrono::seconds kLongestStall{30};
+constexpr std::chrono::seconds kMaxStall{30};
 
 bool worth_waiting_for(Clock::time_point last_progress) {
-  return !quit_requested && Clock::now() - last_progress < kLongestStall;
+  return !quit_requested && Clock::now() - last_progress < kMaxStall;
 }
 
 }  // namespace
 
 ssize_t send_all(int socket, std::span<const char> bytes) {
-  // Usually one call sends everything; the loop is for a full socket buffer. The socket's send
-  // time-out (0.3 seconds) brings a blocked call back here, also from a client that reads little
-  // by little: such a one must not hold up the end of the process either.
+  // Usually one call sends everything; the loop is for a full socket buffer. TCPServer gives each
+  // client's socket a send time-out, so a blocked call returns here several times a second, and a
+  // client that reads little by little cannot delay shutdown either.
   Clock::time_point last_progress = Clock::now();
   std::span<const char> rest = bytes;
   for (;;) {
@@ -36,7 +36,7 @@ ssize_t send_all(int socket, std::span<const char> bytes) {
     }
     if (rest.empty()) return static_cast<ssize_t>(bytes.size());
     if (!worth_waiting_for(last_progress)) {
-      // Half a reply is on the wire; nothing that follows could be read as a packet.
+      // Half a reply has been sent: the client could not tell where the next packet begins.
       shutdown(socket, SHUT_RDWR);
       return -1;
     }

@@ -8,10 +8,10 @@
 
 namespace pq {
 
-// Sends all bytes. A client that does not read is waited for, up to 30 seconds without progress and
-// only while the process has not been asked to end; then its connection is shut down.
+// Sends all bytes. Waits for a client that does not read, up to 30 seconds without progress; gives
+// up earlier when the process is asked to shut down. The connection is shut down then.
 // Returns the number of bytes, or -1. A vanished client raises no signal.
-ssize_t send_all(int socket, std::span<const char> bytes);
+[[nodiscard]] ssize_t send_all(int socket, std::span<const char> bytes);
 
 }  // namespace pq
 

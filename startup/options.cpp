@@ -12,12 +12,12 @@ namespace {
 constexpr char kShortOptions[] = "s:r:i:m:Dd:w:h:n:f:";
 constexpr char kDefaultIqFile[] = "/vendor/etc/camera/qxisp2";
 
-constexpr int32_t kSmallestMmapNumber = 4;
-constexpr int32_t kLargestMmapNumber = 200;
-constexpr int32_t kLargestFrameRate = 100;
+constexpr int32_t kMinMmapNumber = 4;
+constexpr int32_t kMaxMmapNumber = 200;
+constexpr int32_t kMaxFrameRate = 100;
 
-// The long forms of width, height and help are declared without an argument, and help does what
-// height does: scripts in the field rely on help not being an error.
+// The long forms of width, height and help are declared without an argument, and help does
+// what height does: start scripts may pass it without ending the daemon.
 constexpr std::array<option, 11> kLongOptions = {{
     {"stream_dev", required_argument, nullptr, 's'},
     {"enable_rtsp", required_argument, nullptr, 'r'},
@@ -38,14 +38,14 @@ int32_t number(const char* argument) {
 }
 
 int32_t clamp_mmap_number(int32_t value) {
-  if (value >= kSmallestMmapNumber && value <= kLargestMmapNumber) return value;
+  if (value >= kMinMmapNumber && value <= kMaxMmapNumber) return value;
   pq::log_info()("mmap Number out of range[4,200], use default 4\n");
-  return kSmallestMmapNumber;
+  return kMinMmapNumber;
 }
 
 int32_t clamp_frame_rate(int32_t value) {
   if (value == 0) value = 1;
-  if (value < 0 || value > kLargestFrameRate) value = kLargestFrameRate;
+  if (value < 0 || value > kMaxFrameRate) value = kMaxFrameRate;
   pq::log_info()("set framerate:%u\n", static_cast<unsigned>(value));
   return value;
 }

@@ -1,28 +1,28 @@
-// The signals that end the daemon: SIGINT, SIGQUIT and SIGTERM.
+// The signals that shut the daemon down: SIGINT, SIGQUIT and SIGTERM.
 //
-// They stay blocked in every thread from the start of main on and are let in only while the main
-// thread waits: so none is lost between looking at the flags and waiting, and the handler
-// interrupts nothing that holds a lock. The handler only notes that the end has come; what takes
-// time, the main thread does after its wait, where a further signal can't interrupt it.
+// They stay blocked in every thread from the start of main on, except while the main thread waits
+// for them. So no signal is lost between the test of the flags and the wait, and the handler
+// interrupts nothing that holds a lock. The handler only sets a flag; the main thread shuts down
+// after its wait, where a further signal cannot interrupt it.
 //
 // SIGPIPE stays blocked for good: a log or a property service that has gone away costs a line, not
-// the daemon. Its disposition stays as it is, since the programs that we start inherit that; the
-// mask they don't.
+// the daemon. Its disposition stays as it is, because the programs that we start inherit that; the
+// mask they do not.
 #ifndef STARTUP_SIGNALS_H_
 #define STARTUP_SIGNALS_H_
 
 #include "netserver/tcp_server.h"
 
-// Blocks the ending signals and SIGPIPE in this thread and those it starts.
+// Blocks the shutdown signals and SIGPIPE in this thread and those it starts.
 void block_signals();
 
 // Installs the handler. A signal that our parent had ignored stays ignored.
 void install_signal_handlers();
 
-// Waits until an ending signal has arrived or the server has stopped.
-void wait_for_end(const TCPServer& server);
+// Waits until a shutdown signal has arrived or the server has stopped.
+void wait_for_shutdown(const TCPServer& server);
 
-// The handler: asks everything that can block for long to end.
+// The handler: sets pq::quit_requested.
 void signal_handle(int sig);
 
 #endif  // STARTUP_SIGNALS_H_
