@@ -24,6 +24,7 @@
 #include "documents/pq_document_creator.h"
 #include "netserver/tcp_server.h"
 #include "qxaiq/qxaiq_protocol.h"
+#include "startup/document_lock.h"
 #include "startup/options.h"
 #include "startup/signals.h"
 
@@ -121,6 +122,8 @@ int main(int argc, char* argv[]) {
     pq::log_error()("Tool server args parse error.\n");
     return 1;
   }
+  const auto document_lock = lock_documents();
+  if (!document_lock) return 1;
   prepare_document(pq::kPqDocument, create_pq_document);
   prepare_document(pq::kAipqDocument, create_aipq_document);
   try {

@@ -8,6 +8,7 @@
 namespace pq {
 
 // The documents' folder; other vendor processes read the documents there.
+inline constexpr char kDocumentFolder[] = "/data/vendor/qxalgo";
 inline constexpr char kPqDocument[] = "/data/vendor/qxalgo/pq_config.json";
 inline constexpr char kAipqDocument[] = "/data/vendor/qxalgo/aipq_config.json";
 

@@ -2,6 +2,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/time.h>
@@ -52,6 +53,7 @@ WRAPPED(Call::kStatus, int, stat, (const char* path, struct stat* status), (path
 WRAPPED(Call::kStatus, int, lstat, (const char* path, struct stat* status), (path, status))
 WRAPPED(Call::kStatus, int, fstat, (int file, struct stat* status), (file, status))
 WRAPPED(Call::kStatus, int, access, (const char* path, int mode), (path, mode))
+WRAPPED(Call::kOpen, int, flock, (int file, int operation), (file, operation))
 WRAPPED(Call::kSeek, off_t, lseek, (int file, off_t offset, int from), (file, offset, from))
 WRAPPED(Call::kRemove, int, unlink, (const char* path), (path))
 WRAPPED(Call::kRemove, int, remove, (const char* path), (path))

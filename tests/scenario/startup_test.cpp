@@ -61,6 +61,24 @@ TEST_F(Startup, WithoutStandardDescriptorsTakesTheNullDevice) {
     EXPECT_EQ(std::filesystem::read_symlink(folder + descriptor), "/dev/null");
 }
 
+// They would overwrite each other's updates, and clients would reach one or the other.
+TEST_F(Startup, ASecondDaemonOnTheSameDocumentsIsRefused) {
+  constexpr char kRun[] =
+      "\"$0\" & until [ -e /data/go ]; do sleep 0.05; done;"
+      "\"$0\"; echo second daemon: status $? >&2; wait";
+  power_on("tv", {.daemon = "/bin/sh", .arguments = {"-c", kRun, PQ_DAEMON}});
+  put_documents("tv");
+  start_daemon();
+  change(R"({"op":"replace","path":"/csc/cscHue","value":7})");
+  const std::string before = board().read(kPqDocument);
+  board().write("/data/go", "");
+  EXPECT_TRUE(board().wait_for_log("second daemon: status 1"));
+  EXPECT_NE(board().log().find("another PQ tool server uses the documents in /data/vendor/qxalgo"),
+            std::string::npos);
+  EXPECT_EQ(board().read(kPqDocument), before);
+  EXPECT_TRUE(serves());
+}
+
 // A program that outlives the daemon would keep them open, and the port with them.
 TEST_F(Startup, KeepsItsSocketsFromTheProgramsThatItStarts) {
   start_with_documents();
