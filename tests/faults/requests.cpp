@@ -128,6 +128,16 @@ std::vector<Subject> requests(const Stored& first) {
     empty_collection();
     return serves();
   };
+  Subject& beside = add("pq-query-beside-an-upload", query(DocumentCommand::kQueryPq, "/csc"), [=] {
+    empty_collection();
+    receive(many_values.substr(0, TCPServer::kReceiveSize));
+  });
+  beside.serves_afterwards = [=, serves = beside.serves_afterwards] {
+    receive(many_values.substr(TCPServer::kReceiveSize));
+    const bool uploaded = stored().pq.find("4095") != std::string::npos;
+    store(first);
+    return uploaded ? serves() : std::string("the upload of another client was lost");
+  };
   add("aipq-change",
       change(DocumentCommand::kUpdateAipq, R"({"op":"add","path":"/acm/0/lumGain","value":5})"));
   add("aipq-operations", change(DocumentCommand::kUpdateAipq, operations + R"(,{"path":"/acm"})"));
