@@ -12,9 +12,9 @@ constexpr char kMember[] = "pq_tuning_param";
 }  // namespace
 
 JsonPtr make_tree(j2s_ctx* context, const char* structure, const void* values) {
-  const MemoryWatch memory;
+  const AllocationWatch memory;
   JsonPtr tree(j2s_struct_to_printable(context, structure, values, true));
-  memory.check();
+  memory.throw_if_failed();
   return tree;
 }
 

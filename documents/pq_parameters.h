@@ -28,9 +28,9 @@ struct PqParameters {
   // Loads what fits of a "pq_tuning_param" object; what it lacks keeps its value. `item` may be
   // null: then nothing is loaded. Returns the result of j2s_json_to_struct. Throws std::bad_alloc.
   int load(j2s_ctx* context, cJSON* item) {
-    const MemoryWatch memory;
+    const AllocationWatch memory;
     const int result = j2s_json_to_struct(context, item, "pq_tuning_param", &values);
-    memory.check();
+    memory.throw_if_failed();
     return result;
   }
 };

@@ -5,7 +5,7 @@
 // A raw item's valueint is the number of values in it, with itself, its valuedouble the number of
 // bytes in the names and texts. Other raw items have 0 there: nobody has looked at their text.
 //
-// Texts end with a 0. Nothing throws; errno is ENOMEM when memory ran out.
+// Texts end with a 0. Nothing throws; an AllocationWatch tells when memory ran out (base/memory.h).
 #ifndef J2S_SHALLOW_TREE_H_
 #define J2S_SHALLOW_TREE_H_
 

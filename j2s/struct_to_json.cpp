@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/memory.h"
 #include "base/saturate.h"
 #include "j2s/array_text.h"
 #include "j2s/report.h"
@@ -30,7 +31,7 @@ JsonPtr text_to_json(const Member& member, const std::byte* structure) {
   }
   // A full char array has no terminator.
   const auto* text = reinterpret_cast<const char*>(address_of(structure, member));
-  const pq::TextPtr copy(strndup(text, member.elem_count));
+  const pq::TextPtr copy(pq::noting_strndup(text, member.elem_count));
   return JsonPtr(copy == nullptr ? nullptr : cJSON_CreateString(copy.get()));
 }
 

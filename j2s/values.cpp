@@ -5,6 +5,7 @@
 #include <cstring>
 #include <span>
 
+#include "base/memory.h"
 #include "base/saturate.h"
 #include "j2s/number_types.h"
 #include "j2s/report.h"
@@ -56,7 +57,7 @@ void store_text(std::byte* structure, const Member& member, std::string_view tex
     std::memset(address + length, 0, member.elem_count - length);
     return;
   }
-  char* copy = strndup(text.data(), text.size());
+  char* copy = pq::noting_strndup(text.data(), text.size());
   std::free(read_pointer<char>(structure, member));
   std::memcpy(address, &copy, sizeof copy);
 }

@@ -131,9 +131,9 @@ int apply_by_library(cJSON* document, JsonPtr operation) {
   if (!patch) throw std::bad_alloc();
   if (!cJSON_AddItemToArray(patch.get(), operation.get())) return kNoPatch;
   (void)operation.release();
-  const MemoryWatch memory;
+  const AllocationWatch memory;
   const int status = cJSONUtils_ApplyPatches(document, patch.get());
-  if (status != 0) memory.check();
+  if (status != 0) memory.throw_if_failed();
   return status;
 }
 

@@ -1,43 +1,55 @@
 #include "json/tree.h"
 
-#include <mutex>
+#include <cstdlib>
 
+#include "base/fair_mutex.h"
 #include "j2s/shallow_tree.h"
 
 namespace pq {
+namespace {
+
+// Before main: cJSON allocates nothing yet.
+[[maybe_unused]] const bool allocations_are_noted = [] {
+  cJSON_Hooks hooks{noting_malloc, std::free};
+  cJSON_InitHooks(&hooks);
+  return true;
+}();
+
+FairMutex parser_mutex;
+
+}  // namespace
 
 JsonPtr parse_json(std::string_view text) {
-  static std::mutex parser_mutex;
-  const std::lock_guard lock(parser_mutex);
-  const MemoryWatch memory;
+  const FairMutexLock lock(parser_mutex);
+  const AllocationWatch memory;
   JsonPtr tree(cJSON_ParseWithLength(text.data(), text.size()));
-  if (!tree) memory.check();
+  if (!tree) memory.throw_if_failed();
   return tree;
 }
 
 JsonPtr parse_shallow(const char* text) {
-  const MemoryWatch memory;
+  const AllocationWatch memory;
   JsonPtr tree = j2s::parse_shallow(text);
   if (tree) return tree;
-  memory.check();
+  memory.throw_if_failed();
   return parse_json(text);
 }
 
 TextPtr print_json(cJSON* tree) {
   if (tree == nullptr) return nullptr;
-  const MemoryWatch memory;
+  const AllocationWatch memory;
   j2s_make_printable(tree, true);
   TextPtr text(cJSON_Print(tree));
-  if (!text) memory.check();
+  if (!text) memory.throw_if_failed();
   return text;
 }
 
 void add_to_object(cJSON* object, const char* key, JsonPtr item) {
-  const MemoryWatch memory;
+  const AllocationWatch memory;
   if (cJSON_AddItemToObject(object, key, item.get())) {
     (void)item.release();  // the object owns it now
   } else {
-    memory.check();
+    memory.throw_if_failed();
   }
 }
 

@@ -4,27 +4,16 @@
 
 #include <cjson/cJSON.h>
 
-#include <cerrno>
 #include <memory>
 #include <new>
 #include <string_view>
 
+#include "base/memory.h"
 #include "base/owner.h"
 #include "j2s/j2s.h"
 #include "j2s/json_owner.h"
 
 namespace pq {
-
-// Finds out whether memory ran out in calls of cJSON and j2s. They report that like any other
-// failure, or leave out what they have no memory for; what tells is the errno that POSIX has a
-// failed allocation set. The answer holds for calls that set no errno of their own.
-class MemoryWatch {
- public:
-  MemoryWatch() { errno = 0; }
-  void check() const {
-    if (errno == ENOMEM) throw std::bad_alloc();
-  }
-};
 
 // The tree of a JSON text, which need not be terminated and may go on after its first value; null
 // when it is none. Every text is parsed through here: the parser notes where it failed in a

@@ -40,10 +40,10 @@ JsonPtr make_section(const Section& section, const cJSON* stored) {
   J2sContext context;
   PqParameters parameters;
   auto* values = reinterpret_cast<char*>(&parameters.values) + section.offset;
-  const MemoryWatch memory;
+  const AllocationWatch memory;
   j2s_json_to_struct(context.get(), cJSON_GetObjectItemCaseSensitive(stored, section.name),
                      section.name, values);
-  memory.check();
+  memory.throw_if_failed();
   if (debug_enabled()) {
     const TextPtr text(j2s_dump_struct(context.get(), section.name, values));
     log_debug()("getPQ %s %.*s", section.name, kMaxLogText, or_empty(text.get()));

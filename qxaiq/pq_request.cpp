@@ -95,12 +95,12 @@ void PqRequest::put_platform() {
   const PropertyText platform = read_platform();
   log_debug()("platform prop %s", platform.data());
   if (!cJSON_IsObject(operation_)) return;
-  const MemoryWatch memory;
+  const AllocationWatch memory;
   JsonPtr number(cJSON_CreateNumber(number_of(platform.data(), kUnknownPlatformInQuery)));
   if (number && cJSON_ReplaceItemInObject(operation_, "platform", number.get())) {
     (void)number.release();
   } else {
-    memory.check();  // else the request names no platform, and the answer won't either
+    memory.throw_if_failed();  // else the request names no platform, and the answer won't either
   }
 }
 
