@@ -64,7 +64,7 @@ class TCPServer {
   // Calling it again is harmless.
   int32_t SaveExit();
 
-  // Whether the accept loop has ended, or never ran. Called from any thread.
+  // True when the accept loop has ended, or never ran. Called from any thread.
   bool stopped() const { return stopped_; }
 
  private:
