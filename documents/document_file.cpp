@@ -100,6 +100,12 @@ bool keep_damaged(const char* path, const char* kept) {
   return true;
 }
 
+// After a failed save. Not beside a side file, which would be taken for the document's text.
+void take_damaged_back(const char* path, const char* kept, SideFile& side) {
+  side.remove();
+  if (!side.exists() && ::rename(kept, path) == 0) log_error()("%s is damaged as before", path);
+}
+
 bool can_be_saved(const char* path, const char* text) {
   if (text == nullptr || text[0] == '\0') return false;
   const size_t size = std::strlen(text);
@@ -118,12 +124,11 @@ int save(const char* path, const char* text, const char* kept) {
     log_error()("%s is not saved: its side file cannot be looked up: %s", path,
                 std::strerror(present.error));
   }
-  if (present.error != 0 || !present.in_place || !side.write(text)) return -1;
-  if (kept != nullptr && !keep_damaged(path, kept)) {
-    side.remove();
-    return -1;
-  }
-  return replace_text(path, text, side);
+  if (present.error != 0 || !present.in_place) return -1;
+  if (kept != nullptr && !keep_damaged(path, kept)) return -1;
+  const int result = side.write(text) ? replace_text(path, text, side) : -1;
+  if (result < 0 && kept != nullptr) take_damaged_back(path, kept, side);
+  return result;
 }
 
 template <typename Save>

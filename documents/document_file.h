@@ -9,7 +9,7 @@
 
 namespace pq {
 
-// What is known of a document.
+// How much is known of a document.
 enum class DocumentState {
   kWhole,    // its text is there
   kMissing,  // there is no file, or none that may be read; a retry would not help

@@ -1,4 +1,4 @@
-// What an error of reading says about a file.
+// The meaning of an error that reading a file gave.
 #ifndef DOCUMENTS_READ_ERROR_H_
 #define DOCUMENTS_READ_ERROR_H_
 

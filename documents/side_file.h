@@ -13,8 +13,8 @@ class SideFile {
   // is the side file's name. Throws std::bad_alloc.
   explicit SideFile(const char* document);
 
-  // Whether there is anything of that name, a link that leads nowhere included; false also when
-  // the name could not be looked up.
+  // True if there is anything of that name, a link that leads nowhere included. False also when the
+  // name could not be looked up.
   bool exists() const { return exists_; }
 
   // errno's number when the name could not be looked up; else 0.

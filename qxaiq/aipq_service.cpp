@@ -41,7 +41,7 @@ void change_document(JsonPtr patch) {
   if (status != 0) document = stored.parse();
   stored.release_text();
 
-  // A patch can make a tree that prints as nothing, which is not saved. What does print can be read
+  // A patch can make a tree that prints as nothing, which is not saved. Any other text can be read
   // again: no patched tree nests deeper than the parser goes.
   const int saved = transaction.save(print_json(document.get()).get());
   log_debug()("updateAIPQ j2s_save_file ret %d ", saved);

@@ -37,7 +37,7 @@ static_assert(offsetof(CommandData_t, cmdID) == 10);
 static_assert(offsetof(CommandData_t, datLen) == 20);
 static_assert(offsetof(CommandData_t, dat) == 22);
 
-// What stands in front of the bytes of a picture dump in the reply to kCommandDump, little-endian.
+// Precedes the bytes of a picture dump in the reply to kCommandDump; little-endian.
 // The reply carries no length: width, height and format give it.
 struct __attribute__((packed)) DumpReplyHeader {
   uint16_t width;

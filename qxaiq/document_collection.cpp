@@ -81,7 +81,7 @@ std::optional<CollectedDocument> DocumentCollection::copy_document() {
   }
 }
 
-// The count stays: only the next packet start sets it anew.
+// The count stays: only the next packet start sets it again.
 void DocumentCollection::remove_counted() {
   const size_t count = std::min(temp_buffer_.size(), static_cast<size_t>(temp_buffer_size_));
   temp_buffer_.erase(temp_buffer_.begin(), temp_buffer_.begin() + static_cast<ptrdiff_t>(count));

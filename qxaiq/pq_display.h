@@ -1,4 +1,4 @@
-// What a change of the PQ parameters does to the display.
+// Shows a change of the PQ parameters on the display.
 //
 // Failures of the display are logged where they happen and change nothing else: the parameters are
 // stored by then. Callable from any thread; each blocks for what the redraw takes (2 seconds), and

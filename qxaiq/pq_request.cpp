@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::array<std::string_view, 3> kPlatforms = {"qxt100", "qxt200", "qxt300"};
 
-// What a board that is none of these counts as.
-constexpr int kUnknownPlatformInChange = 3;
+// The numbers of any other board.
+constexpr int kUnknownPlatformInUpdate = 3;
 constexpr int kUnknownPlatformInQuery = 0;
 
 using PropertyText = std::array<char, PROPERTY_VALUE_MAX>;
@@ -48,8 +48,8 @@ bool holds_too_many_values(std::string_view text) {
 
 }  // namespace
 
-// The operation is what stands between the text's first and last character. In a patch that is its
-// first element, or begins with it.
+// The operation is the text between the first and the last character. In a patch that is its first
+// element, or begins with it.
 PqRequest::PqRequest(std::string_view text) {
   if (holds_too_many_values(text)) {
     log_error()("request of %zu bytes dropped: it holds more than %zu values\n", text.size(),
@@ -86,7 +86,7 @@ void PqRequest::check_platform() const {
   const cJSON* item =
       cJSON_IsObject(operation_) ? cJSON_GetObjectItem(operation_, "platform") : nullptr;
   const int claimed = pq::saturate<int32_t>(cJSON_GetNumberValue(item));
-  const int actual = number_of(read_platform().data(), kUnknownPlatformInChange);
+  const int actual = number_of(read_platform().data(), kUnknownPlatformInUpdate);
   log_debug()("json platform %d soc platform %d", claimed, actual);
   if (claimed != actual) log_error()("platform error");
 }

@@ -12,29 +12,28 @@ namespace pq {
 
 class PqRequest {
  public:
-  // text: the request with its outer brackets, not terminated. What is no request, or holds more
-  // than a million values, parses to one whose path names no section.
+  // text: the request with its outer brackets, not terminated. Malformed text, or text with
+  // more than a million values, gives a request whose path names no section.
   explicit PqRequest(std::string_view text);
 
   // Null when nothing could be parsed; else a JSON item, usually the operation object.
   cJSON* operation() const { return operation_; }
 
-  // The whole text as a patch, null when it is no JSON. The operation goes with it, so this comes
-  // last: a large request must not stay in memory while the display takes its seconds. What the
-  // path names stays known.
+  // The whole text as a patch, null when it is not JSON. Call last: also discards operation(), so
+  // that a large request is freed before the redraw. path_names() still works.
   JsonPtr take_patch();
 
   // The member as a text; null when the operation has none, or no text there.
   const char* text_member(const char* name) const;
 
-  // Whether the path holds `word` anywhere. Sections are chosen so.
+  // True if the path contains `word` anywhere. Sections are chosen by this.
   bool path_names(std::string_view word) const;
 
-  // Both compare the board's platform, "ro.board.platform", with the tool's. A board that is none
-  // of ours counts as 3 in changes and as 0 in queries: tools rely on the two being different.
+  // The board's platform is "ro.board.platform". Any but the three known ones counts as 3 in
+  // updates and as 0 in queries: tools rely on the two being different.
 
-  // For changes: logs the platform that the tool believes the board has, and a mismatch as an error
-  // which stops nothing.
+  // For updates: logs the platform that the tool believes the board has, and a mismatch as an error
+  // that stops nothing.
   void check_platform() const;
 
   // For queries: logs the board's platform and puts its number into the operation, if it names one.
@@ -47,7 +46,7 @@ class PqRequest {
   std::string path_;
 };
 
-// What log lines print for a text that is missing.
+// For log lines: a missing text prints as an empty one.
 inline const char* or_empty(const char* text) {
   return text != nullptr ? text : "";
 }

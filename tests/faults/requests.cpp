@@ -1,15 +1,18 @@
 // One request of each kind that a client can send.
 #include <array>
 #include <exception>
+#include <filesystem>
 #include <new>
 
 #include <cutils/properties.h>
 
+#include "documents/names.h"
 #include "faults/captured_reply.h"
 #include "faults/subject.h"
 #include "netserver/tcp_server.h"
 #include "pqclient/packets.h"
 #include "qxaiq/qxaiq_protocol.h"
+#include "support/temporary_folder.h"
 
 namespace faults {
 namespace {
@@ -17,16 +20,16 @@ namespace {
 using pqclient::Command;
 using pqclient::DocumentCommand;
 
-std::string text_of(const pqclient::Bytes& packet) {
+std::string bytes_of(const pqclient::Bytes& packet) {
   return {packet.begin(), packet.end()};
 }
 
 std::string command(Command number, const pqclient::Bytes& arguments) {
-  return text_of(make_command_packet(number, arguments));
+  return bytes_of(make_command_packet(number, arguments));
 }
 
 std::string document(DocumentCommand command, const std::string& text) {
-  return text_of(make_document_packet(command, text));
+  return bytes_of(make_document_packet(command, text));
 }
 
 std::string query(DocumentCommand command, const char* path) {
@@ -73,6 +76,12 @@ std::string table_of(const char* number, int count) {
 void empty_collection() {
   receive(document(DocumentCommand::kUpdatePq, std::string(10'000, ' ')));
   receive("stray");
+}
+
+constexpr char kDamaged[] = "/data/vendor/qxalgo/pq_config.json.damaged";
+
+std::string half_of(const std::string& text) {
+  return text.substr(0, text.size() / 2);
 }
 
 void put_dump() {
@@ -146,6 +155,14 @@ std::vector<Subject> requests(const Stored& first) {
   add("pattern-mode-enter", enter);
   add("pattern-mode-leave", command(Command::kPatternMode, {pqclient::kFlagSecond}),
       [enter] { receive(enter); });
+  Subject& damaged = add("pattern-mode-damaged", enter, [=] {
+    std::filesystem::remove(kDamaged);
+    write_file(pq::kPqDocument, half_of(first.pq));
+  });
+  damaged.serves_afterwards = [=, serves = damaged.serves_afterwards] {
+    const bool kept = stored().pq == half_of(first.pq) || text_of(kDamaged) == half_of(first.pq);
+    return kept ? serves() : std::string("the damaged document is lost");
+  };
   add("dump-input", command(Command::kDump, {pqclient::kFlagFirst}), put_dump).any_bytes = true;
   add("dump-output", command(Command::kDump, {pqclient::kFlagSecond}), put_dump).any_bytes = true;
   add("unknown-command", command(Command{9}, {}));

@@ -56,6 +56,7 @@ WRAPPED(Call::kStatus, int, access, (const char* path, int mode), (path, mode))
 WRAPPED(Call::kOpen, int, flock, (int file, int operation), (file, operation))
 WRAPPED(Call::kSeek, off_t, lseek, (int file, off_t offset, int from), (file, offset, from))
 WRAPPED(Call::kRemove, int, unlink, (const char* path), (path))
+WRAPPED(Call::kRemove, int, rename, (const char* path, const char* other), (path, other))
 WRAPPED(Call::kRemove, int, remove, (const char* path), (path))
 WRAPPED(Call::kReceive, ssize_t, recvfrom,
         (int socket, void* bytes, size_t size, int flags, sockaddr* from, socklen_t* length),
