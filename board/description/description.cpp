@@ -1,164 +1,274 @@
 #include "description/description.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <fstream>
 #include <iterator>
-#include <memory>
+#include <set>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 
-#include <cjson/cJSON.h>
+#include <nlohmann/json.hpp>
 
 #include "description/names.h"
 
 namespace board {
 namespace {
 
-struct DeleteJson {
-  void operator()(cJSON* item) const { cJSON_Delete(item); }
-};
+using Json = nlohmann::ordered_json;
 
-// One object of the file: hands out members by kind and complains about keys nobody asked for.
+constexpr uint32_t kSmallestDump = 16;  // pixels; the test picture divides its height into 16 parts
+constexpr uint32_t kLargestDump = 8192;
+constexpr uint32_t kLargestTypeCode = 255;
+
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const auto& word : words)
+    text += (text.empty() ? "" : ", ") + word;
+  return text;
+}
+
+// As much of a value as fits an error message.
+std::string excerpt(const Json& value) {
+  constexpr size_t kLongest = 60;
+  std::string text = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+  if (text.size() > kLongest) text = text.substr(0, kLongest) + "...";
+  return text;
+}
+
+// One object of the file: fills in values by kind and complains about keys nobody asked for.
 class Reader {
  public:
-  Reader(std::string where, const cJSON* object) : where_(std::move(where)), object_(object) {
-    if (!cJSON_IsObject(object)) fail("is no JSON object");
+  // prefix: leads to the object, as "dump."; empty for the whole file.
+  Reader(const std::string& file, std::string prefix, const Json& object)
+      : file_(file), prefix_(std::move(prefix)), object_(object) {}
+
+  void flag(const char* key, bool& value) {
+    const Json* item = find(key);
+    if (item == nullptr) return;
+    if (!item->is_boolean()) refuse(key, *item, "true or false");
+    value = item->get<bool>();
   }
 
-  const cJSON* find(const char* key) {
-    known_ += std::string(known_.empty() ? "" : ", ") + key;
-    return cJSON_GetObjectItemCaseSensitive(object_, key);
-  }
-  void read(const char* key, bool& value) {
-    if (const cJSON* item = find(key)) {
-      if (!cJSON_IsBool(item)) fail(key, "true or false");
-      value = cJSON_IsTrue(item);
-    }
-  }
-  template <typename Number>
-  void read_number(const char* key, Number& value, double largest) {
-    if (const cJSON* item = find(key)) value = number<Number>(key, item, largest);
-  }
-  void read(const char* key, std::string& value) {
-    if (const cJSON* item = find(key)) value = text(key, item);
-  }
-  template <typename Value, size_t Size>
-  void read_named(const char* key, Value& value,
-                  const std::pair<std::string_view, Value> (&names)[Size]) {
-    const cJSON* item = find(key);
+  void text(const char* key, std::string& value) {
+    const Json* item = find(key);
     if (item == nullptr) return;
-    const std::string name = text(key, item);
-    std::string allowed;
-    for (const auto& [known_name, known_value] : names) {
-      if (known_name == name) {
-        value = known_value;
+    if (!item->is_string()) refuse(key, *item, "a text");
+    value = item->get<std::string>();
+  }
+
+  template <typename Number>
+  void number(const char* key, Number& value, uint32_t smallest, uint32_t largest) {
+    if (const Json* item = find(key)) value = whole<Number>(key, *item, smallest, largest);
+  }
+
+  template <typename Value, typename NameValue, size_t Size>
+  void word(const char* key, Value& value, const Name<NameValue> (&names)[Size]) {
+    const Json* item = find(key);
+    if (item == nullptr) return;
+    std::vector<std::string> allowed;
+    for (const auto& [name, named] : names) {
+      if (item->is_string() && item->get_ref<const std::string&>() == name) {
+        value = named;
         return;
       }
-      allowed += std::string(allowed.empty() ? "" : ", ") + std::string(known_name);
+      allowed.emplace_back(name);
     }
-    fail(key, "one of: " + allowed);
+    refuse(key, *item, "one of: " + joined(allowed));
   }
-  template <typename Number>
-  Number number(const char* key, const cJSON* item, double largest) const {
-    const double value = cJSON_GetNumberValue(item);
-    if (!(value >= 0 && value <= largest)) {
-      fail(key, "a number from 0 to " + std::to_string(static_cast<long long>(largest)));
+
+  void connector_type(uint32_t& value) {
+    const Json* item = find("type");
+    if (item == nullptr) return;
+    const auto* name = item->is_string()
+                           ? std::ranges::find(kConnectorTypes, item->get<std::string>())
+                           : std::end(kConnectorTypes);
+    if (name != std::end(kConnectorTypes)) {
+      value = static_cast<uint32_t>(name - std::begin(kConnectorTypes));
+    } else if (item->is_number_unsigned() && *item <= kLargestTypeCode) {
+      value = item->get<uint32_t>();
+    } else {
+      refuse("type", *item,
+             "a code from 0 to 255 or one of: " +
+                 joined({std::begin(kConnectorTypes), std::end(kConnectorTypes)}));
     }
-    return static_cast<Number>(value);
   }
-  std::string text(const char* key, const cJSON* item) const {
-    if (!cJSON_IsString(item)) fail(key, "a text");
-    return item->valuestring;
+
+  void version(uint16_t (&value)[2]) {
+    const Json* item = find("version");
+    if (item == nullptr) return;
+    if (!item->is_array() || item->size() != 2) refuse("version", *item, "two numbers, as [2, 0]");
+    for (size_t i = 0; i < 2; ++i)
+      value[i] = whole<uint16_t>("version", (*item)[i], 0, UINT16_MAX);
   }
+
+  void texts(const char* key, std::map<std::string, std::string>& values) {
+    const Json* item = find(key);
+    if (item == nullptr) return;
+    if (!item->is_object()) refuse(key, *item, "an object of names and texts");
+    for (const auto& [name, value] : item->items()) {
+      if (!value.is_string()) refuse(std::string(key) + "." + name, value, "a text");
+      values[name] = value.get<std::string>();
+    }
+  }
+
+  template <typename Fields>
+  void object(const char* key, Fields fields) {
+    if (const Json* item = find(key)) read_object(key, *item, fields);
+  }
+
+  template <typename Value, typename Fields>
+  void list(const char* key, std::vector<Value>& values, size_t most, Fields fields) {
+    const Json* item = find(key);
+    if (item == nullptr) return;
+    if (!item->is_array() || item->size() > most) {
+      refuse(key, *item, "a list of at most " + std::to_string(most));
+    }
+    values.clear();
+    for (const Json& element : *item) {
+      const std::string place = std::string(key) + "[" + std::to_string(values.size()) + "]";
+      read_object(place, element, [&](Reader& reader) { fields(reader, values.emplace_back()); });
+    }
+  }
+
   // To be called last: a misspelt key would otherwise be passed over in silence.
   void refuse_unknown_keys() const {
-    for (const cJSON* item = object_->child; item != nullptr; item = item->next) {
-      if ((", " + known_ + ", ").find(std::string(", ") + item->string + ", ") ==
-          std::string::npos) {
-        fail(std::string("unknown key \"") + item->string + "\"; known here: " + known_);
+    for (const auto& [key, value] : object_.items()) {
+      if (std::ranges::find(known_, key) == known_.end()) {
+        throw std::runtime_error(file_ + ": there is no key \"" + prefix_ + key +
+                                 "\"; allowed here: " + joined(known_));
       }
     }
   }
-  [[noreturn]] void fail(const std::string& what) const {
-    throw std::runtime_error(where_ + ": " + what);
-  }
-  [[noreturn]] void fail(const char* key, const std::string& allowed) const {
-    fail(std::string("\"") + key + "\" must be " + allowed);
-  }
-  const std::string& where() const { return where_; }
 
  private:
-  std::string where_;
-  const cJSON* object_;
-  std::string known_;
+  const Json* find(const char* key) {
+    known_.emplace_back(key);
+    const auto found = object_.find(key);
+    return found == object_.end() ? nullptr : &*found;
+  }
+
+  template <typename Fields>
+  void read_object(const std::string& key, const Json& item, Fields fields) const {
+    if (!item.is_object()) refuse(key, item, "an object, as {...}");
+    Reader reader(file_, prefix_ + key + ".", item);
+    fields(reader);
+    reader.refuse_unknown_keys();
+  }
+
+  template <typename Number>
+  Number whole(const char* key, const Json& item, uint32_t smallest, uint32_t largest) const {
+    if (!item.is_number_unsigned() || item < smallest || item > largest) {
+      refuse(key, item,
+             "a whole number from " + std::to_string(smallest) + " to " + std::to_string(largest));
+    }
+    return item.get<Number>();
+  }
+
+  [[noreturn]] void refuse(const std::string& key, const Json& value,
+                           const std::string& allowed) const {
+    throw std::runtime_error(file_ + ": \"" + prefix_ + key + "\" is " + excerpt(value) +
+                             "; it must be " + allowed);
+  }
+
+  const std::string& file_;
+  std::string prefix_;
+  const Json& object_;
+  std::vector<std::string> known_;
 };
 
-uint32_t connector_type(const Reader& reader, const cJSON* item) {
-  if (cJSON_IsNumber(item)) return reader.number<uint32_t>("type", item, 255);
-  const std::string name = reader.text("type", item);
-  for (uint32_t code = 0; code < std::size(kConnectorTypes); ++code) {
-    if (kConnectorTypes[code] == name) return code;
+// Writes what a Reader reads, by the same calls.
+class Writer {
+ public:
+  void flag(const char* key, bool value) { json[key] = value; }
+  void text(const char* key, const std::string& value) { json[key] = value; }
+  void number(const char* key, uint32_t value, uint32_t /*smallest*/, uint32_t /*largest*/) {
+    json[key] = value;
   }
-  reader.fail("type", "a connector type name such as eDP or HDMI-A, or its code");
-}
-
-std::vector<Connector> read_connectors(const std::string& where, const cJSON* list) {
-  std::vector<Connector> connectors;
-  std::map<uint32_t, uint32_t> last_type_id;
-  const cJSON* item = nullptr;
-  cJSON_ArrayForEach(item, list) {
-    Reader reader(where + ": connectors", item);
-    Connector connector;
-    if (const cJSON* type = reader.find("type")) connector.type = connector_type(reader, type);
-    connector.type_id = ++last_type_id[connector.type];
-    reader.read("connected", connector.connected);
-    reader.read("has_encoder", connector.has_encoder);
-    reader.read("lit", connector.lit);
-    reader.read("picture_controls", connector.picture_controls);
-    reader.refuse_unknown_keys();
-    connectors.push_back(connector);
-  }
-  return connectors;
-}
-
-void read_store(Reader& board, Description& description) {
-  const cJSON* object = board.find("store");
-  if (object == nullptr) return;
-  Reader reader(board.where() + ": store", object);
-  if (const cJSON* version = reader.find("version")) {
-    if (cJSON_GetArraySize(version) != 2) reader.fail("version", "two numbers, as in [2, 0]");
-    for (int i = 0; i < 2; ++i) {
-      description.store_version[i] =
-          reader.number<uint16_t>("version", cJSON_GetArrayItem(version, i), 65535);
+  template <typename Value, typename NameValue, size_t Size>
+  void word(const char* key, const Value& value, const Name<NameValue> (&names)[Size]) {
+    for (const auto& [name, named] : names) {
+      if (named == value) json[key] = name;
     }
   }
-  reader.read("empty", description.store_empty);
-  reader.refuse_unknown_keys();
+  void connector_type(uint32_t value) { json["type"] = value; }
+  void version(const uint16_t (&value)[2]) { json["version"] = {value[0], value[1]}; }
+  void texts(const char* key, const std::map<std::string, std::string>& values) {
+    json[key] = values;
+  }
+  template <typename Fields>
+  void object(const char* key, Fields fields) {
+    Writer writer;
+    fields(writer);
+    json[key] = writer.json;
+  }
+  template <typename Value, typename Fields>
+  void list(const char* key, std::vector<Value>& values, size_t /*most*/, Fields fields) {
+    json[key] = Json::array();
+    for (Value& value : values) {
+      Writer writer;
+      fields(writer, value);
+      json[key].push_back(writer.json);
+    }
+  }
+
+  Json json = Json::object();
+};
+
+// One walk for both directions: what is written can be read.
+void transfer(auto& archive, Description& board) {
+  archive.text("name", board.name);
+  archive.text("about", board.about);
+  archive.text("platform", board.platform);
+  archive.texts("properties", board.properties);
+  archive.object("store", [&](auto& store) {
+    store.version(board.store_version);
+    store.flag("empty", board.store_empty);
+  });
+  archive.list("connectors", board.connectors, kMostConnectors,
+               [](auto& fields, Connector& connector) {
+                 fields.connector_type(connector.type);
+                 fields.flag("connected", connector.connected);
+                 fields.flag("has_encoder", connector.has_encoder);
+                 fields.flag("lit", connector.lit);
+                 fields.flag("picture_controls", connector.picture_controls);
+               });
+  archive.number("gamma_lut_size", board.gamma_lut_size, 0, kLargestGammaTable);
+  archive.object("dump", [&](auto& dump) {
+    dump.number("width", board.dump_width, kSmallestDump, kLargestDump);
+    dump.number("height", board.dump_height, kSmallestDump, kLargestDump);
+    dump.word("format_in", board.dump_format_in, kDumpFormats);
+    dump.word("format_out", board.dump_format_out, kDumpFormats);
+  });
+  archive.word("engine", board.engine, kEngineNames);
+  archive.object("faults", [&](auto& faults) {
+    faults.word("open", board.faults.open_errno, kErrnoNames);
+    faults.flag("no_device", board.faults.no_device);
+    faults.flag("not_master", board.faults.not_master);
+    faults.flag("bus_id", board.faults.bus_id);
+    faults.word("gamma", board.faults.gamma_errno, kErrnoNames);
+    faults.word("commit", board.faults.commit_errno, kErrnoNames);
+    faults.flag("pace_commits", board.faults.pace_commits);
+  });
 }
 
-void read_dump(Reader& board, Description& description) {
-  const cJSON* object = board.find("dump");
-  if (object == nullptr) return;
-  Reader reader(board.where() + ": dump", object);
-  reader.read_number("width", description.dump_width, 8192);
-  reader.read_number("height", description.dump_height, 8192);
-  reader.read("format_in", description.dump_format_in);
-  reader.read("format_out", description.dump_format_out);
-  reader.refuse_unknown_keys();
-}
-
-void read_faults(Reader& board, Faults& faults) {
-  const cJSON* object = board.find("faults");
-  if (object == nullptr) return;
-  Reader reader(board.where() + ": faults", object);
-  reader.read_named("open", faults.open_errno, kErrnoNames);
-  reader.read("no_device", faults.no_device);
-  reader.read("not_master", faults.not_master);
-  reader.read("bus_id", faults.bus_id);
-  reader.read_named("gamma", faults.gamma_errno, kErrnoNames);
-  reader.read_named("commit", faults.commit_errno, kErrnoNames);
-  reader.read("pace_commits", faults.pace_commits);
-  reader.refuse_unknown_keys();
+// The library would keep the last of two keys in silence.
+Json parse(const std::string& file, const std::string& text) try {
+  std::vector<std::set<std::string>> keys;
+  return Json::parse(text, [&](int, Json::parse_event_t event, Json& parsed) {
+    if (event == Json::parse_event_t::object_start) keys.emplace_back();
+    if (event == Json::parse_event_t::object_end) keys.pop_back();
+    if (event == Json::parse_event_t::key && !keys.back().insert(parsed).second) {
+      throw std::runtime_error(file + ": the key " + excerpt(parsed) +
+                               " stands twice in one object; leave one of them");
+    }
+    return true;
+  });
+} catch (const Json::exception& error) {
+  const std::string_view what = error.what();  // "[library's own code] reason"
+  throw std::runtime_error(file +
+                           " is not valid JSON: " + std::string(what.substr(what.find(']') + 2)));
 }
 
 }  // namespace
@@ -167,31 +277,26 @@ Description read_description(const std::filesystem::path& file) {
   std::ifstream stream(file);
   if (!stream) throw std::runtime_error("cannot read the board description " + file.string());
   const std::string text{std::istreambuf_iterator<char>(stream), {}};
-  const std::unique_ptr<cJSON, DeleteJson> root(cJSON_Parse(text.c_str()));
-  if (root == nullptr) throw std::runtime_error(file.string() + ": is no valid JSON");
-
-  Reader reader(file.string(), root.get());
+  const std::string name = file.string();
+  const Json root = parse(name, text);
+  if (!root.is_object()) {
+    throw std::runtime_error(name + " holds " + excerpt(root) + "; it must hold an object");
+  }
   Description description;
   description.name = file.stem().string();
-  reader.read("name", description.name);
-  reader.read("about", description.about);
-  reader.read("platform", description.platform);
-  if (const cJSON* properties = reader.find("properties")) {
-    const cJSON* item = nullptr;
-    cJSON_ArrayForEach(item, properties) {
-      description.properties[item->string] = reader.text(item->string, item);
-    }
-  }
-  read_store(reader, description);
-  if (const cJSON* list = reader.find("connectors")) {
-    description.connectors = read_connectors(reader.where(), list);
-  }
-  reader.read_number("gamma_lut_size", description.gamma_lut_size, kLargestGammaTable);
-  read_dump(reader, description);
-  reader.read_named("engine", description.engine, kEngineNames);
-  read_faults(reader, description.faults);
+  Reader reader(name, "", root);
+  transfer(reader, description);
   reader.refuse_unknown_keys();
+  std::map<uint32_t, uint32_t> last_type_id;
+  for (Connector& connector : description.connectors)
+    connector.type_id = ++last_type_id[connector.type];
   return description;
+}
+
+std::string to_json(Description description) {
+  Writer writer;
+  transfer(writer, description);
+  return writer.json.dump(2) + '\n';
 }
 
 std::string connector_name(uint32_t type, uint32_t type_id) {

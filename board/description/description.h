@@ -68,15 +68,16 @@ struct Description {
   bool operator==(const Description&) const = default;
 };
 
-// Reads a description. Throws std::runtime_error that names the file, the key and what is allowed
-// there: a board that is described wrongly must not start.
+// Reads a description. Throws std::runtime_error that names the file, the key, its value and what
+// is allowed there: a board that is described wrongly must not start.
 Description read_description(const std::filesystem::path& file);
 
 // The name users give a connector: its type's name, "-", its type id, as in HDMI-A-1. Types that
 // have no name there are called by their code, as in type20-1.
 std::string connector_name(uint32_t type, uint32_t type_id);
+
 // The text of a file that read_description() reads back alike, every key written out.
-std::string to_json(const Description& description);
+std::string to_json(Description description);
 
 // Where a running board keeps its state: the folder named by the environment variable BOARD_DIR,
 // "/board" when unset. Every part of the simulated board finds its files below it:
