@@ -63,7 +63,8 @@ Board::Board(Description description, BoardOptions options)
   // already, as it has at /bin.
   options_.daemon = fs::weakly_canonical(options_.daemon);
   state_.boot(description_);
-  fs::remove(state_.path() / "log");
+  // A state folder of the user's own may hold a file of that name.
+  if (!options_.log_to_terminal) fs::remove(state_.path() / "log");
 }
 
 Board::~Board() = default;

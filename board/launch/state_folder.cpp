@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -24,8 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A temporary folder's name tells whose board it is, and what it is for: nobody is offered somebody
-// else's board, nor one that a test made.
+// A temporary folder's name tells whose board it is, and what it is for: a user is not offered a
+// board that a test made.
 constexpr std::string_view kAnnounced = "run";
 constexpr std::string_view kUnannounced = "test";
 constexpr std::string_view kUnlocked = "new";  // about to be locked and renamed
@@ -42,10 +44,19 @@ bool locked_by_a_board(const fs::path& folder) {
   return locked;
 }
 
+// Anybody may make a folder of any name where temporary ones are. Ours alone are these: no link, of
+// this user, and not to be changed by others.
+bool is_own_folder(const fs::path& path) {
+  struct stat status {};
+  return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::getuid() && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 std::vector<fs::path> temporary_folders(std::string_view kind) {
   std::vector<fs::path> folders;
   for (const auto& entry : fs::directory_iterator(fs::temp_directory_path())) {
-    if (entry.path().filename().string().starts_with(prefix(kind))) folders.push_back(entry.path());
+    const bool named = entry.path().filename().string().starts_with(prefix(kind));
+    if (named && is_own_folder(entry.path())) folders.push_back(entry.path());
   }
   return folders;
 }
@@ -55,6 +66,16 @@ void remove_abandoned(std::string_view kind) {
   std::error_code ignored;
   for (const auto& folder : temporary_folders(kind)) {
     if (!locked_by_a_board(folder)) fs::remove_all(folder, ignored);
+  }
+}
+
+// Also where it was killed before it had the lock. A younger folder may be about to get it.
+void remove_unfinished() {
+  constexpr std::chrono::minutes kLongestStart{1};
+  std::error_code ignored;
+  for (const auto& folder : temporary_folders(kUnlocked)) {
+    const auto age = fs::file_time_type::clock::now() - fs::last_write_time(folder, ignored);
+    if (age > kLongestStart && !locked_by_a_board(folder)) fs::remove_all(folder, ignored);
   }
 }
 
@@ -138,13 +159,11 @@ void StateFolder::boot(const Description& description) const {
 }
 
 std::vector<Mount> StateFolder::mounts() const {
-  std::vector<Mount> mounts = {{"/data", path_ / "data", true},
-                               {"/var/cache", path_ / "var/cache", true},
-                               {"/board", board(), true},
-                               {"/system/bin", program_folder(), false}};
-  const fs::path display = display_node_folder(board());
-  if (!display.empty()) mounts.push_back({"/dev/dri", display, true});
-  return mounts;
+  return {{"/data", path_ / "data", true},
+          {"/var/cache", path_ / "var/cache", true},
+          {"/board", board(), true},
+          {"/system/bin", program_folder(), false},
+          {"/dev/dri", display_node_folder(board()), true}};
 }
 
 fs::path StateFolder::file(const fs::path& on_board) const {
@@ -163,6 +182,7 @@ void StateFolder::publish(bool announced) {
   fs::rename(path_, published);
   path_ = published;
   remove_abandoned(kind);
+  remove_unfinished();
 }
 
 std::vector<fs::path> running_boards() {

@@ -1,6 +1,6 @@
 // The folder that holds everything a simulated board writes:
 //   data/ var/cache/ board/    what the board sees as /data, /var/cache and /board
-//   dev/dri/                   the placeholder of the display device
+//   board/drm/dri/             what it sees as /dev/dri
 //   log                        what the daemon and its companions printed, unless on a terminal
 //   lock                       locked as long as the board is up
 #ifndef BOARD_LAUNCH_STATE_FOLDER_H_
@@ -52,7 +52,8 @@ class StateFolder {
   int lock_ = -1;
 };
 
-// The temporary state folders of this user's announced boards that are up.
+// The temporary state folders of this user's announced boards that are up. A folder that is a link,
+// of another user, or open to others' changes is none.
 std::vector<std::filesystem::path> running_boards();
 
 }  // namespace board

@@ -5,7 +5,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -157,6 +159,56 @@ TEST(Board, KeepsItsStateInAFolderOfOnesOwn) {
   EXPECT_EQ("9 9", again.read("/board/baseparameter/version"));
   EXPECT_EQ("kept", again.property("persist.vendor.a"));
   EXPECT_EQ(std::nullopt, again.property("vendor.a"));
+}
+
+TEST(Board, LeavesAFileCalledLogInThatFolderAlone) {
+  const TemporaryFolder folder;
+  folder.write("log", "mine");
+  BoardOptions options;
+  options.state = folder.path();
+  options.log_to_terminal = true;
+  const Board board("tv", options);
+  EXPECT_EQ("mine", folder.read("log"));
+}
+
+// Whoever can make one of these must not choose where a property is written.
+TEST(RunningBoards, AreNeitherLinksNorOpenToOthers) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(0, ::setenv("TMPDIR", folder.path().c_str(), 1));
+  const std::string name = "qxboard-run-" + std::to_string(::getuid()) + "-";
+  const fs::path real = folder.path() / "real";
+  const fs::path open = folder.path() / (name + "open");
+  for (const auto& path : {real, open})
+    folder.write(path / "lock", "");
+  fs::create_directory_symlink(real, folder.path() / (name + "link"));
+  const auto hold = [](const fs::path& path) {
+    const int descriptor = ::open((path / "lock").c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(0, ::flock(descriptor, LOCK_EX));
+    return descriptor;
+  };
+  const int locks[] = {hold(real), hold(open)};
+  fs::permissions(open, fs::perms::all);
+  EXPECT_TRUE(running_boards().empty());
+  fs::permissions(open, fs::perms::owner_all);
+  EXPECT_EQ(running_boards(), std::vector<fs::path>{open});
+  for (const int lock : locks)
+    ::close(lock);
+  ::unsetenv("TMPDIR");
+}
+
+TEST(Board, RemovesWhatKilledOnesLeft) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(0, ::setenv("TMPDIR", folder.path().c_str(), 1));
+  const std::string owner = "-" + std::to_string(::getuid()) + "-x";
+  for (const char* kind : {"new", "test", "run"})
+    folder.write("qxboard-" + (kind + owner) + "/board/file", "");
+  fs::last_write_time(folder.path() / ("qxboard-new" + owner),
+                      fs::file_time_type::clock::now() - std::chrono::hours(1));
+  { const Board board("tv", {}); }
+  EXPECT_FALSE(fs::exists(folder.path() / ("qxboard-new" + owner)));
+  EXPECT_FALSE(fs::exists(folder.path() / ("qxboard-test" + owner)));
+  EXPECT_TRUE(fs::exists(folder.path() / ("qxboard-run" + owner))) << "another kind's";
+  ::unsetenv("TMPDIR");
 }
 
 }  // namespace
