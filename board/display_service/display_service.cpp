@@ -114,7 +114,7 @@ void DisplayService::read_announced_parameters() {
 
 void DisplayService::redraw() {
   guarded("redrawing", [this] {
-    DisplayState state = read_hardware_state(board_folder_);
+    ScreenState state = read_hardware_state(board_folder_);
     // Pattern mode switches DCI off in the document and announces it, without a new table from the
     // engine: the service itself takes the stage out of the picture then.
     if (state.lut && announced_ && !announced_->dci.enable) {
@@ -126,7 +126,7 @@ void DisplayService::redraw() {
 
 void DisplayService::follow_device() {
   guarded("reading the display device", [this] {
-    DisplayState state = on_screen_;
+    ScreenState state = on_screen_;
     update_device_settings(board_folder_, state);
     if (state.controls != on_screen_.controls || state.gamma != on_screen_.gamma) {
       show(std::move(state));
@@ -134,7 +134,7 @@ void DisplayService::follow_device() {
   });
 }
 
-void DisplayService::show(DisplayState state) {
+void DisplayService::show(ScreenState state) {
   write_state(state, state_file(board_folder_));
   on_screen_ = std::move(state);
 }

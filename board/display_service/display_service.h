@@ -18,8 +18,8 @@
 #include "display_service/picture_dump.h"
 #include "engine/parameters.h"
 #include "properties/property_store.h"
-#include "screen/display_state.h"
 #include "screen/picture.h"
+#include "screen/screen_state.h"
 
 namespace board::screen {
 
@@ -50,7 +50,7 @@ class DisplayService {
   void read_announced_parameters();
   void redraw();
   void follow_device();
-  void show(DisplayState state);
+  void show(ScreenState state);
   void take_due_dumps(Clock::time_point now);
   void take_dump(DumpSide side);
   std::optional<std::chrono::milliseconds> until_first_dump() const;
@@ -65,7 +65,7 @@ class DisplayService {
   std::map<std::string, std::string> told_;      // values of the watched properties, as last seen
   std::map<DumpSide, Clock::time_point> due_;    // requested dumps, and when each waits no longer
   std::optional<engine::Parameters> announced_;  // the document's, at the last timeline change
-  DisplayState on_screen_;
+  ScreenState on_screen_;
 };
 
 }  // namespace board::screen

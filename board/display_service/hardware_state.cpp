@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 // The connector that the picture is on, as the daemon and a viewer choose it. Null when there is no
 // display.
-const DisplayConnector* find_connector(const board::DisplayState& display, const fs::path& board) {
+const DisplayConnector* find_connector(const DisplayState& display, const fs::path& board) {
   const auto primary = PropertyStore(board / "properties").get("vendor.hwc.device.primary");
   return shown_connector(display, primary.value_or(""));
 }
@@ -43,14 +43,9 @@ std::optional<Lut3d> read_table(const fs::path& file) {
   return lut;
 }
 
-PictureControls to_screen(const board::PictureControls& percent) {
-  return {static_cast<int>(percent.brightness), static_cast<int>(percent.contrast),
-          static_cast<int>(percent.saturation), static_cast<int>(percent.hue)};
-}
-
-void take_settings(const DisplayConnector& connector, DisplayState& state) {
-  if (connector.controls) state.controls = to_screen(*connector.controls);
-  state.gamma = {connector.gamma.red, connector.gamma.green, connector.gamma.blue};
+void take_settings(const DisplayConnector& connector, ScreenState& state) {
+  if (connector.controls) state.controls = *connector.controls;
+  state.gamma = connector.gamma;
 }
 
 std::optional<PatternColour> read_pattern(const fs::path& file) {
@@ -65,9 +60,9 @@ std::optional<PatternColour> read_pattern(const fs::path& file) {
 
 }  // namespace
 
-DisplayState read_hardware_state(const fs::path& board_folder) {
-  DisplayState state;
-  const board::DisplayState display = read_display_state(board_folder);
+ScreenState read_hardware_state(const fs::path& board_folder) {
+  ScreenState state;
+  const DisplayState display = read_display_state(board_folder);
   if (const auto* connector = find_connector(display, board_folder)) {
     take_settings(*connector, state);
     state.lut = read_table(stored_table(board_folder, *connector));
@@ -76,8 +71,8 @@ DisplayState read_hardware_state(const fs::path& board_folder) {
   return state;
 }
 
-void update_device_settings(const fs::path& board_folder, DisplayState& state) {
-  const board::DisplayState display = read_display_state(board_folder);
+void update_device_settings(const fs::path& board_folder, ScreenState& state) {
+  const DisplayState display = read_display_state(board_folder);
   if (const auto* connector = find_connector(display, board_folder)) {
     take_settings(*connector, state);
   }

@@ -4,16 +4,16 @@
 
 #include <filesystem>
 
-#include "screen/display_state.h"
+#include "screen/screen_state.h"
 
 namespace board::screen {
 
 // The state at this moment: the 3D table from the base-parameter store, the pattern from the
 // activity that shows it. What is not there counts as not set.
-DisplayState read_hardware_state(const std::filesystem::path& board_folder);
+ScreenState read_hardware_state(const std::filesystem::path& board_folder);
 
 // Takes over only what programs set on the display device itself: picture controls and gamma table.
-void update_device_settings(const std::filesystem::path& board_folder, DisplayState& state);
+void update_device_settings(const std::filesystem::path& board_folder, ScreenState& state);
 
 }  // namespace board::screen
 

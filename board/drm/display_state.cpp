@@ -35,8 +35,8 @@ DisplayConnector read_connector(const drm::DeviceFile& device, size_t index) {
   connector.type_id = output.connector_type_id;
   connector.connected = output.connected != 0;
   if (output.has_controls != 0) {
-    const auto [brightness, contrast, saturation, hue] = output.controls;
-    connector.controls = PictureControls{brightness, contrast, saturation, hue};
+    const auto percent = [&](size_t i) { return static_cast<int>(output.controls[i]); };
+    connector.controls = PictureControls{percent(0), percent(1), percent(2), percent(3)};
   }
   if (output.lit == 0) return connector;
   connector.crtc_id = drm::crtc_id(record.crtc_position(index));

@@ -13,23 +13,10 @@
 #include <string_view>
 #include <vector>
 
+#include "colour/picture_settings.h"
 #include "description/description.h"
 
 namespace board {
-
-// Percent, 0..100; 50 is neutral.
-struct PictureControls {
-  uint32_t brightness = 50;
-  uint32_t contrast = 50;
-  uint32_t saturation = 50;
-  uint32_t hue = 50;
-};
-
-// The CRTC's look-up table: output values 0..65535 for evenly spaced inputs, black first. The
-// three are of one size; all are empty when no table was loaded, which means output = input.
-struct GammaTable {
-  std::vector<uint16_t> red, green, blue;
-};
 
 struct DisplayConnector {
   std::string name;  // as in HDMI-A-1

@@ -1,5 +1,6 @@
 // The stored parameters that the engine computes its table from: the dci, acm and sharp sections of
-// the PQ document. docs/board.md, "The engine's model", says what the engine makes of them.
+// the PQ document. docs/board-engine-and-screen.md, "The engine's model", says what the engine
+// makes of them.
 #ifndef BOARD_ENGINE_PARAMETERS_H_
 #define BOARD_ENGINE_PARAMETERS_H_
 

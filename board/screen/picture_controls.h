@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "screen/display_state.h"
+#include "screen/screen_state.h"
 
 namespace board::screen {
 

@@ -31,7 +31,7 @@ size_t gamma_entry(float channel) {
 
 }  // namespace
 
-Pipeline::Pipeline(const DisplayState& state)
+Pipeline::Pipeline(const ScreenState& state)
     : lut_(state.lut),
       gamma_{spread_gamma_table(state.gamma.red), spread_gamma_table(state.gamma.green),
              spread_gamma_table(state.gamma.blue)} {
@@ -59,7 +59,7 @@ Picture Pipeline::apply(const Picture& input) const {
   return output;
 }
 
-Picture screen_input(const DisplayState& state, Size size) {
+Picture screen_input(const ScreenState& state, Size size) {
   return state.pattern ? draw_pattern(size, *state.pattern) : draw_test_picture(size);
 }
 

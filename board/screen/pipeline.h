@@ -8,16 +8,16 @@
 #include <optional>
 #include <vector>
 
-#include "screen/display_state.h"
 #include "screen/picture.h"
 #include "screen/picture_controls.h"
+#include "screen/screen_state.h"
 
 namespace board::screen {
 
 // The stages for one state, prepared once and then applied to any number of pixels.
 class Pipeline {
  public:
-  explicit Pipeline(const DisplayState& state);
+  explicit Pipeline(const ScreenState& state);
 
   Rgb16 apply(const Rgb16& input) const;
   Picture apply(const Picture& input) const;
@@ -29,7 +29,7 @@ class Pipeline {
 };
 
 // What goes into the stages: the full-screen pattern when there is one, else the test picture.
-Picture screen_input(const DisplayState& state, Size size);
+Picture screen_input(const ScreenState& state, Size size);
 
 }  // namespace board::screen
 

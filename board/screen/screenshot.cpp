@@ -20,7 +20,7 @@ void write_screenshot(const std::filesystem::path& board_folder,
                              "); is the board's display service running?");
   }
   const Size size = screen_size(read_description(board_folder / "description.json"));
-  const DisplayState shown = read_state(state);
+  const ScreenState shown = read_state(state);
   write_png(Pipeline(shown).apply(screen_input(shown, size)), file);
 }
 

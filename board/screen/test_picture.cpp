@@ -2,17 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <numbers>
 
 #include "screen/row_bands.h"
-#include "screen/scene.h"
 
 namespace board::screen {
 namespace {
-
-// Where a pixel stands: 0 at the left edge of the left pixel, 1 at the right edge of the right one.
-double centre(uint32_t position, uint32_t length) {
-  return (position + 0.5) / length;
-}
 
 // The first pixel is 0 and the last one 1, as a ramp has to reach both ends of its range.
 double end_to_end(uint32_t position, uint32_t length) {
@@ -46,10 +42,18 @@ Rgb primary_ramps(uint32_t x, uint32_t width) {
   return scaled(kPrimaries[ramp], std::min(end_to_end(x - ramp * third, third), 1.0));
 }
 
+// Every hue along the row; saturation from none at 0 to about the most that mid-grey can have at 1.
+Rgb hue_sweep(double hue, double saturation) {
+  constexpr double kMostChroma = 0.3;
+  const double angle = hue * 2 * std::numbers::pi;
+  const double chroma = saturation * kMostChroma;
+  return to_rgb({0.5, chroma * std::cos(angle), chroma * std::sin(angle)});
+}
+
 void draw_row(uint32_t y, Picture& picture) {
   const auto [width, height] = picture.size;
   const auto sixteenth = static_cast<uint32_t>(uint64_t{y} * 16 / height);
-  constexpr double kSceneStart = 9.0 / 16;
+  const uint32_t sweep_start = height * 9 / 16;
   uint32_t x = 0;
   for (Rgb16& pixel : picture.row(y)) {
     Rgb colour;
@@ -64,8 +68,7 @@ void draw_row(uint32_t y, Picture& picture) {
     } else if (sixteenth < 9) {
       colour = patch_at(kSkinTones, x, width);
     } else {
-      colour =
-          scene_colour(centre(x, width), (centre(y, height) - kSceneStart) / (1 - kSceneStart));
+      colour = hue_sweep(end_to_end(x, width), end_to_end(y - sweep_start, height - sweep_start));
     }
     pixel = to_full_scale(colour);
     ++x;

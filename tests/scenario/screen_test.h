@@ -30,7 +30,7 @@ struct Means {
 class ScreenTest : public DaemonTest {
  protected:
   // The display service starts together with the daemon, so this waits for its first picture.
-  board::screen::DisplayState on_screen() {
+  board::screen::ScreenState on_screen() {
     const auto file = board::screen::state_file(board().file("/board"));
     EXPECT_TRUE(soon([&] { return std::filesystem::exists(file); }));
     return board::screen::read_state(file);
@@ -62,10 +62,7 @@ class ScreenTest : public DaemonTest {
     EXPECT_TRUE(soon([this] {
       const auto device = board::read_display_state(board().file("/board")).connectors.at(0);
       const auto state = on_screen();
-      return state.gamma.red == device.gamma.red && state.gamma.green == device.gamma.green &&
-             state.gamma.blue == device.gamma.blue &&
-             state.controls.brightness == static_cast<int>(device.controls->brightness) &&
-             state.controls.saturation == static_cast<int>(device.controls->saturation);
+      return state.gamma == device.gamma && state.controls == device.controls;
     }));
     return means();
   }
