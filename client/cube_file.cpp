@@ -49,6 +49,8 @@ class CubeParser {
       cube_.domain_low = colour_in(words, 1);
     } else if (words[0] == "DOMAIN_MAX") {
       cube_.domain_high = colour_in(words, 1);
+    } else if (words[0] == "LUT_1D_INPUT_RANGE" || words[0] == "LUT_3D_INPUT_RANGE") {
+      take_range(words);
     } else {
       if (cube_.size == 0) fail("LUT_3D_SIZE or LUT_1D_SIZE must come before the rows");
       if (cube_.points.size() == expected_points()) {
@@ -65,6 +67,15 @@ class CubeParser {
     }
     cube_.dimensions = dimensions;
     cube_.size = static_cast<int>(*size);
+  }
+
+  // Some grading tools write the domain like this, one for all channels.
+  void take_range(const std::vector<std::string_view>& words) {
+    const auto low = words.size() == 3 ? decimal_in(words[1]) : std::nullopt;
+    const auto high = words.size() == 3 ? decimal_in(words[2]) : std::nullopt;
+    if (!low || !high) fail(std::string(words[0]) + " takes two numbers");
+    cube_.domain_low.fill(*low);
+    cube_.domain_high.fill(*high);
   }
 
   LinearColour colour_in(const std::vector<std::string_view>& words, std::size_t first) {
@@ -133,6 +144,14 @@ LinearColour Cube::apply(const LinearColour& colour) const {
       result.at(i) += weight * points[index].at(i);
   }
   return result;
+}
+
+bool is_cube(std::string_view text) {
+  while (!text.empty()) {
+    const std::string_view line = take_line(text);
+    if (line.starts_with("LUT_1D_SIZE") || line.starts_with("LUT_3D_SIZE")) return true;
+  }
+  return false;
 }
 
 Cube parse_cube(std::string_view text) {

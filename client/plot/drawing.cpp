@@ -195,12 +195,16 @@ class PanelDrawing {
     pen_.unclip();
   }
 
+  // Where cell `index` of `count` begins, as a fraction of the plot. The axes run from the first
+  // cell's centre to the last one's, so these two show one half only.
+  static double cell_edge(int index, int count) {
+    return count > 1 ? std::clamp((index - 0.5) / (count - 1), 0.0, 1.0) : index;
+  }
+
   // Neighbouring cells of equal value are drawn in one piece: an SVG with thousands of cells is
   // slow.
   void draw_grid() {
     const Grid& grid = panel_.grid;
-    const double width = plot_.width / grid.columns;
-    const double height = plot_.height / grid.rows;
     pen_.soft_edges(false);
     for (int row = 0; row < grid.rows; ++row) {
       for (int from = 0, to = 0; from < grid.columns; from = to) {
@@ -208,8 +212,11 @@ class PanelDrawing {
         while (to < grid.columns && grid.at(to, row) == value)
           ++to;
         pen_.colour(scale_colour(grid, value));
-        pen_.fill({plot_.x + from * width, plot_.y + (grid.rows - 1 - row) * height,
-                   (to - from) * width, height});
+        const double left = cell_edge(from, grid.columns) * plot_.width;
+        const double right = cell_edge(to, grid.columns) * plot_.width;
+        const double low = cell_edge(row, grid.rows) * plot_.height;
+        const double high = cell_edge(row + 1, grid.rows) * plot_.height;
+        pen_.fill({plot_.x + left, plot_.y + plot_.height - high, right - left, high - low});
       }
     }
     draw_scale();

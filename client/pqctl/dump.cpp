@@ -41,12 +41,14 @@ std::vector<std::string> names_of(const std::map<std::string, Value>& values) {
   return names;
 }
 
+constexpr double kDifferenceGain = 4;  // where --gain does not say
+
 struct Arguments {
   std::string side;
   std::string file;
   bool raw = false;
   bool compare = false;
-  double gain = 4;
+  double gain = 0;  // of the drawn difference; 0: not given
   std::string matrix = "bt709";
   std::string range = "limited";
 
@@ -148,7 +150,8 @@ void compare(Session& session, const Arguments& arguments) {
     pictures.push_back(pqclient::decode(fetch(session, side), arguments.coding()));
   const auto difference = pqclient::compare_pictures(pictures[0], pictures[1]);
   if (!arguments.file.empty()) {
-    pictures.push_back(pqclient::difference_picture(pictures[0], pictures[1], arguments.gain));
+    pictures.push_back(pqclient::difference_picture(
+        pictures[0], pictures[1], arguments.gain > 0 ? arguments.gain : kDifferenceGain));
     write_output(arguments.file, text_of(pqclient::encode_png(pqclient::side_by_side(pictures))));
   }
   std::ostream& out = arguments.file == "-" ? std::cerr : std::cout;
@@ -166,6 +169,10 @@ void check_combination(const Arguments& arguments) {
   if (arguments.compare && arguments.raw) {
     throw Error(ErrorKind::kInput,
                 "--compare and --raw exclude each other: --compare draws a picture");
+  }
+  if (arguments.gain > 0 && (!arguments.compare || arguments.file.empty())) {
+    throw Error(ErrorKind::kInput,
+                "--gain is for drawing the difference: add --compare and -o FILE");
   }
   if (arguments.file.empty() && !arguments.compare) {
     throw Error(ErrorKind::kInput,

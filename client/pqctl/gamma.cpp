@@ -47,8 +47,8 @@ GammaCurves same_for_all(const pqclient::GammaCurve& curve) {
 
 GammaCurves curves_in_file(const Arguments& arguments) {
   const std::string text = read_input(arguments.file);
-  const bool is_cube = arguments.file.ends_with(".cube") || text.find("LUT_") != std::string::npos;
-  if (is_cube) return pqclient::gamma_of_cube(pqclient::parse_cube(text));
+  const bool cube = arguments.file.ends_with(".cube") || pqclient::is_cube(text);
+  if (cube) return pqclient::gamma_of_cube(pqclient::parse_cube(text));
   return pqclient::parse_gamma_csv(text, arguments.full_scale);
 }
 

@@ -95,6 +95,10 @@ void draw(const plot::Chart& chart, const Arguments& arguments) {
 
 void plot_chart(Session& session, const Arguments& arguments) {
   if (!arguments.output.empty()) format_of(arguments.output);  // refuse before the query
+  const bool has_size = arguments.width > 0 || arguments.height > 0;
+  if (has_size && arguments.output.empty()) {
+    throw Error(ErrorKind::kInput, "--width and --height are for a file: add -o FILE");
+  }
   const plot::Chart chart = arguments.what == "lut" ? cube_chart(arguments.cube_file)
                                                     : board_chart(session, arguments.what);
   if (arguments.output.empty()) {

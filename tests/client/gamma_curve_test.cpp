@@ -105,6 +105,10 @@ TEST(CubeFile, AnswersBetweenItsPoints) {
   const Cube line = parse_cube("LUT_1D_SIZE 3\nDOMAIN_MAX 2 2 2\n0 0 0\n1 .5 .25\n1 1 1\n");
   EXPECT_EQ(line.apply({1, 1, 1}), (LinearColour{1, 0.5, 0.25}));
   EXPECT_EQ(line.apply({0.5, 3, -1}), (LinearColour{0.5, 1, 0}));
+  const Cube range = parse_cube("LUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE -1 3\n0 0 0\n1 1 1\n");
+  EXPECT_EQ(range.apply({-1, 1, 3}), (LinearColour{0, 0.5, 1}));
+  EXPECT_TRUE(is_cube(kCube3d));
+  EXPECT_FALSE(is_cube("LUT_R,LUT_G,LUT_B\n0,0,0\n")) << "a heading of a .csv file";
 }
 
 TEST(CubeFile, NamesTheLineThatIsWrong) {
@@ -114,6 +118,7 @@ TEST(CubeFile, NamesTheLineThatIsWrong) {
                                    {"", 0},
                                    {"LUT_1D_SIZE 2\n0 0 0\n0 x 0\n", 3},
                                    {"LUT_1D_SIZE 2\n0 0 0\n", 2},
+                                   {"LUT_1D_SIZE 2\nLUT_1D_INPUT_RANGE 1\n", 2},
                                    {"LUT_1D_SIZE 2\n0 0 0\n1 1 1\n2 2 2\n", 4},
                                    {"LUT_1D_SIZE 2\nDOMAIN_MIN 0 1 0\n0 0 0\n1 1 1\n", 4}}) {
     try {
