@@ -75,7 +75,7 @@ void add_run(CLI::App& app, Arguments& arguments) {
   command->add_option("--env", arguments.environment, "Environment variable for the daemon")
       ->allow_extra_args(false)
       ->type_name("NAME=VALUE");
-  command->add_option("--hurry", options.hurry, "Fixed waits take one Nth of their time")
+  command->add_option("--hurry", options.hurry, "Divide the daemon's fixed waits by N")
       ->check(CLI::Range(1U, 10'000U))
       ->type_name("N");
   command->add_option("--daemon", options.daemon, "Program to run (default: this build's)")

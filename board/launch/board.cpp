@@ -184,7 +184,7 @@ std::vector<fs::path> Board::companions() const {
 }
 
 Container Board::container() const {
-  std::vector<fs::path> visible{build_folder(), options_.daemon};
+  std::vector<fs::path> visible{installation_folder(), options_.daemon};
   visible.insert(visible.end(), options_.libraries.begin(), options_.libraries.end());
   const auto beside = companions();
   visible.insert(visible.end(), beside.begin(), beside.end());

@@ -12,23 +12,44 @@ namespace fs = std::filesystem;
 constexpr std::string_view kCompanions[] = {"display_service"};
 constexpr std::string_view kPreloadLibraries[] = {"libdrmdevice.so"};
 
-const fs::path kBuildFolder = BOARD_BUILD_FOLDER;
-const fs::path kCompanionFolder = BOARD_COMPANION_FOLDER;
-const fs::path kBoardsFolder = BOARD_BOARDS_FOLDER;
+struct Places {
+  fs::path board;  // holds lib, bin and the engines' folders
+  fs::path companions;
+  fs::path descriptions;
+  fs::path daemon;
+};
+
+// Installed, qxboard finds the rest beside itself, wherever that is. All other programs, such as
+// tests, use the build.
+Places find_places() {
+  const fs::path prefix = fs::read_symlink("/proc/self/exe").parent_path().parent_path();
+  const fs::path board = prefix / "lib/qxboard";
+  if (fs::is_directory(board / "boards")) {
+    return {board, board / "bin", board / "boards", prefix / "bin/qxaiq_tool_server"};
+  }
+  const fs::path build = BOARD_BUILD_FOLDER;
+  return {build / "board", BOARD_COMPANION_FOLDER, BOARD_BOARDS_FOLDER,
+          build / "qxaiq_tool_server"};
+}
+
+const Places& places() {
+  static const Places found = find_places();
+  return found;
+}
 
 }  // namespace
 
-fs::path build_folder() {
-  return kBuildFolder;
+fs::path installation_folder() {
+  return places().board;
 }
 fs::path library_folder() {
-  return kBuildFolder / "board/lib";
+  return places().board / "lib";
 }
 fs::path program_folder() {
-  return kBuildFolder / "board/bin";
+  return places().board / "bin";
 }
 fs::path daemon_program() {
-  return kBuildFolder / "qxaiq_tool_server";
+  return places().daemon;
 }
 fs::path proot_workarounds_library() {
   return "libboardproot.so";
@@ -43,16 +64,16 @@ fs::path engine_folder(Engine engine) {
     case Engine::kMissing:
       return {};
     case Engine::kWithoutGet:
-      return kBuildFolder / "board/lib-without-get";
+      return places().board / "lib-without-get";
     default:
-      return kBuildFolder / "board/lib-engine";
+      return places().board / "lib-engine";
   }
 }
 
 std::vector<fs::path> companion_programs() {
   std::vector<fs::path> programs;
   for (const auto name : kCompanions) {
-    if (fs::exists(kCompanionFolder / name)) programs.push_back(kCompanionFolder / name);
+    if (fs::exists(places().companions / name)) programs.push_back(places().companions / name);
   }
   return programs;
 }
@@ -67,7 +88,7 @@ std::vector<fs::path> preload_libraries() {
 
 std::vector<std::string> board_names() {
   std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(kBoardsFolder)) {
+  for (const auto& entry : fs::directory_iterator(places().descriptions)) {
     if (entry.path().extension() == ".json") names.push_back(entry.path().stem());
   }
   std::sort(names.begin(), names.end());
@@ -77,7 +98,7 @@ std::vector<std::string> board_names() {
 fs::path description_file(const std::string& name_or_file) {
   const auto names = board_names();
   if (std::find(names.begin(), names.end(), name_or_file) != names.end()) {
-    return kBoardsFolder / (name_or_file + ".json");
+    return places().descriptions / (name_or_file + ".json");
   }
   if (fs::is_regular_file(name_or_file)) return name_or_file;
   std::string known;

@@ -1,4 +1,4 @@
-// Where the launcher finds what a board is made of: the folders of this build.
+// Where the launcher finds what a board is made of: its own installation, or this build.
 #ifndef BOARD_LAUNCH_INSTALLATION_H_
 #define BOARD_LAUNCH_INSTALLATION_H_
 
@@ -10,9 +10,9 @@
 
 namespace board {
 
-std::filesystem::path build_folder();
-std::filesystem::path library_folder();  // the board's shared libraries
-std::filesystem::path program_folder();  // becomes /system/bin
+std::filesystem::path installation_folder();  // holds all that follows but the daemon
+std::filesystem::path library_folder();       // the board's shared libraries
+std::filesystem::path program_folder();       // becomes /system/bin
 std::filesystem::path daemon_program();
 
 // Programs that run as long as the board does, beside the daemon. The ones that this build has.
