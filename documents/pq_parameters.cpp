@@ -20,6 +20,7 @@ JsonPtr make_tree(j2s_ctx* context, const char* structure, const void* values) {
 
 JsonPtr take_pq_parameters(StoredDocument& stored) {
   const JsonPtr document = stored.parse();
+  stored.release_text();
   if (!document) return nullptr;
   JsonPtr parameters(cJSON_DetachItemFromObject(document.get(), kMember));
   if (!j2s::expand(parameters.get())) {

@@ -3,7 +3,7 @@
 // Accepts JSON as RFC 8259 has it, with bytes 1 to 32 as white space, up to 64 levels deep and
 // without escapes or control characters in strings, so that a text's bytes are its value. What it
 // accepts, cJSON accepts too and finds the same values in. It fails at anything else, which says
-// nothing about the text: cJSON takes more, and whoever wants to know asks cJSON then.
+// nothing about the text: cJSON takes more, and the caller asks cJSON then.
 //
 // On the way it finds out whether a value stands there as cJSON_Print would write it, which makes
 // it good for copying.
@@ -67,6 +67,7 @@ class JsonCursor {
   bool fail();
   bool close();
   std::string_view skip_space();
+  const char* behind_comma(const char* at);
   void note_form(bool as_printed) { as_printed_ = as_printed_ && as_printed; }
   bool skip_word(std::string_view word);
   bool skip_number();
@@ -86,29 +87,34 @@ class JsonCursor {
 template <typename Use>
 void JsonCursor::read_integers(Use use) {
   if (failed_) return;
-  // Behind the bracket or an earlier element, where the loop has to find a number.
   const char* at = at_;
-  if (at[-1] != '[') {
-    if (at[0] != ',' || at[1] != ' ') return;
-    at += 2;
-  }
-  while (true) {
+  size_t count = 0;
+  if (at[-1] != '[') at = behind_comma(at);
+  while (at != nullptr) {
     const bool negative = *at == '-';
     const char* const digits = at + (negative ? 1 : 0);
     uint32_t magnitude = 0;
     const char* end = digits;
     for (uint32_t digit = 0; (digit = static_cast<uint32_t>(*end) - '0') <= 9; ++end)
       magnitude = magnitude * 10 + digit;
-    if (end == digits || end - digits > kMostDigits || *end == '.' || (*end | 0x20) == 'e') return;
+    if (end == digits || end - digits > kMostDigits || *end == '.' || (*end | 0x20) == 'e') break;
     // 07 is none, and -0 is not what is printed for it.
-    if (*digits == '0' && (end - digits > 1 || negative)) return;
+    if (*digits == '0' && (end - digits > 1 || negative)) break;
     const auto number = static_cast<int32_t>(magnitude);
     use(negative ? -number : number);
-    ++values_;
+    ++count;
     at_ = end;
-    if (end[0] != ',' || end[1] != ' ') return;
-    at = end + 2;
+    at = behind_comma(end);
   }
+  values_ += count;
+}
+
+// Null where no comma is.
+inline const char* JsonCursor::behind_comma(const char* at) {
+  if (*at != ',') return nullptr;
+  if (at[1] == ' ') return at + 2;
+  as_printed_ = false;
+  return at + 1;
 }
 
 }  // namespace j2s

@@ -77,12 +77,18 @@ JsonPtr build_object(JsonCursor& cursor, int levels) {
 JsonPtr build_array(JsonCursor& cursor, int levels) {
   JsonPtr array(cJSON_CreateArray());
   if (array == nullptr || !cursor.open('[')) return nullptr;
-  while (cursor.next_element()) {
-    JsonPtr item = build_child(cursor, levels - 1);
-    if (item == nullptr || !cJSON_AddItemToArray(array.get(), item.get())) return nullptr;
-    (void)item.release();
+  bool complete = true;
+  const auto add = [&](JsonPtr item) {
+    complete = complete && item != nullptr && cJSON_AddItemToArray(array.get(), item.get());
+    if (complete) (void)item.release();  // the array owns it now
+  };
+  const auto add_integer = [&](int32_t number) { add(JsonPtr(cJSON_CreateNumber(number))); };
+  cursor.read_integers(add_integer);
+  while (complete && cursor.next_element()) {
+    add(build_child(cursor, levels - 1));
+    cursor.read_integers(add_integer);
   }
-  return cursor.good() ? std::move(array) : nullptr;
+  return complete && cursor.good() ? std::move(array) : nullptr;
 }
 
 JsonPtr build_string(JsonCursor& cursor) {

@@ -1,6 +1,7 @@
 #include "json/tree.h"
 
 #include <cstdlib>
+#include <string>
 
 #include "base/fair_mutex.h"
 #include "j2s/shallow_tree.h"
@@ -25,6 +26,14 @@ JsonPtr parse_json(std::string_view text) {
   JsonPtr tree(cJSON_ParseWithLength(text.data(), text.size()));
   if (!tree) memory.throw_if_failed();
   return tree;
+}
+
+JsonPtr parse_quickly(std::string_view text) {
+  const AllocationWatch memory;
+  JsonPtr tree = j2s::parse_whole(std::string(text).c_str());
+  if (tree) return tree;
+  memory.throw_if_failed();
+  return parse_json(text);
 }
 
 JsonPtr parse_shallow(const char* text) {

@@ -56,7 +56,7 @@ PqRequest::PqRequest(std::string_view text) {
                 kMostValues);
     return;
   }
-  patch_ = parse_json(text);
+  patch_ = parse_quickly(text);
   if (cJSON_IsArray(patch_.get()) && text[0] == '[') {
     operation_ = patch_->child;
   } else {

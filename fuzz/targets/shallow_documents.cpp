@@ -116,6 +116,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const char* table = size % 2 == 0 ? "acm" : "dci";
   fuzz::require(kInPart.query_table(text, table) == kWhole.query_table(text, table),
                 "tables are alike");
+  fuzz::require(printed(pq::parse_quickly(patch).get()) == printed(pq::parse_json(patch).get()),
+                "a request is read alike");
   fuzz::require(kInPart.change(text, patch) == kWhole.change(text, patch), "it changes alike");
   fuzz::require(kInPart.change_parameters(text, patch) == kWhole.change_parameters(text, patch),
                 "its parameters change alike");
