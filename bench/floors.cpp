@@ -5,8 +5,6 @@
 namespace bench {
 namespace {
 
-constexpr int kPlatformNumber = 1;  // of qxt200, see documents.cpp
-
 pq::JsonPtr read(const char* document) {
   const pq::TextPtr text(j2s_read_file(document, nullptr));
   return pq::JsonPtr(cJSON_Parse(text.get()));
@@ -33,21 +31,22 @@ void replace(cJSON* document, cJSON* operation) {
 
 }  // namespace
 
-pq::TextPtr floor_of_query(const char* document, const std::string& request, const char* section,
-                           bool in_parameters) {
+pq::TextPtr floor_of_query(const Task& task) {
+  const std::string& request = task.request;
   const pq::JsonPtr operation(cJSON_ParseWithLength(request.data() + 1, request.size() - 2));
   cJSON_ReplaceItemInObject(operation.get(), "platform", cJSON_CreateNumber(kPlatformNumber));
-  const pq::JsonPtr tree = read(document);
-  cJSON* values =
-      cJSON_DetachItemFromObjectCaseSensitive(patched_part(tree.get(), in_parameters), section);
+  const pq::JsonPtr tree = read(task.document);
+  cJSON* values = cJSON_DetachItemFromObjectCaseSensitive(
+      patched_part(tree.get(), task.in_parameters), task.section.c_str());
   cJSON_AddItemToObject(operation.get(), "value", values);
   return pq::TextPtr(cJSON_Print(operation.get()));
 }
 
-pq::TextPtr floor_of_change(const char* document, const std::string& request, bool in_parameters) {
+pq::TextPtr floor_of_change(const Task& task) {
+  const std::string& request = task.request;
   const pq::JsonPtr operation(cJSON_ParseWithLength(request.data() + 1, request.size() - 2));
-  const pq::JsonPtr tree = read(document);
-  replace(patched_part(tree.get(), in_parameters), operation.get());
+  const pq::JsonPtr tree = read(task.document);
+  replace(patched_part(tree.get(), task.in_parameters), operation.get());
   return pq::TextPtr(cJSON_Print(tree.get()));
 }
 

@@ -1,6 +1,5 @@
 // The floors: for each operation the fewest calls of the JSON library that give the same bytes.
 // The document is read from disk; nothing is mapped, checked, logged or saved.
-// document: its path.
 #ifndef BENCH_FLOORS_H_
 #define BENCH_FLOORS_H_
 
@@ -10,13 +9,21 @@
 
 namespace bench {
 
-// Parses the request and the document, moves the section into the request, prints it.
-// in_parameters: the section is inside the document's "pq_tuning_param".
-pq::TextPtr floor_of_query(const char* document, const std::string& request, const char* section,
-                           bool in_parameters);
+inline constexpr int kPlatformNumber = 1;  // of qxt200, see documents.cpp
 
-// Parses the request (a "replace") and the document, replaces the value, prints the document.
-pq::TextPtr floor_of_change(const char* document, const std::string& request, bool in_parameters);
+// What a request wants of a document.
+struct Task {
+  const char* document;
+  std::string request;
+  std::string section;  // that a query asks for; empty for a change, a "replace"
+  bool in_parameters;   // all paths begin in the document's "pq_tuning_param"
+};
+
+// Parses the request and the document, moves the section into the request, prints it.
+pq::TextPtr floor_of_query(const Task& task);
+
+// Parses the request and the document, replaces the value, prints the document.
+pq::TextPtr floor_of_change(const Task& task);
 
 }  // namespace bench
 

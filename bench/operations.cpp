@@ -4,7 +4,6 @@
 #include <memory>
 #include <utility>
 
-#include "bench/floors.h"
 #include "documents/aipq_document_creator.h"
 #include "documents/names.h"
 #include "documents/pq_document_creator.h"
@@ -86,14 +85,15 @@ class OperationList {
   }
 
  private:
-  void add(std::string name, Way ours, Way floor) {
+  void add(std::string name, Way ours, Way floor, std::optional<Task> task = {}) {
     const auto prepare = [documents = documents_] {
       unsetenv("J2S_NO_CACHE");
       pq::J2sContext context;  // writes the cache, unless it exists
       write_file(pq::kPqDocument, documents.pq);
       write_file(pq::kAipqDocument, documents.aipq);
     };
-    operations_.push_back({std::move(name), prepare, std::move(ours), std::move(floor)});
+    operations_.push_back(
+        {std::move(name), prepare, std::move(ours), std::move(floor), std::move(task)});
   }
 
   void add_query(const std::string& name, Query query, const char* section, const char* document,
@@ -102,17 +102,18 @@ class OperationList {
     const auto ours = [query, request] {
       return query(const_cast<char*>(request.data()), static_cast<uint32_t>(request.size()));
     };
-    const auto floor = [=] { return floor_of_query(document, request, section, in_parameters); };
-    add(name + " " + section, text_way(ours), text_way(floor));
+    const Task task = {document, request, section, in_parameters};
+    const auto floor = [task] { return floor_of_query(task); };
+    add(name + " " + section, text_way(ours), text_way(floor), task);
   }
 
   void add_change(const std::string& name, Change change, const std::string& request, bool pq) {
     const auto ours = [change, request] {
       change(const_cast<char*>(request.data()), static_cast<uint32_t>(request.size()));
     };
-    const char* document = pq ? pq::kPqDocument : pq::kAipqDocument;
-    const auto floor = [=] { return floor_of_change(document, request, pq); };
-    add(name, file_way(document, ours), text_way(floor));
+    const Task task = {pq ? pq::kPqDocument : pq::kAipqDocument, request, "", pq};
+    const auto floor = [task] { return floor_of_change(task); };
+    add(name, file_way(task.document, ours), text_way(floor), task);
   }
 
   // The floor copies a prepared tree and prints the copy, because some tree has to exist.

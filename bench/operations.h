@@ -3,10 +3,12 @@
 #define BENCH_OPERATIONS_H_
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "bench/documents.h"
+#include "bench/floors.h"
 
 namespace bench {
 
@@ -21,6 +23,7 @@ struct Operation {
   std::function<void()> prepare;  // puts documents, cache and environment in place
   Way ours;
   Way floor;
+  std::optional<Task> task;  // of a request
 };
 
 // All operations, on documents of these texts.
