@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/log.h"
+#include "base/quit.h"
 #include "documents/document_transaction.h"
 #include "json/patch.h"
 #include "qxaiq/change_counter.h"
@@ -35,10 +36,13 @@ void change_document(JsonPtr patch) {
   StoredDocument& stored = transaction.stored();
   JsonPtr document = stored.parse();
   if (stored.state() == DocumentState::kUnknown) return;
-  const int status = apply_patch(document, std::move(patch));
+  const int status = apply_patch(document.get(), std::move(patch), quit_requested);
   log_debug()("updateAIPQ ApplyPatches ret %d ", status);
-  if (stored.state() != DocumentState::kWhole) return;
-  if (status != 0) document = stored.parse();
+  if (stored.state() != DocumentState::kWhole || status == kPatchStopped) return;
+  if (status != 0) {
+    document.reset();  // not both trees at once
+    document = stored.parse();
+  }
   stored.release_text();
 
   // A patch can make a tree that prints as nothing, which is not saved. Any other text can be read

@@ -1,6 +1,5 @@
 #include "qxaiq/pq_request.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -10,6 +9,8 @@
 #include "base/log.h"
 #include "base/saturate.h"
 #include "documents/names.h"
+#include "json/limits.h"
+#include "json/value_count.h"
 
 namespace pq {
 namespace {
@@ -35,25 +36,14 @@ int number_of(std::string_view platform, int unknown) {
   return unknown;
 }
 
-// A value follows a comma or an opening bracket, and takes two bytes of text with it. In memory it
-// takes forty times as much, and requests of several clients wait there for each other.
-constexpr size_t kMostValues = 1'000'000;
-
-bool holds_too_many_values(std::string_view text) {
-  if (text.size() <= 2 * kMostValues) return false;
-  const auto values = std::count_if(text.begin(), text.end(),
-                                    [](char c) { return c == ',' || c == '[' || c == '{'; });
-  return static_cast<size_t>(values) > kMostValues;
-}
-
 }  // namespace
 
 // The operation is the text between the first and the last character. In a patch that is its first
 // element, or begins with it.
 PqRequest::PqRequest(std::string_view text) {
-  if (holds_too_many_values(text)) {
+  if (count_values(text).values > kMaxItems) {
     log_error()("request of %zu bytes dropped: it holds more than %zu values\n", text.size(),
-                kMostValues);
+                kMaxItems);
     return;
   }
   patch_ = parse_quickly(text);

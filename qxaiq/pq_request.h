@@ -13,7 +13,7 @@ namespace pq {
 class PqRequest {
  public:
   // text: the request with its outer brackets, not terminated. Malformed text, or text with
-  // more than a million values, gives a request whose path names no section.
+  // more than kMaxItems values, gives a request whose path names no section.
   explicit PqRequest(std::string_view text);
 
   // Null when nothing could be parsed; else a JSON item, usually the operation object.

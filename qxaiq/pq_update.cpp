@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/log.h"
+#include "base/quit.h"
 #include "documents/document_transaction.h"
 #include "documents/pq_parameters.h"
 #include "json/patch.h"
@@ -27,7 +28,7 @@ int change_document(JsonPtr patch, PqParameters& parameters) {
   DocumentTransaction transaction(Document::kPq);
   JsonPtr item = take_pq_parameters(transaction.stored());
   if (transaction.stored().state() == DocumentState::kUnknown) return kFailed;
-  const int patched = apply_patch(item, std::move(patch));
+  const int patched = apply_patch(item.get(), std::move(patch), quit_requested);
   log_debug()("ApplyPatches ret %d ", patched);
   if (patched != 0) return patched;
 

@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 
+#include "base/quit.h"
 #include "json/patch.h"
 
 namespace {
@@ -70,7 +71,8 @@ TEST(PrintJson, WhatPrintsCanBeReadAgain) {
     for (const std::string& value : values) {
       for (const std::string& operation : operations) {
         pq::JsonPtr document = pq::parse_json(R"({"list":[1,2],"x":)" + stored + "}");
-        pq::apply_patch(document, "[{" + operation + R"(,"value":)" + value + "}]");
+        const std::string patch = "[{" + operation + R"(,"value":)" + value + "}]";
+        pq::apply_patch(document.get(), pq::parse_json(patch), pq::quit_requested);
         const pq::TextPtr text = pq::print_json(document.get());
         if (!text) continue;
         EXPECT_TRUE(pq::parse_json(text.get())) << text.get();

@@ -31,7 +31,8 @@ TEST_F(SmallStack, CarriesEveryRequestOnTheLargestDocuments) {
   change_aipq(R"({"op":"add","path":"/deep","value":)" + nested(240) + "}");
   for (int i = 0; i < 5; ++i)
     change_aipq(R"({"op":"copy","from":"","path":"/again)" + std::to_string(i) + R"("})");
-  EXPECT_GT(board().read(kAipqDocument).size(), size_t{3'000'000});
+  change_aipq(R"({"op":"add","path":"/long","value":")" + std::string(6'000'000, 'x') + "\"}");
+  EXPECT_GT(board().read(kAipqDocument).size(), size_t{6'000'000});
   // A file may be deeper than an update can make it: as deep as the parser allows.
   std::string document = board().read(kPqDocument);
   document.insert(document.find("\"csc\""), "\"deep\":" + nested(900) + ",");
