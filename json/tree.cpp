@@ -1,6 +1,8 @@
 #include "json/tree.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 #include "base/fair_mutex.h"
@@ -17,6 +19,26 @@ namespace {
 }();
 
 FairMutex parser_mutex;
+
+// At least the bytes that printing takes, but for numbers of more digits than one item allows for.
+// A print buffer that has to grow is copied, and both are there meanwhile.
+size_t printed_size(const cJSON* item, size_t depth) {
+  constexpr size_t kAroundAnItem = 32;  // its quotes, comma, line break, or its digits
+  size_t size = 0;
+  for (; item != nullptr; item = item->next) {
+    size += kAroundAnItem + depth;
+    if (item->string != nullptr) size += std::strlen(item->string);
+    if (item->valuestring != nullptr) size += std::strlen(item->valuestring);
+    size += printed_size(item->child, depth + 1);
+  }
+  return size;
+}
+
+// Far more than a document has; a larger text lets its buffer grow.
+int first_buffer_size(const cJSON* tree) {
+  constexpr size_t kMax = size_t{1024} * 1024;
+  return static_cast<int>(std::min(printed_size(tree, 0), kMax));
+}
 
 }  // namespace
 
@@ -48,7 +70,7 @@ TextPtr print_json(cJSON* tree) {
   if (tree == nullptr) return nullptr;
   const AllocationWatch memory;
   j2s_make_printable(tree, true);
-  TextPtr text(cJSON_Print(tree));
+  TextPtr text(cJSON_PrintBuffered(tree, first_buffer_size(tree), true));
   if (!text) memory.throw_if_failed();
   return text;
 }
