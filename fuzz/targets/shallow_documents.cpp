@@ -6,6 +6,7 @@
 //   ('~' cuts the text)
 //   a patch, for the document and for its "pq_tuning_param"
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -19,6 +20,8 @@
 namespace {
 
 using pq::JsonPtr;
+
+const std::atomic<bool> kGoOn = false;
 
 struct Section {
   const char* name;
@@ -86,15 +89,15 @@ struct Way {
   }
 
   std::string change(const std::string& text, std::string_view patch) const {
-    JsonPtr document = read(text);
-    const int status = pq::apply_patch(document, patch);
+    const JsonPtr document = read(text);
+    const int status = pq::apply_patch(document.get(), pq::parse_json(patch), kGoOn);
     return std::to_string(status) + (status == 0 ? printed(document.get()) : "");
   }
 
   std::string change_parameters(const std::string& text, std::string_view patch) const {
     const JsonPtr document = read(text);
-    JsonPtr item(cJSON_DetachItemFromObject(document.get(), "pq_tuning_param"));
-    const int status = pq::apply_patch(item, patch);
+    const JsonPtr item(cJSON_DetachItemFromObject(document.get(), "pq_tuning_param"));
+    const int status = pq::apply_patch(item.get(), pq::parse_json(patch), kGoOn);
     return std::to_string(status) + (status == 0 ? loaded(item.get()) : "");
   }
 };
