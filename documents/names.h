@@ -16,7 +16,8 @@ inline constexpr char kAipqDocument[] = "/data/vendor/qxalgo/aipq_config.json";
 inline constexpr char kInputDumpPrefix[] = "/data/vendor/qxalgo/pq_dump_in_";
 inline constexpr char kOutputDumpPrefix[] = "/data/vendor/qxalgo/pq_dump_out_";
 
-// Where the engine writes a computed 3D LUT: a printf format for the file's number.
+// Where the engine writes a computed 3D LUT: the folder, and a printf format for the file's number.
+inline constexpr char kLutFolder[] = "/data";
 inline constexpr char kLutFileFormat[] = "/data/lut_%d.cube";
 
 // Android's programs: the activity manager, and calls of system services.

@@ -1,9 +1,7 @@
 #include "qxaiq/pq_display.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <span>
 
@@ -14,13 +12,14 @@
 #include "common/pq_tuning_utils.h"
 #include "documents/names.h"
 #include "qxaiq/change_counter.h"
+#include "qxaiq/lut_files.h"
 
 namespace pq {
 namespace {
 
 // One change at a time at the device and the engine. Not held while the screen is redrawn.
 Mutex display_mutex;
-int32_t next_lut_file GUARDED_BY(display_mutex) = 0;
+LutFiles lut_files GUARDED_BY(display_mutex);
 
 constexpr char kLowLatency[] = "LOW_LATENCY_MODE";
 constexpr uint16_t kUnity = 256;
@@ -108,9 +107,7 @@ void show_lut() {
     const MutexLock lock(display_mutex);
     drm_lut_init();
     drm_lut_run();
-    std::array<char, 128> file{};
-    std::snprintf(file.data(), file.size(), kLutFileFormat, next_lut_file++);
-    drm_lut_save_3dlut(file.data());
+    lut_files.write_next();
     drm_lut_deinit();
   }
   log_debug()("run drm_lut_init end");

@@ -242,6 +242,10 @@ void transfer(auto& archive, Description& board) {
     dump.word("format_out", board.dump_format_out, kDumpFormats);
   });
   archive.word("engine", board.engine, kEngineNames);
+  archive.object("data", [&](auto& data) {
+    data.number("size", board.data_size, 1, kLargestData);
+    data.number("free", board.data_free, 0, kLargestData);
+  });
   archive.object("faults", [&](auto& faults) {
     faults.word("open", board.faults.open_errno, kErrnoNames);
     faults.flag("no_device", board.faults.no_device);

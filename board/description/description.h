@@ -16,6 +16,7 @@ namespace board {
 
 inline constexpr size_t kMostConnectors = 8;
 inline constexpr uint32_t kLargestGammaTable = 4096;  // entries
+inline constexpr uint32_t kLargestData = 1'000'000;   // MiB
 
 struct Connector {
   uint32_t type = 14;    // DRM connector type code (drm_mode.h); in the file its name or the number
@@ -63,6 +64,8 @@ struct Description {
   std::string dump_format_in = "nv12";
   std::string dump_format_out = "rgb";
   Engine engine = Engine::kComplete;
+  uint32_t data_size = 16384;  // of the partition /data, in MiB, and what is free of it
+  uint32_t data_free = 8192;
   Faults faults;
 
   bool operator==(const Description&) const = default;
@@ -86,6 +89,7 @@ std::string to_json(Description description);
 //   baseparameter/          the base-parameter store
 //   drm/                    the display device's state
 //   screen/                 what the display service shows
+//   data_space              size of /data and what is free of it, in MiB
 //   calls                   one line a program that the daemon started, its arguments
 std::filesystem::path board_folder();
 

@@ -10,7 +10,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kCompanions[] = {"display_service"};
-constexpr std::string_view kPreloadLibraries[] = {"libdrmdevice.so"};
+constexpr std::string_view kPreloadLibraries[] = {"libdrmdevice.so", "libboardspace.so"};
 
 struct Places {
   fs::path board;  // holds lib, bin and the engines' folders

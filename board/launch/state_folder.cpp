@@ -156,6 +156,8 @@ void StateFolder::boot(const Description& description) const {
   boot_store(board() / "baseparameter", description);
   boot_properties(board() / "properties", description);
   boot_screen(board() / "screen");
+  replace_file_or_throw(board() / "data_space", std::to_string(description.data_size) + ' ' +
+                                                    std::to_string(description.data_free) + '\n');
 }
 
 std::vector<Mount> StateFolder::mounts() const {

@@ -1,5 +1,6 @@
 // Updates of the PQ document: the stored values, and the effects on the display in their order.
 #include <baseparameter_api.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -32,6 +33,14 @@ class Update : public DaemonTest {
 
   std::filesystem::file_time_type written(const std::string& path_on_board) {
     return std::filesystem::last_write_time(board().file(path_on_board));
+  }
+
+  int lines_with(const std::string& text) {
+    const std::string log = board().log();
+    int count = 0;
+    for (size_t at = log.find(text); at != std::string::npos; at = log.find(text, at + 1))
+      ++count;
+    return count;
   }
 
   // Succeeds if the log contains these texts in this order.
@@ -119,6 +128,48 @@ TEST_F(Update, DciAcmAndSharpnessEachComputeANumberedLut) {
   std::filesystem::remove(board().file("/data/lut_0.cube"));
   change(R"({"op":"replace","path":"/dci/dciEnable","value":0})");
   EXPECT_TRUE(std::filesystem::exists(board().file("/data/lut_0.cube")));
+}
+
+TEST_F(Update, LutFilesStopWhileDataIsNearlyFullAndTheTableIsStoredAllTheSame) {
+  start_with_documents("tv", {.hurry = 20});
+  const auto file_after = [&](const char* space, int number) {
+    board().write("/board/data_space", space);
+    std::filesystem::remove_all(board().file("/board/baseparameter/14-0/cubic_lut"));
+    change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
+    EXPECT_EQ(kept_in_store("cubic_lut").size(), sizeof(cubic_lut_data)) << space;
+    return std::filesystem::exists(board().file("/data/lut_" + std::to_string(number) + ".cube"));
+  };
+  EXPECT_TRUE(file_after("512 64", 0));
+  EXPECT_FALSE(file_after("512 63", 1));
+  EXPECT_FALSE(file_after("512 62", 2));
+  EXPECT_EQ(lines_with("no LUT files"), 1);
+  EXPECT_EQ(lines_with("63 of 512 MiB are free in /data"), 1);
+  EXPECT_TRUE(file_after("10000 500", 3)) << "there is room again, and numbers go on";
+  EXPECT_FALSE(file_after("10000 499", 4));
+  EXPECT_EQ(lines_with("no LUT files"), 2);
+}
+
+TEST_F(Update, LutFilesThatTheBoardForbidsAreReportedOnce) {
+  start_with_documents("tv", {.hurry = 20});
+  if (board().isolation() == board::Isolation::kProot && ::geteuid() == 0) {
+    GTEST_SKIP() << "the daemon is root here, and may write everywhere";
+  }
+  const std::filesystem::path data = board().file("/data");
+  const auto closed = std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec;
+  std::filesystem::permissions(data, closed);
+  for (int i = 0; i < 2; ++i)
+    change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
+  EXPECT_EQ(lines_with("no LUT files: cannot write /data/lut_0.cube: Permission denied"), 1);
+  EXPECT_EQ(lines_with("no LUT files"), 1);
+  EXPECT_EQ(kept_in_store("cubic_lut").size(), sizeof(cubic_lut_data));
+  std::filesystem::permissions(data, std::filesystem::perms::owner_all);
+}
+
+TEST_F(Update, AnEngineThatIsMissingIsNotTakenForAForbiddenFile) {
+  start_with_documents("noengine");
+  change(R"({"op":"replace","path":"/dci/dciEnable","value":1})");
+  EXPECT_EQ(lines_with("failed to dlopen"), 1);
+  EXPECT_EQ(lines_with("no LUT files"), 0);
 }
 
 TEST_F(Update, GammaTablesAreLoadedWithoutTheGains) {
