@@ -26,6 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kRemovalAttempts = 10;
+
 // A temporary folder's name tells whose board it is, and what it is for: a user is not offered a
 // board that a test made.
 constexpr std::string_view kAnnounced = "run";
@@ -134,9 +136,12 @@ StateFolder::~StateFolder() {
   put_away();
 }
 
+// Another launcher that starts now may be putting the same folder away: each then stops at a file
+// that the other has just removed.
 void StateFolder::put_away() {
   std::error_code ignored;
-  if (temporary_) fs::remove_all(path_, ignored);
+  for (int i = 0; i < kRemovalAttempts && temporary_ && fs::exists(path_, ignored); ++i)
+    fs::remove_all(path_, ignored);
   if (lock_ >= 0) ::close(lock_);
 }
 
