@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <stdexcept>
@@ -22,16 +23,18 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds kPollStep{1};
 constexpr milliseconds kEndTimeout{5000};
-constexpr int kStartedDescriptor = 3;
+constexpr milliseconds kEndSignalPause{100};
+constexpr int kReportDescriptor = 3;
 constexpr int kSignalStatus = 128;  // and the signal's number
 
-// Runs in the container: says that it is there, gives the program its environment, which the shell
-// itself and the container must not have (it preloads libraries), and keeps the program's status,
-// without a word of its own when a signal ended the program.
+// Runs in the container: reports that it is there with an empty line, gives the program its
+// environment, which the shell itself and the container must not have (it preloads libraries), and
+// reports the program's status, without a word of its own when a signal ended the program. proot
+// would tell the status of whichever process was the last to end.
 constexpr const char* kShell =
-    "echo started >&3; exec 3>&-; "
+    "echo >&3; "
     "while [ \"$1\" != -- ]; do export \"$1\"; shift; done; shift; "
-    "exec 4>&2 2>/dev/null; \"$@\" 2>&4 4>&-; exit $?";
+    "exec 4>&2 2>/dev/null; \"$@\" 2>&4 3>&- 4>&-; echo $? >&3";
 
 // What the container needs to find programs, and nothing that changes how libraries load.
 const std::vector<std::string> kCleanEnvironment = {"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
@@ -58,14 +61,14 @@ std::vector<std::string> command_line(const Container& container,
 
 // With its own session, so that a Ctrl-C on the terminal reaches the launcher alone, which then
 // ends the daemon in order.
-pid_t spawn(const std::vector<std::string>& command, int output, int started) {
+pid_t spawn(const std::vector<std::string>& command, int output, int report) {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
   posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, started, kStartedDescriptor);
-  posix_spawn_file_actions_addclosefrom_np(&actions, kStartedDescriptor + 1);
+  posix_spawn_file_actions_adddup2(&actions, report, kReportDescriptor);
+  posix_spawn_file_actions_addclosefrom_np(&actions, kReportDescriptor + 1);
 
   posix_spawnattr_t attributes;
   posix_spawnattr_init(&attributes);
@@ -89,7 +92,7 @@ pid_t spawn(const std::vector<std::string>& command, int output, int started) {
   return process;
 }
 
-// The shell's word arrives, or the pipe's end when there will be no shell.
+// The shell's empty line arrives, or the pipe's end when there will be no shell.
 bool has_started(int descriptor) {
   char letter = 0;
   ssize_t count = 0;
@@ -97,6 +100,16 @@ bool has_started(int descriptor) {
     count = ::read(descriptor, &letter, 1);
   } while (count < 0 && errno == EINTR);
   return count > 0;
+}
+
+// What the shell reported of the program; none when it was killed before.
+std::optional<int> reported_status(int descriptor) {
+  pollfd waiting{descriptor, POLLIN, 0};
+  std::array<char, 8> text{};
+  if (::poll(&waiting, 1, 0) <= 0 || ::read(descriptor, text.data(), text.size() - 1) <= 0) {
+    return std::nullopt;
+  }
+  return std::atoi(text.data());
 }
 
 // Waits for the process's only child, which may come a moment later. None when the process ends
@@ -143,18 +156,26 @@ ContainedProgram::ContainedProgram(const Container& container,
   if (::pipe2(ends, O_CLOEXEC) != 0) {
     throw std::runtime_error(std::string("cannot make a pipe: ") + std::strerror(errno));
   }
-  const FileDescriptor started(ends[0]);
+  report_ = FileDescriptor(ends[0]);
   {
     const FileDescriptor theirs(ends[1]);
     container_ =
         Process(spawn(command_line(container, program, environment), output, theirs.get()));
   }
-  if (!has_started(started.get())) {
+  if (!has_started(report_.get())) {
     end_container();
     throw std::runtime_error("the board did not start; its log says why");
   }
   shell_ = only_child(container_);
   program_ = only_child(shell_);
+}
+
+// proot overlooks a process that is just being forked; told again, it ends that one, too.
+void ContainedProgram::end_traced_processes() const {
+  const auto end = std::chrono::steady_clock::now() + kEndTimeout;
+  do {
+    container_.signal(end_signal_);
+  } while (!container_.has_ended(kEndSignalPause) && std::chrono::steady_clock::now() < end);
 }
 
 ContainedProgram::~ContainedProgram() {
@@ -165,7 +186,7 @@ ContainedProgram::~ContainedProgram() {
 // shell, which is their first one; proot ends the processes that it traces when it is told to.
 void ContainedProgram::end_container() {
   shell_.signal(SIGKILL);
-  if (end_signal_ != 0) container_.signal(end_signal_);
+  if (end_signal_ != 0) end_traced_processes();
   if (!container_.has_ended(kEndTimeout)) container_.signal(SIGKILL);
   siginfo_t information{};
   while (::waitid(P_PID, static_cast<id_t>(container_.id()), &information, WEXITED) != 0 &&
@@ -173,6 +194,8 @@ void ContainedProgram::end_container() {
   }
   // bubblewrap, when it is killed itself, is gone a moment before the processes that go with it.
   (void)shell_.has_ended(kEndTimeout);
+  status_ = reported_status(report_.get());
+  if (status_) return;
   status_ = information.si_code == CLD_EXITED ? information.si_status
                                               : kSignalStatus + information.si_status;
 }

@@ -55,11 +55,13 @@ class ContainedProgram {
 
  private:
   void end_container();
+  void end_traced_processes() const;
 
   int end_signal_;
-  Process container_;  // our child: bubblewrap or proot
-  Process shell_;      // the container's only child
-  Process program_;    // the shell's only child
+  FileDescriptor report_;  // of the shell
+  Process container_;      // our child: bubblewrap or proot
+  Process shell_;          // the container's only child
+  Process program_;        // the shell's only child
   std::optional<int> status_;
 };
 
