@@ -29,7 +29,7 @@ class CAPABILITY("mutex") FairMutex {
     Waiter* next = nullptr;
   };
 
-  bool is_next(const Waiter& waiter) const { return !held_ && first_ == &waiter; }
+  [[nodiscard]] bool is_next(const Waiter& waiter) const { return !held_ && first_ == &waiter; }
   bool take_if_free();
   void enqueue(Waiter& waiter);
   void dequeue(Waiter& waiter);

@@ -41,7 +41,7 @@ class LogLine {
   LogText text(const char* format, ...) const __attribute__((format(printf, 2, 3)));
 
  private:
-  bool enabled() const { return log_level.load(std::memory_order_relaxed) >= level_; }
+  [[nodiscard]] bool enabled() const { return log_level.load(std::memory_order_relaxed) >= level_; }
 
   const char* tag_;
   const char* file_;

@@ -33,8 +33,8 @@ class UniqueFd {
   UniqueFd(const UniqueFd&) = delete;
   UniqueFd& operator=(const UniqueFd&) = delete;
 
-  bool valid() const { return fd_ >= 0; }  // 0 is a valid descriptor
-  int get() const { return fd_; }
+  [[nodiscard]] bool valid() const { return fd_ >= 0; }  // 0 is a valid descriptor
+  [[nodiscard]] int get() const { return fd_; }
   int release() { return std::exchange(fd_, -1); }
   void reset(int fd = -1) {
     // Not retried on EINTR: Linux has given the descriptor back by then.

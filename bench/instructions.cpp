@@ -24,7 +24,7 @@ struct Request {
   bool profile = false;
   std::vector<std::string_view> names;
 
-  bool wants(const std::string& name) const {
+  [[nodiscard]] bool wants(const std::string& name) const {
     for (const std::string_view wanted : names) {
       if (name.starts_with(wanted)) return true;
     }

@@ -124,7 +124,9 @@ class OperationList {
         text_way([tree] { return cJSON_Print(copy_of(tree->get()).get()); }));
   }
 
-  cJSON* parameters() const { return cJSON_GetObjectItem(tree_.get(), "pq_tuning_param"); }
+  [[nodiscard]] cJSON* parameters() const {
+    return cJSON_GetObjectItem(tree_.get(), "pq_tuning_param");
+  }
 
   // The floor parses the record's text, and does not even free the tree.
   void add_load() {

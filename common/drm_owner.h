@@ -30,7 +30,7 @@ class DrmBlob {
   DrmBlob(const DrmBlob&) = delete;
   DrmBlob& operator=(const DrmBlob&) = delete;
 
-  uint32_t id() const { return id_; }  // 0: could not be created
+  [[nodiscard]] uint32_t id() const { return id_; }  // 0: could not be created
 
  private:
   int fd_;

@@ -68,7 +68,7 @@ class ComponentText {
   explicit ComponentText(int value) {
     *std::to_chars(text_, text_ + sizeof(text_) - 1, value).ptr = '\0';
   }
-  const char* c_str() const { return text_; }
+  [[nodiscard]] const char* c_str() const { return text_; }
 
  private:
   char text_[12] = {};

@@ -17,7 +17,7 @@ struct PrimaryDisplay {
   uint32_t connector_id = 0;
 
   // The base-parameter store counts connectors of a type from 0.
-  uint32_t store_index() const { return connector_type_id - 1; }
+  [[nodiscard]] uint32_t store_index() const { return connector_type_id - 1; }
 };
 
 // Finds the primary display: the connected connector that the property

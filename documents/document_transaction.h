@@ -31,7 +31,7 @@ class DocumentTransaction {
 
   // False when the daemon began to shut down before the turn came. Nothing was read then, and
   // nothing may be saved; stored() is unknown.
-  bool begun() const { return turn_.owns_lock(); }
+  [[nodiscard]] bool begun() const { return turn_.owns_lock(); }
 
   StoredDocument& stored() { return stored_; }
 

@@ -21,7 +21,7 @@ struct StoreVersion {
   uint16_t first = 0, second = 0;
 
   // Stores of this version keep the ACM tables as unsigned numbers, one row for all hues.
-  bool has_unsigned_acm() const { return first == 2 && second == 0; }
+  [[nodiscard]] bool has_unsigned_acm() const { return first == 2 && second == 0; }
 };
 
 struct BaseParameters {

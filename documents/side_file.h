@@ -15,12 +15,12 @@ class SideFile {
 
   // True if there is anything of that name, a link that leads nowhere included. False also when the
   // name could not be looked up.
-  bool exists() const { return exists_; }
+  [[nodiscard]] bool exists() const { return exists_; }
 
   // errno's number when the name could not be looked up; else 0.
-  int error() const { return error_; }
+  [[nodiscard]] int error() const { return error_; }
 
-  const char* path() const { return path_.c_str(); }
+  [[nodiscard]] const char* path() const { return path_.c_str(); }
 
   // Replaces the side file by one with this text, and waits until the disk has both the text and
   // the name. Returns false after an error line; then there is no side file. Allocates nothing.

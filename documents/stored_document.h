@@ -8,18 +8,18 @@
 
 namespace pq {
 
-// The text that one reading found, and what is known of it. Nothing here throws. Whatever makes a
-// document less than whole is logged at error priority, once for each reading.
+// The text that one reading found, and what is known of it. Nothing here throws. Any defect of a
+// document is logged at error priority, once for each reading.
 class StoredDocument {
  public:
   StoredDocument(const char* path, DocumentText found)
       : path_(path), state_(found.state), text_(std::move(found.text)) {}
 
-  const char* path() const { return path_; }
-  DocumentState state() const { return state_; }
+  [[nodiscard]] const char* path() const { return path_; }
+  [[nodiscard]] DocumentState state() const { return state_; }
 
   // Null unless the document is whole.
-  const char* text() const { return text_.get(); }
+  [[nodiscard]] const char* text() const { return text_.get(); }
 
   // The text's tree, which may be shallow (j2s/shallow_tree.h): j2s loads and cJSON prints what is
   // not built, and code that looks into it calls j2s::expand. Null unless the document is whole. A

@@ -21,7 +21,7 @@ class ArrayText {
   }
 
   // False: there was no memory for it.
-  bool valid() const { return end_ != nullptr; }
+  [[nodiscard]] bool valid() const { return end_ != nullptr; }
 
   void add(Integer number) {
     if (end_[-1] != '[') {

@@ -49,7 +49,7 @@ bool is_printed_as(double number, std::string_view text) {
          text == printed.data();
 }
 
-// Whether the white space is a line break and that many tabs.
+// True if the white space is a line break and that many tabs.
 bool begins_line(std::string_view space, int tabs) {
   return !space.empty() && space[0] == '\n' && space.size() == static_cast<size_t>(tabs) + 1 &&
          space.find_first_not_of('\t', 1) == std::string_view::npos;

@@ -5,8 +5,8 @@
 // accepts, cJSON accepts too and finds the same values in. It fails at anything else, which says
 // nothing about the text: cJSON takes more, and the caller asks cJSON then.
 //
-// On the way it finds out whether a value stands there as cJSON_Print would write it, which makes
-// it good for copying.
+// It also finds out whether a value is written exactly as cJSON_Print would write it, and can be
+// copied as it is.
 #ifndef J2S_JSON_CURSOR_H_
 #define J2S_JSON_CURSOR_H_
 
@@ -32,11 +32,11 @@ class JsonCursor {
   // outlive the cursor. depth: the levels around the value where it would be printed.
   explicit JsonCursor(const char* text, int depth = 0) : at_(text), depth_(depth) { skip_space(); }
 
-  bool good() const { return !failed_; }
+  [[nodiscard]] bool good() const { return !failed_; }
 
   // Where the next value begins, or the last one ended.
-  const char* position() const { return at_; }
-  int depth() const { return depth_; }
+  [[nodiscard]] const char* position() const { return at_; }
+  [[nodiscard]] int depth() const { return depth_; }
 
   // Enters the object ('{') or array ('[') that comes next.
   bool open(char bracket);

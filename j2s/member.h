@@ -34,20 +34,24 @@ struct Member {
   size_t elem_count;
   int len_obj;
 
-  const char* name() const { return record->name; }
-  bool has(j2s_flag flag) const { return (flags & flag) != 0; }
-  bool is_char_array() const { return record->type == J2S_TYPE_STRING && flags == J2S_FLAG_ARRAY; }
-  bool is_char_pointer() const {
+  [[nodiscard]] const char* name() const { return record->name; }
+  [[nodiscard]] bool has(j2s_flag flag) const { return (flags & flag) != 0; }
+  [[nodiscard]] bool is_char_array() const {
+    return record->type == J2S_TYPE_STRING && flags == J2S_FLAG_ARRAY;
+  }
+  [[nodiscard]] bool is_char_pointer() const {
     return record->type == J2S_TYPE_STRING && flags == J2S_FLAG_POINTER;
   }
-  bool is_array() const { return has(J2S_FLAG_ARRAY) && !has(J2S_FLAG_POINTER_TO_ARRAY); }
-  bool is_pointer() const { return has(J2S_FLAG_POINTER); }
-  bool is_struct() const { return record->type == J2S_TYPE_STRUCT; }
-  bool is_number() const {
+  [[nodiscard]] bool is_array() const {
+    return has(J2S_FLAG_ARRAY) && !has(J2S_FLAG_POINTER_TO_ARRAY);
+  }
+  [[nodiscard]] bool is_pointer() const { return has(J2S_FLAG_POINTER); }
+  [[nodiscard]] bool is_struct() const { return record->type == J2S_TYPE_STRUCT; }
+  [[nodiscard]] bool is_number() const {
     return record->type >= J2S_TYPE_INT8 && record->type <= J2S_TYPE_DOUBLE;
   }
   // A single number that is a number in JSON too.
-  bool is_plain_number() const {
+  [[nodiscard]] bool is_plain_number() const {
     return is_number() && !is_array() && !is_pointer() && record->enum_ref < 0;
   }
 };

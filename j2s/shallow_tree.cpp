@@ -116,7 +116,7 @@ JsonPtr build_value(JsonCursor& cursor, int levels) {
   }
 }
 
-// How deep a printed text stood, by the tabs that begin its second line. Any number will do for a
+// The depth of a printed text, by the tabs that begin its second line. Any number will do for a
 // text without a second line; a wrong one costs time, since nothing below seems to be as printed.
 int depth_of(const char* text) {
   const size_t brackets = std::strspn(text, "{[");

@@ -1,9 +1,9 @@
 // Trees of which only some levels are built. An object or array that is not built is a raw item
 // with its text, just as cJSON_Print writes it at that place: such a tree prints as the whole one
-// would, and the mapping loads it. What stands there in another form is built.
+// would, and the mapping loads it. A value in any other form is built.
 //
 // A raw item's valueint is the number of values in it, with itself, its valuedouble the number of
-// bytes in the names and texts. Other raw items have 0 there: nobody has looked at their text.
+// bytes in the names and texts. Other raw items have 0 there: their text has not been read.
 //
 // Texts end with a 0. Nothing throws; an AllocationWatch tells when memory ran out (base/memory.h).
 #ifndef J2S_SHALLOW_TREE_H_
@@ -18,7 +18,7 @@ namespace j2s {
 // json_cursor.h does not accept.
 pq::JsonPtr parse_shallow(const char* text);
 
-// Whether the item is a raw one that was made here, so that its text is JSON without index keys.
+// True if the item is a raw one that was made here: its text is JSON without index keys.
 inline bool is_known_json(const cJSON* item) {
   return cJSON_IsRaw(item) && item->valueint > 0;
 }

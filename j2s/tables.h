@@ -43,9 +43,9 @@ class MemberChain {
     int index_;
   };
 
-  Iterator begin() const { return {ctx_, first_ >= 0 ? first_ : -1}; }
-  Iterator end() const { return {ctx_, -1}; }
-  bool empty() const { return first_ < 0; }
+  [[nodiscard]] Iterator begin() const { return {ctx_, first_ >= 0 ? first_ : -1}; }
+  [[nodiscard]] Iterator end() const { return {ctx_, -1}; }
+  [[nodiscard]] bool empty() const { return first_ < 0; }
 
  private:
   const j2s_ctx* ctx_;

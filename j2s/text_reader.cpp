@@ -37,8 +37,8 @@ class MembersInOrder {
   }
 
  private:
-  MemberChain::Iterator search(MemberChain::Iterator from, MemberChain::Iterator to,
-                               std::string_view key) const {
+  [[nodiscard]] MemberChain::Iterator search(MemberChain::Iterator from, MemberChain::Iterator to,
+                                             std::string_view key) const {
     while (from != to && key != ctx_.obj_table[*from].name)
       ++from;
     return from;

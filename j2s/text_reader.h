@@ -1,8 +1,8 @@
 // From JSON text to structure without a tree: the text is walked, and members are stored as they
 // are met.
 //
-// The result is the tree's, to the last bit, or there is none: what is not read here is left to the
-// tree. That is all that json_cursor.h does not accept, and
+// The result equals the tree's to the last bit, or there is none, and the tree decides. The reader
+// gives up on everything that json_cursor.h does not accept, and on
 //   - tables with dynamic arrays, and members that are enumerations, strings in arrays, or arrays
 //     of arrays;
 //   - a member's value of another kind than the member's: a text for a number, and so on;

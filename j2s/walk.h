@@ -37,7 +37,7 @@ class IndexKey {
   explicit IndexKey(const Member& member) {
     (void)std::snprintf(text_, sizeof text_, "@%s_index", member.name());
   }
-  const char* text() const { return text_; }
+  [[nodiscard]] const char* text() const { return text_; }
 
  private:
   char text_[kJ2sNameSize + 10];
@@ -47,7 +47,7 @@ class IndexKey {
 // taken out of `parent` after a warning.
 cJSON* find_index(const Member& array, cJSON* parent);
 
-// Whether `parent` has such a list, whether or not it goes with the member.
+// True if `parent` has such a list, even one that does not go with the member.
 bool has_index(const Member& array, const cJSON* parent);
 
 // Moves `element`, the first one of `array`, to the slot that an item of the list asks for.

@@ -1,4 +1,4 @@
-// How large a document may be. Clients and documents rely on these numbers: docs/protocol.md has
+// Limits of a document. Clients and documents rely on these numbers: docs/protocol.md has
 // them.
 #ifndef JSON_LIMITS_H_
 #define JSON_LIMITS_H_

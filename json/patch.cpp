@@ -63,8 +63,8 @@ class Extent {
   bool operator==(const Extent& other) const {
     return items_ == other.items_ && text_ == other.text_;
   }
-  size_t items() const { return items_; }
-  size_t text() const { return text_; }
+  [[nodiscard]] size_t items() const { return items_; }
+  [[nodiscard]] size_t text() const { return text_; }
 
  private:
   bool add(const cJSON* item) {

@@ -21,7 +21,9 @@ struct JsonPlace {
   std::string name;         // of the member, or the element's index
   size_t depth = 0;         // how many arrays and objects contain an item at this place
 
-  bool leads_nowhere() const { return !cJSON_IsArray(parent) && !cJSON_IsObject(parent); }
+  [[nodiscard]] bool leads_nowhere() const {
+    return !cJSON_IsArray(parent) && !cJSON_IsObject(parent);
+  }
 };
 
 // Searches of a document that is perhaps shallow (j2s/shallow_tree.h): what a search reaches is
@@ -46,7 +48,7 @@ class JsonSearch {
   cJSON* find_element(const cJSON* array, size_t index);
 
   // Items passed, characters of names compared beyond the first, and a share of what was built.
-  size_t steps() const { return steps_; }
+  [[nodiscard]] size_t steps() const { return steps_; }
 
  private:
   enum class Levels { kOne, kAll };

@@ -23,7 +23,7 @@ class ReceiveBuffer {
   ReceiveBuffer& operator=(const ReceiveBuffer&) = delete;
 
   char* data() { return static_cast<char*>(memory_); }
-  size_t size() const { return size_; }
+  [[nodiscard]] size_t size() const { return size_; }
 
  private:
   size_t size_;

@@ -30,7 +30,7 @@ constexpr int kClosed = -1;
 // second.
 constexpr milliseconds kAcceptTimeout{1000};
 constexpr milliseconds kReceiveTimeout{3000};
-// How often a blocked send sees that the process is to end.
+// A blocked send looks at the shutdown flag this often.
 constexpr milliseconds kSendTimeout{300};
 
 // An accept that fails for want of descriptors ends the server for good. So we stop accepting while

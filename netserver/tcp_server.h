@@ -65,7 +65,7 @@ class TCPServer {
   int32_t SaveExit();
 
   // True when the accept loop has ended, or never ran. Called from any thread.
-  bool stopped() const { return stopped_; }
+  [[nodiscard]] bool stopped() const { return stopped_; }
 
  private:
   struct Client {
@@ -90,7 +90,7 @@ class TCPServer {
   void join_finished();
   void report_idle();
   void ask_threads_to_end();
-  bool someone_is_connected() const REQUIRES(mutex_);
+  [[nodiscard]] bool someone_is_connected() const REQUIRES(mutex_);
 
   std::atomic<bool> quit_ = false;
   std::atomic<bool> stopped_ = true;

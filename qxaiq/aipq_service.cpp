@@ -71,7 +71,7 @@ void update(PqRequest& request) {
   } catch (const std::bad_alloc&) {
     log_error()("no memory for an update of the AIPQ document: nothing is saved");
   }
-  // Whatever became of it: the display service then reads the document again.
+  // Also after a failure: the display service then reads the document again.
   if (const Table* table = find_table(request)) bump(table->counter);
 }
 

@@ -26,8 +26,8 @@ constexpr std::array<std::string_view, 7> kFormatNames = {"rgba", "bgr",  "nv12"
 static_assert(kFormatNames[static_cast<size_t>(PixelFormat::kNv15)] == "nv15");
 static_assert(kFormatNames[static_cast<size_t>(PixelFormat::kRgb)] == "rgb");
 
-// What follows the prefix. The path comes from a property that others write: it must not lead to
-// any file but the dumps in their folder, since that file gets sent and deleted.
+// The rest after the prefix. The path comes from a property that other processes write. It must not
+// lead to any file but the dumps in their folder, since that file is sent and deleted.
 std::optional<std::string_view> dump_name(std::string_view path) {
   for (const std::string_view prefix : kPrefixes) {
     if (!path.starts_with(prefix)) continue;

@@ -1,8 +1,8 @@
 // Shows a change of the PQ parameters on the display.
 //
-// Failures of the display are logged where they happen and change nothing else: the parameters are
-// stored by then. Callable from any thread; each blocks for what the redraw takes (2 seconds), and
-// two at once take turns at the display.
+// Display failures are logged where they happen and change nothing else: the parameters are already
+// stored. Callable from any thread; each blocks for what the redraw takes (2 seconds), and two at
+// once take turns at the display.
 #ifndef QXAIQ_PQ_DISPLAY_H_
 #define QXAIQ_PQ_DISPLAY_H_
 

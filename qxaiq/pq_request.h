@@ -17,7 +17,7 @@ class PqRequest {
   explicit PqRequest(std::string_view text);
 
   // Null when nothing could be parsed; else a JSON item, usually the operation object.
-  cJSON* operation() const { return operation_; }
+  [[nodiscard]] cJSON* operation() const { return operation_; }
 
   // The whole text as a patch, null when it is not JSON. Call last: also discards operation(), so
   // that a large request is freed before the redraw. path_names() still works.
@@ -27,7 +27,7 @@ class PqRequest {
   const char* text_member(const char* name) const;
 
   // True if the path contains `word` anywhere. Sections are chosen by this.
-  bool path_names(std::string_view word) const;
+  [[nodiscard]] bool path_names(std::string_view word) const;
 
   // The board's platform is "ro.board.platform". Any but the three known ones counts as 3 in
   // updates and as 0 in queries: tools rely on the two being different.

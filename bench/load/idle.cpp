@@ -34,7 +34,7 @@ struct Waits {
     std::nth_element(milliseconds.begin(), middle, milliseconds.end());
     return *middle;
   }
-  double longest() const {
+  [[nodiscard]] double longest() const {
     return milliseconds.empty() ? 0 : *std::max_element(milliseconds.begin(), milliseconds.end());
   }
 };

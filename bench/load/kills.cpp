@@ -75,8 +75,8 @@ class Changer {
   void join() { thread_.join(); }
 
   // The document must contain a number from stored() to sent().
-  int stored() const { return stored_; }
-  int sent() const { return sent_; }
+  [[nodiscard]] int stored() const { return stored_; }
+  [[nodiscard]] int sent() const { return sent_; }
 
  private:
   void change(Wire& wire) {
@@ -102,11 +102,13 @@ class Watched {
       : board_(board.board()), place_(place), changer_(place), original_(without_number()) {}
 
   void start_changing() { changer_.run(last_); }
-  bool has_changed() const { return changer_.stored() > last_; }
-  int changes() const { return last_; }
+  [[nodiscard]] bool has_changed() const { return changer_.stored() > last_; }
+  [[nodiscard]] int changes() const { return last_; }
   void wait_for_the_end() { changer_.join(); }
 
-  bool was_being_saved() const { return std::filesystem::exists(board_.file(place_.side_file)); }
+  [[nodiscard]] bool was_being_saved() const {
+    return std::filesystem::exists(board_.file(place_.side_file));
+  }
 
   // Returns an empty text if the document is one that was sent, otherwise the fault.
   std::string check() {
@@ -131,7 +133,7 @@ class Watched {
     int number = 0;
   };
 
-  Found without_number() const {
+  [[nodiscard]] Found without_number() const {
     const auto document = pqclient::parse_whole_json(board_.read(place_.file));
     const std::string name(place_.path.substr(place_.path.rfind('/') + 1));
     // Removed rather than set to 0: a replaced member of the AIPQ document moves to the end.
@@ -142,7 +144,9 @@ class Watched {
   }
 
   // Before the first update the number is the board's own.
-  int in_document(int number) const { return number == 0 ? original_.number : number % kValues; }
+  [[nodiscard]] int in_document(int number) const {
+    return number == 0 ? original_.number : number % kValues;
+  }
 
   board::Board& board_;
   const Place& place_;

@@ -65,7 +65,7 @@ ProcessFigures LoadedBoard::settled(size_t threads) const {
 }
 
 ProcessFigures LoadedBoard::at_rest(size_t threads) const {
-  settled(threads);
+  (void)settled(threads);
   std::this_thread::sleep_for(2500ms);
   return figures();
 }

@@ -34,13 +34,13 @@ class LoadedBoard {
 
   board::Board& board() { return board_; }
 
-  ProcessFigures figures() const { return read_process(board_.daemon_pid()); }
+  [[nodiscard]] ProcessFigures figures() const { return read_process(board_.daemon_pid()); }
 
   // The figures once there are at most `threads` threads, or after ten seconds: a client's thread
   // ends a moment after its client, and is joined within a second.
-  ProcessFigures settled(size_t threads) const;
+  [[nodiscard]] ProcessFigures settled(size_t threads) const;
   // The same, once the daemon has returned its clients' memory, a second after the last one left.
-  ProcessFigures at_rest(size_t threads) const;
+  [[nodiscard]] ProcessFigures at_rest(size_t threads) const;
 
   // The engine writes a file of 130 KB for each table it computes.
   void remove_lut_files();

@@ -33,8 +33,8 @@ struct Tally {
   size_t dumps_received = 0;  // for the others the display service was too late
 
   Tally& operator+=(const Tally& other);
-  size_t total() const;
-  size_t of(Kind kind) const { return done[static_cast<size_t>(kind)]; }
+  [[nodiscard]] size_t total() const;
+  [[nodiscard]] size_t of(Kind kind) const { return done[static_cast<size_t>(kind)]; }
 };
 
 // One thread at a time; several clients may run at once.
@@ -46,7 +46,7 @@ class MixedClient {
   // answer is wrong or missing, or if the daemon drops a connection.
   void make_request();
 
-  const Tally& tally() const { return tally_; }
+  [[nodiscard]] const Tally& tally() const { return tally_; }
 
  private:
   Wire& kept();

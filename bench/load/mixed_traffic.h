@@ -15,7 +15,7 @@ struct TrafficResult {
   std::vector<std::string> failures;  // error texts; a client stops at its first
 
   // "5000 requests: 1800 queries ..."
-  std::string text() const;
+  [[nodiscard]] std::string text() const;
 };
 
 // Each client continues while `more()` returns true, which is called on all their threads.

@@ -27,7 +27,7 @@ class Report {
   }
 
   // Prints the lines. Returns whether every bound was kept.
-  bool finish() const {
+  [[nodiscard]] bool finish() const {
     std::cout << run_ << ": " << line_ << '\n' << failures_ << std::flush;
     return failures_.empty();
   }

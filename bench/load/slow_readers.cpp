@@ -60,7 +60,7 @@ class SlowReaders {
       threads_.emplace_back([this] { read(); });
   }
 
-  bool are_done() const { return running_ == 0; }
+  [[nodiscard]] bool are_done() const { return running_ == 0; }
 
   // Waits for them. Returns error texts; a reader stops at its first failure.
   const std::vector<std::string>& join() {
@@ -95,8 +95,8 @@ struct Beside {
   std::vector<Clock::duration> waits;  // sorted
   long most_memory = 0;                // KiB
 
-  Clock::duration median() const { return waits[waits.size() / 2]; }
-  Clock::duration longest() const { return waits.back(); }
+  [[nodiscard]] Clock::duration median() const { return waits[waits.size() / 2]; }
+  [[nodiscard]] Clock::duration longest() const { return waits.back(); }
 };
 
 Beside query_beside(const SlowReaders& readers, const LoadedBoard& board) {

@@ -42,7 +42,7 @@ double s_curve(double input) {
   return input - 0.06 * std::sin(2 * std::numbers::pi * input);
 }
 
-// How much a curve counts at a luma step: `height` at `middle`, nothing `reach` steps away.
+// The weight of a curve at a luma step: `height` at `middle`, nothing `reach` steps away.
 uint16_t weight(size_t step, int middle, int reach, int height) {
   const int distance = std::abs(static_cast<int>(step) - middle);
   return static_cast<uint16_t>(height * std::max(reach - distance, 0) / reach);

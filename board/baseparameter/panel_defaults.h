@@ -1,4 +1,4 @@
-// What the base-parameter store of a new board holds: the calibration of a plausible panel.
+// The content of a new board's base-parameter store: the calibration of a plausible panel.
 // No value is zero where zero would hide a mistake, and no two members of the sharpening and AI
 // records are alike, so that a mix-up of two members shows.
 #ifndef BOARD_BASEPARAMETER_PANEL_DEFAULTS_H_

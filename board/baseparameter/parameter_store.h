@@ -29,7 +29,7 @@ class ParameterStore {
   // Fills an empty store with what a board leaves the factory with. Throws std::runtime_error.
   void seed(const PanelDefaults& defaults) const;
 
-  std::optional<std::pair<uint16_t, uint16_t>> version() const;
+  [[nodiscard]] std::optional<std::pair<uint16_t, uint16_t>> version() const;
 
   // Fills `record` from a file of exactly its size. Else the result is negative (-ENOENT, -EIO) and
   // the record stays as it was.
@@ -42,7 +42,7 @@ class ParameterStore {
                                   const cubic_lut_data& lut) const;
 
  private:
-  std::filesystem::path connector_folder(unsigned int type, unsigned int index) const;
+  [[nodiscard]] std::filesystem::path connector_folder(unsigned int type, unsigned int index) const;
 
   std::filesystem::path folder_;
 };

@@ -6,7 +6,7 @@
 
 namespace board {
 
-// What a channel's full scale is, in pictures, gamma tables and 3D tables alike.
+// A channel's full scale, in pictures, gamma tables and 3D tables alike.
 inline constexpr uint16_t kFullScale = 65535;
 
 // Display-referred (gamma-coded) R'G'B', 0..kFullScale a channel.

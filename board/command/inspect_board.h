@@ -14,10 +14,10 @@ void print_properties(const std::string& state, const std::string& name);
 void set_property(const std::string& state, const std::string& name, const std::string& value);
 void print_calls(const std::string& state);
 
-// What programs have set on the display device, on screen or not.
+// Prints the settings of the display device, on screen or not.
 void print_display(const std::string& state);
 
-// What the screen shows at this moment, as a PNG.
+// Saves the current picture of the screen as a PNG.
 void save_screenshot(const std::string& state, const std::string& file);
 
 // The boards that can be run, by name.

@@ -122,8 +122,8 @@ void add_inspections(CLI::App& app, Arguments& arguments) {
   app.add_subcommand("list", "Show the boards there are")->callback(board::print_boards);
 }
 
-// What stands behind "run ... --" is the daemon's. Taken off here, so that the parser refuses every
-// other word, such as a board's name without --board.
+// Words after "run ... --" belong to the daemon. They are removed here, so that the parser refuses
+// every other word, such as a board's name without --board.
 std::vector<std::string> take_daemon_arguments(std::vector<std::string>& words) {
   if (words.empty() || words.front() != "run") return {};
   const auto dashes = std::ranges::find(words, "--");

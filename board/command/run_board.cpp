@@ -65,7 +65,7 @@ int follow(Board& board) {
 int run_in_foreground(const std::string& name_or_file, const BoardOptions& options) {
   const sigset_t signals = watched_signals();
   ::sigprocmask(SIG_BLOCK, &signals, nullptr);
-  // Nobody may be left to read what is printed; the board is put away all the same.
+  // The reader of our output may be gone; the board still has to be stopped.
   ::signal(SIGPIPE, SIG_IGN);
   refuse_shared_port();
   Board board(name_or_file, options);

@@ -1,4 +1,4 @@
-// What a simulated board is made of, read from a small JSON file (board/boards/*.json).
+// The hardware of a simulated board, read from a small JSON file (board/boards/*.json).
 //
 // Every part of the simulated board reads the same description; docs/board.md explains each key.
 // A key that is absent has the value a plain, healthy panel would have.
@@ -29,7 +29,7 @@ struct Connector {
   bool operator==(const Connector&) const = default;
 };
 
-// What the simulated display device gets wrong. An errno of 0 means that the call works.
+// Faults of the simulated display device. An errno of 0 means that the call works.
 struct Faults {
   int open_errno = 0;       // opening the display device
   bool no_device = false;   // there is no display device at all

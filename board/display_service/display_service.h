@@ -26,8 +26,8 @@ namespace board::screen {
 // Used by one thread.
 class DisplayService {
  public:
-  // How long a dump waits for the redraw that its requester asks for, before it shows the screen
-  // as it is. Leaves three of the 4.2 seconds after which the daemon looks for the file.
+  // The longest wait of a dump for the redraw that its requester asks for; after it, the dump shows
+  // the screen as it is. Leaves three of the 4.2 seconds after which the daemon looks for the file.
   static constexpr std::chrono::milliseconds kRedrawWait{1000};
 
   // data_folder: where the daemon keeps its documents and expects the dumps,
@@ -53,7 +53,7 @@ class DisplayService {
   void show(ScreenState state);
   void take_due_dumps(Clock::time_point now);
   void take_dump(DumpSide side);
-  std::optional<std::chrono::milliseconds> until_first_dump() const;
+  [[nodiscard]] std::optional<std::chrono::milliseconds> until_first_dump() const;
 
   const Description description_;
   const std::filesystem::path board_folder_;

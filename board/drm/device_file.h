@@ -34,12 +34,12 @@ class DeviceFile {
   // the file is not of this build.
   explicit DeviceFile(const std::filesystem::path& board_folder);
 
-  const DeviceRecord& record() const { return record_; }
+  [[nodiscard]] const DeviceRecord& record() const { return record_; }
   // Does nothing when the record is the stored one. Throws std::system_error; the stored one stays.
   void store(const DeviceRecord& record);
 
   // The bytes of the blob in a slot of the record.
-  std::vector<uint8_t> blob(size_t slot) const;
+  [[nodiscard]] std::vector<uint8_t> blob(size_t slot) const;
   // For a slot that is free in record(); at most kLargestBlob bytes. Counts with the next store().
   void write_blob(size_t slot, const std::vector<uint8_t>& data) const;
 

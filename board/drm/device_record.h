@@ -71,7 +71,7 @@ struct OpenFile {
   uint32_t master;
 };
 
-// How the device behaves for as long as the board runs; from the board's description.
+// The device's behaviour while the board runs; from the board's description.
 // An errno of 0 means that the call works; the others are switches, 0 or 1.
 struct Settings {
   uint32_t gamma_lut_size;  // entries; 0: the CRTCs have no GAMMA_LUT
@@ -97,13 +97,17 @@ struct DeviceRecord {
   uint64_t property_writes;         // successful single property calls
   int64_t last_nonblocking_commit;  // CLOCK_MONOTONIC, ns; 0: none yet
 
-  std::span<Output> used_outputs() { return std::span(outputs).first(settings.output_count); }
-  std::span<const Output> used_outputs() const {
+  [[nodiscard]] std::span<Output> used_outputs() {
+    return std::span(outputs).first(settings.output_count);
+  }
+  [[nodiscard]] std::span<const Output> used_outputs() const {
     return std::span(outputs).first(settings.output_count);
   }
   // The CRTCs are in the opposite order of the connectors, so that the CRTC at a connector's index
   // is the wrong one on any board with two connectors. Works both ways.
-  size_t crtc_position(size_t output) const { return settings.output_count - 1 - output; }
+  [[nodiscard]] size_t crtc_position(size_t output) const {
+    return settings.output_count - 1 - output;
+  }
 
   // Frees blobs that no open file holds and no CRTC shows: the kernel's reference rule. A blob that
   // its creator destroyed lives on for as long as a CRTC shows it.

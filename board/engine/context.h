@@ -1,4 +1,4 @@
-// What stands behind a handle of the engine's C interface.
+// The object behind a handle of the engine's C interface.
 #ifndef BOARD_ENGINE_CONTEXT_H_
 #define BOARD_ENGINE_CONTEXT_H_
 
@@ -10,7 +10,7 @@
 
 namespace board::engine {
 
-// What the entry points return.
+// The results of the entry points.
 enum Result : int32_t {
   kDone = 0,
   kNullArgument = -1,

@@ -31,7 +31,7 @@ inline constexpr size_t kSaturationPoints = 13;
 inline constexpr int kTableGainMax = 127;
 inline constexpr int kMasterGainMax = 1023;
 
-// How far one of luma, hue and saturation is moved, by hue, and how much of that counts where.
+// The shift of one of luma, hue and saturation by hue, and its weights.
 struct HueAdjustment {
   std::array<int, kHuePoints> delta{};
   std::array<int, kHuePoints * kLumaPoints> gain_by_luma{};  // 0..127, a row for each hue

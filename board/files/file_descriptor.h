@@ -21,8 +21,8 @@ class FileDescriptor {
     if (descriptor_ >= 0) ::close(descriptor_);
   }
 
-  int get() const { return descriptor_; }
-  bool valid() const { return descriptor_ >= 0; }
+  [[nodiscard]] int get() const { return descriptor_; }
+  [[nodiscard]] bool valid() const { return descriptor_ >= 0; }
 
  private:
   int descriptor_;

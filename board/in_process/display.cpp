@@ -1,5 +1,5 @@
-// libdrm with one panel behind it. What is handed out lives on the heap, so that a leak checker
-// sees what is not freed.
+// libdrm with one panel behind it. Objects that it returns live on the heap, so that a leak checker
+// sees any that are not freed.
 #include <drm_mode.h>
 #include <fcntl.h>
 #include <unistd.h>

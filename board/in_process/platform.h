@@ -3,7 +3,7 @@
 // parameters are members here, a log line is formatted and dropped, the display is one panel that
 // takes everything. Each library is linked by itself, before the platform's own.
 //
-// What no caller may do (a handle that is not open, a property of another object) ends the process.
+// An invalid call (a handle that is not open, a property of another object) ends the process.
 #ifndef BOARD_IN_PROCESS_PLATFORM_H_
 #define BOARD_IN_PROCESS_PLATFORM_H_
 

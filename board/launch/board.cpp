@@ -184,7 +184,8 @@ std::vector<fs::path> Board::companions() const {
 }
 
 Container Board::container() const {
-  std::vector<fs::path> visible{installation_folder(), options_.daemon};
+  // The daemon by itself too: a test may start it from a shell.
+  std::vector<fs::path> visible{installation_folder(), daemon_program(), options_.daemon};
   visible.insert(visible.end(), options_.libraries.begin(), options_.libraries.end());
   const auto beside = companions();
   visible.insert(visible.end(), beside.begin(), beside.end());

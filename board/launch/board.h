@@ -77,39 +77,41 @@ class Board {
   std::optional<int> wait(Milliseconds timeout);
 
   void signal(int number);
-  bool running() const { return session_ != nullptr; }
-  pid_t daemon_pid() const;  // as seen from here, not from inside the board
-  Isolation isolation() const { return isolation_; }
+  [[nodiscard]] bool running() const { return session_ != nullptr; }
+  [[nodiscard]] pid_t daemon_pid() const;  // as seen from here, not from inside the board
+  [[nodiscard]] Isolation isolation() const { return isolation_; }
 
   // Waits until somebody listens on the TCP port of the network that board and caller share.
   // Does not connect. False when nobody does within the timeout, or the daemon ended.
   bool wait_until_listening(uint16_t port, Milliseconds timeout = kDefaultTimeout);
 
   // Properties: nothing when never set.
-  std::optional<std::string> property(std::string_view name) const;
+  [[nodiscard]] std::optional<std::string> property(std::string_view name) const;
   void set_property(std::string_view name, std::string_view value) const;
 
   // A board's path ("/data/vendor/qxalgo/pq_config.json") on this machine; the file need not exist.
-  std::filesystem::path file(const std::filesystem::path& path_on_board) const;
-  std::string read(const std::filesystem::path& path_on_board) const;  // throws when it cannot
+  [[nodiscard]] std::filesystem::path file(const std::filesystem::path& path_on_board) const;
+  [[nodiscard]] std::string read(
+      const std::filesystem::path& path_on_board) const;  // throws when it cannot
   // Makes the folders above it too.
   void write(const std::filesystem::path& path_on_board, std::string_view content) const;
 
-  // What the daemon and its companions printed, on this power-on of the board.
-  std::string log() const;
+  // The output of the daemon and its companions since the board was switched on.
+  [[nodiscard]] std::string log() const;
   // Waits until the text is in what was printed since the last start(). False after the timeout.
   bool wait_for_log(std::string_view text, Milliseconds timeout = kDefaultTimeout);
 
-  // What the daemon started, in order, without the time: "service call SurfaceFlinger 1006".
-  std::vector<std::string> calls() const;
+  // The programs that the daemon started, in order, without the time: "service call SurfaceFlinger
+  // 1006".
+  [[nodiscard]] std::vector<std::string> calls() const;
 
-  const Description& description() const { return description_; }
-  const std::filesystem::path& state() const { return state_.path(); }
+  [[nodiscard]] const Description& description() const { return description_; }
+  [[nodiscard]] const std::filesystem::path& state() const { return state_.path(); }
 
  private:
-  std::vector<std::filesystem::path> companions() const;
-  Container container() const;
-  std::vector<std::string> daemon_environment() const;  // NAME=VALUE
+  [[nodiscard]] std::vector<std::filesystem::path> companions() const;
+  [[nodiscard]] Container container() const;
+  [[nodiscard]] std::vector<std::string> daemon_environment() const;  // NAME=VALUE
 
   Description description_;
   BoardOptions options_;

@@ -36,7 +36,7 @@ constexpr const char* kShell =
     "while [ \"$1\" != -- ]; do export \"$1\"; shift; done; shift; "
     "exec 4>&2 2>/dev/null; \"$@\" 2>&4 3>&- 4>&-; echo $? >&3";
 
-// What the container needs to find programs, and nothing that changes how libraries load.
+// Enough for the container to find programs, and nothing that changes how libraries load.
 const std::vector<std::string> kCleanEnvironment = {"PATH=/usr/bin:/bin:/usr/sbin:/sbin"};
 
 std::vector<char*> pointers(const std::vector<std::string>& words) {

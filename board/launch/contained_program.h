@@ -21,8 +21,8 @@ class Process {
   Process() = default;  // none: has ended
   explicit Process(pid_t id);
 
-  pid_t id() const { return id_; }
-  bool has_ended(std::chrono::milliseconds timeout) const;
+  [[nodiscard]] pid_t id() const { return id_; }
+  [[nodiscard]] bool has_ended(std::chrono::milliseconds timeout) const;
   void signal(int number) const;  // does nothing once it has ended
 
  private:
@@ -45,7 +45,7 @@ class ContainedProgram {
   ContainedProgram& operator=(const ContainedProgram&) = delete;
 
   // As seen from outside the container; -1 when it ended at once.
-  pid_t id() const { return program_.id(); }
+  [[nodiscard]] pid_t id() const { return program_.id(); }
 
   void signal(int number) const { program_.signal(number); }
 

@@ -26,7 +26,7 @@ const std::vector<std::string> kBubblewrap = {"bwrap",          "--die-with-pare
 // proot traces what it runs. It ends all of it on SIGQUIT, which it gets when the launcher dies.
 const std::vector<std::string> kProot = {"setpriv", "--pdeathsig", "QUIT", "proot", "-v", "-1"};
 
-// What the programs of this machine need to run: /lib and the like may be links into /usr.
+// Folders that this machine's programs need to run: /lib and the like may be links into /usr.
 void add_system_folders(std::vector<std::string>& command) {
   for (const char* folder : {"/usr", "/etc", "/bin", "/sbin", "/lib", "/lib32", "/lib64"}) {
     if (fs::is_symlink(folder)) {

@@ -1,4 +1,4 @@
-// How a daemon with fixed absolute paths meets a board's own files.
+// Gives a daemon with fixed absolute paths a board's own files.
 #ifndef BOARD_LAUNCH_ISOLATION_H_
 #define BOARD_LAUNCH_ISOLATION_H_
 
@@ -27,7 +27,7 @@ struct Container {
 // Tried once a process; any thread.
 const std::string& private_root_obstacle();
 
-// What kAuto means on this machine. Throws std::runtime_error when neither way works here.
+// Resolves kAuto on this machine. Throws std::runtime_error when neither way works here.
 Isolation choose_isolation(Isolation wanted);
 
 // The mounts, in a container of the kind; never kAuto. The network is the caller's. In a private

@@ -1,5 +1,5 @@
-// What becomes of a TCP port (IPv4) of the caller's network, asked of the kernel: a connection made
-// to find out would be a client that the daemon has to serve.
+// The state of a TCP port (IPv4) of the caller's network, as the kernel reports it: a connection
+// made to find out would be a client that the daemon has to serve.
 #ifndef BOARD_LAUNCH_LISTENING_H_
 #define BOARD_LAUNCH_LISTENING_H_
 
@@ -7,10 +7,10 @@
 
 namespace board {
 
-// Whether somebody listens on the port.
+// True if a process listens on the port.
 bool listening(uint16_t port);
 
-// Whether the connections to the port hold bytes that their listener has not taken yet.
+// True if connections to the port hold bytes that their listener has not received yet.
 // client_port: of one client's connection; 0: of any.
 bool holds_unread_bytes(uint16_t port, uint16_t client_port = 0);
 

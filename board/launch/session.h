@@ -32,7 +32,7 @@ class Session {
   explicit Session(const Options& options);
 
   // As this machine sees it. Valid as long as the session runs.
-  pid_t daemon_pid() const { return daemon_->id(); }
+  [[nodiscard]] pid_t daemon_pid() const { return daemon_->id(); }
 
   // Does nothing when the daemon has ended.
   void signal(int number) const { daemon_->signal(number); }

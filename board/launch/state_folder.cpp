@@ -109,7 +109,7 @@ void boot_properties(const fs::path& folder, const Description& description) {
   PropertyStore(folder).boot(defaults);
 }
 
-// What is on the screen does not outlive the power.
+// The picture on the screen is lost when the power goes.
 void boot_screen(const fs::path& folder) {
   fs::remove_all(folder);
   fs::create_directories(folder);

@@ -30,17 +30,19 @@ class StateFolder {
   StateFolder(const StateFolder&) = delete;
   StateFolder& operator=(const StateFolder&) = delete;
 
-  const std::filesystem::path& path() const { return path_; }
-  std::filesystem::path board() const { return path_ / "board"; }  // see board_folder()
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] std::filesystem::path board() const {
+    return path_ / "board";
+  }  // see board_folder()
 
   // Brings the folder into the state that a board has after power-on: what a board keeps is kept,
   // what is missing is made as it leaves the factory. Throws std::runtime_error.
   void boot(const Description& description) const;
 
-  std::vector<Mount> mounts() const;
+  [[nodiscard]] std::vector<Mount> mounts() const;
 
   // Where a board's file is on this machine. Throws std::runtime_error when no mount holds it.
-  std::filesystem::path file(const std::filesystem::path& on_board) const;
+  [[nodiscard]] std::filesystem::path file(const std::filesystem::path& on_board) const;
 
  private:
   void lock();

@@ -19,7 +19,7 @@
 
 namespace {
 
-// What Android keeps of one text.
+// Android cuts a text after this many bytes.
 constexpr size_t kLargestText = 1023;
 // Keeps a line with its time and tag inside PIPE_BUF, so that a pipe takes it whole.
 constexpr size_t kLargestTag = 255;

@@ -1,5 +1,5 @@
 // /system/bin/am of the simulated board: the activity manager, as far as the pattern application
-// needs it. What is on the screen is the file screen/pattern in the board's folder: "R G B" while
+// needs it. The file screen/pattern in the board's folder is the screen: "R G B" while
 // the application shows its colour, absent otherwise.
 #include <cstring>
 #include <filesystem>

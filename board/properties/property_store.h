@@ -22,18 +22,18 @@ class PropertyStore {
   explicit PropertyStore(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
   // Nothing when the property was never set. A property may be set and empty.
-  std::optional<std::string> get(std::string_view name) const;
+  [[nodiscard]] std::optional<std::string> get(std::string_view name) const;
 
   // Returns 0; -EINVAL for a name or a value that Android would not take; -EPERM for a read-only
   // property (ro.) that is set already; else a negative errno. On failure nothing changes.
   [[nodiscard]] int set(std::string_view name, std::string_view value) const;
 
-  // What to tell a person after a negative result of set().
+  // An error message for a negative result of set().
   static std::string refusal(std::string_view name, std::string_view value, int result);
 
-  std::map<std::string, std::string> all() const;
+  [[nodiscard]] std::map<std::string, std::string> all() const;
 
-  // What a start of the board does: only properties that persist (persist.) are kept; `defaults`
+  // Starts the board: only properties that persist (persist.) are kept; `defaults`
   // are set where none is kept. Throws std::runtime_error that names a property it cannot set.
   void boot(const std::map<std::string, std::string>& defaults) const;
 

@@ -22,10 +22,10 @@ struct Picture {
   explicit Picture(Size picture_size, Rgb16 fill = {})
       : size(picture_size), pixels(size_t{size.width} * size.height, fill) {}
 
-  std::span<Rgb16> row(uint32_t y) {
+  [[nodiscard]] std::span<Rgb16> row(uint32_t y) {
     return std::span(pixels).subspan(size_t{y} * size.width, size.width);
   }
-  std::span<const Rgb16> row(uint32_t y) const {
+  [[nodiscard]] std::span<const Rgb16> row(uint32_t y) const {
     return std::span(pixels).subspan(size_t{y} * size.width, size.width);
   }
 

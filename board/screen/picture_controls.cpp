@@ -39,7 +39,7 @@ AffineChannel channel(double Rgb::*member, const Rgb& black, const std::array<Rg
 
 }  // namespace
 
-// What an affine step does to black and to the three primaries says all about it.
+// Its effect on black and the three primaries defines an affine step.
 AffineColour picture_controls_matrix(const PictureControls& controls) {
   const Rgb black = apply(controls, {0, 0, 0});
   const std::array<Rgb, 3> primaries = {apply(controls, {1, 0, 0}), apply(controls, {0, 1, 0}),

@@ -19,8 +19,8 @@ class Pipeline {
  public:
   explicit Pipeline(const ScreenState& state);
 
-  Rgb16 apply(const Rgb16& input) const;
-  Picture apply(const Picture& input) const;
+  [[nodiscard]] Rgb16 apply(const Rgb16& input) const;
+  [[nodiscard]] Picture apply(const Picture& input) const;
 
  private:
   std::optional<AffineColour> controls_;  // none while all are neutral
@@ -28,7 +28,7 @@ class Pipeline {
   std::array<std::vector<uint16_t>, 3> gamma_;  // red, green, blue; 65,536 entries each
 };
 
-// What goes into the stages: the full-screen pattern when there is one, else the test picture.
+// The input of the stages: the full-screen pattern when there is one, else the test picture.
 Picture screen_input(const ScreenState& state, Size size);
 
 }  // namespace board::screen

@@ -52,7 +52,7 @@ struct Arguments {
   std::string matrix = "bt709";
   std::string range = "limited";
 
-  ColourCoding coding() const { return {kMatrices.at(matrix), kRanges.at(range)}; }
+  [[nodiscard]] ColourCoding coding() const { return {kMatrices.at(matrix), kRanges.at(range)}; }
 };
 
 // Fetches the picture on a thread of its own, so that the progress bar can move.

@@ -43,7 +43,7 @@ class History {
   [[nodiscard]] std::filesystem::path unreadable_newest() const;
 
   // Numbers the entry and removes the oldest ones beyond a few hundred.
-  int add(HistoryEntry entry) const;
+  [[nodiscard]] int add(HistoryEntry entry) const;
 
   void mark_undone(int number) const;
 

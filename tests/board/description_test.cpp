@@ -14,7 +14,7 @@ namespace {
 
 class BoardDescription : public testing::Test {
  protected:
-  Description read(const std::string& text) const {
+  [[nodiscard]] Description read(const std::string& text) const {
     folder_.write("test.json", text);
     return read_description(folder_.path() / "test.json");
   }
@@ -53,7 +53,7 @@ TEST_F(BoardDescription, IsRefusedWithItsKeyItsValueAndWhatIsAllowed) {
   };
   for (const Case& wrong : cases) {
     try {
-      read(wrong.text);
+      (void)read(wrong.text);
       ADD_FAILURE() << wrong.text;
     } catch (const std::runtime_error& error) {
       for (const char* word : wrong.words)

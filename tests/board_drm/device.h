@@ -37,38 +37,41 @@ class Device {
   void close();
 
   // The connector at an index of the resources' list.
-  ConnectorPtr connector(int index) const;
+  [[nodiscard]] ConnectorPtr connector(int index) const;
   // The CRTC of the connector's first encoder; 0 if it has none.
-  uint32_t crtc_id(int index) const;
+  [[nodiscard]] uint32_t crtc_id(int index) const;
 
   struct Property {
     uint32_t id = 0;  // 0: the object has no property of that name
     uint64_t value = UINT64_MAX;
   };
-  uint32_t property_id(uint32_t object_id, uint32_t type, const std::string& name) const {
+  [[nodiscard]] uint32_t property_id(uint32_t object_id, uint32_t type,
+                                     const std::string& name) const {
     return find_property(object_id, type, name).id;
   }
-  uint64_t property(uint32_t object_id, uint32_t type, const std::string& name) const {
+  [[nodiscard]] uint64_t property(uint32_t object_id, uint32_t type,
+                                  const std::string& name) const {
     return find_property(object_id, type, name).value;
   }
 
   // A blob of `entries` table entries, entry i having value + i in each channel. 0 on failure.
-  uint32_t gamma_blob(uint32_t entries, uint16_t value = 0) const;
-  int set_gamma(uint32_t crtc, uint64_t blob) const;
+  [[nodiscard]] uint32_t gamma_blob(uint32_t entries, uint16_t value = 0) const;
+  [[nodiscard]] int set_gamma(uint32_t crtc, uint64_t blob) const;
   // Loads a whole table as a client does: create, set, destroy.
-  int load_gamma(uint32_t crtc, uint32_t entries, uint16_t value = 0) const;
+  [[nodiscard]] int load_gamma(uint32_t crtc, uint32_t entries, uint16_t value = 0) const;
 
   struct Item {
     const char* property;
     uint64_t value;
   };
-  int commit(uint32_t connector_id, const std::vector<Item>& items,
-             uint32_t flags = DRM_MODE_ATOMIC_NONBLOCK) const;
+  [[nodiscard]] int commit(uint32_t connector_id, const std::vector<Item>& items,
+                           uint32_t flags = DRM_MODE_ATOMIC_NONBLOCK) const;
 
   int descriptor;
 
  private:
-  Property find_property(uint32_t object_id, uint32_t type, const std::string& name) const;
+  [[nodiscard]] Property find_property(uint32_t object_id, uint32_t type,
+                                       const std::string& name) const;
 };
 
 // A board that boots, by default with one eDP panel.

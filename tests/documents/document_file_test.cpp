@@ -17,10 +17,10 @@ class DocumentFile : public testing::Test {
   void write(const std::string& text) const { folder_.write("pq.json", text); }
   int save(const char* text) const { return pq::save_document(document_.c_str(), text); }
 
-  pq::DocumentText read() const { return pq::read_document(document_.c_str()); }
+  [[nodiscard]] pq::DocumentText read() const { return pq::read_document(document_.c_str()); }
 
   // The contents of document and side file; "-" for a missing one.
-  std::string state() const {
+  [[nodiscard]] std::string state() const {
     const auto shown = [](const std::string& path) {
       return std::filesystem::exists(path) ? text_of(path) : "-";
     };

@@ -133,7 +133,8 @@ class Loop {
 
   // The calls that must fail, counted from 1. A lasting fault of a site's first call also makes its
   // last one fail.
-  std::vector<size_t> choose(const std::vector<uint64_t>& places, bool lasting) const {
+  [[nodiscard]] std::vector<size_t> choose(const std::vector<uint64_t>& places,
+                                           bool lasting) const {
     std::map<uint64_t, size_t> last_at_place;
     for (size_t i = 0; i < places.size(); ++i)
       last_at_place[places[i]] = i;
@@ -151,7 +152,7 @@ class Loop {
   static bool can_last(const Fault& fault) { return fault.error != EINTR && fault.error != kShort; }
 
   // The harm that the fault did, and the resources it left in use; empty for none.
-  std::string strike_once(const Fault& fault, size_t call, bool lasting) const {
+  [[nodiscard]] std::string strike_once(const Fault& fault, size_t call, bool lasting) const {
     const long blocks = live_blocks();
     const size_t descriptors = open_descriptors();
     std::string harm = strike_and_judge(fault, call, lasting);
@@ -163,7 +164,7 @@ class Loop {
     return harm;
   }
 
-  std::string strike_and_judge(const Fault& fault, size_t call, bool lasting) const {
+  [[nodiscard]] std::string strike_and_judge(const Fault& fault, size_t call, bool lasting) const {
     subject_.prepare();
     arm(fault, call, lasting);
     const std::string reply = subject_.run();
@@ -186,7 +187,7 @@ class Loop {
     return harm;
   }
 
-  std::string judge_reply(const std::string& reply) const {
+  [[nodiscard]] std::string judge_reply(const std::string& reply) const {
     if (reply.empty() || reply == expected_.reply) return "";
     if (subject_.any_bytes && reply.size() == expected_.reply.size()) return "";
     return "another reply";

@@ -25,7 +25,7 @@ class Context : public testing::Test {
   }
   ~Context() override { (void)remove(path_.c_str()); }
 
-  std::string content() const {
+  [[nodiscard]] std::string content() const {
     std::ifstream file(path_, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
@@ -34,7 +34,7 @@ class Context : public testing::Test {
         .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   }
   // A cache file as the library writes it.
-  std::string fresh_cache() const {
+  [[nodiscard]] std::string fresh_cache() const {
     (void)remove(path_.c_str());
     j2s_ctx ctx = {};
     j2s_init(&ctx);

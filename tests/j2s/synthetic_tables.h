@@ -66,7 +66,7 @@ class Tables {
     }
   }
 
-  int index_of(const std::string& member) const {
+  [[nodiscard]] int index_of(const std::string& member) const {
     const auto is_it = [&](const j2s_obj& obj) { return member == &obj.name[0]; };
     return static_cast<int>(std::find_if(objs_.begin(), objs_.end(), is_it) - objs_.begin());
   }
@@ -81,7 +81,7 @@ class Tables {
   }
 
   // For checks that the tables do not change.
-  std::string bytes() const {
+  [[nodiscard]] std::string bytes() const {
     return {reinterpret_cast<const char*>(objs_.data()), objs_.size() * sizeof(j2s_obj)};
   }
 

@@ -24,7 +24,7 @@ struct SocketPair {
     const timeval second{0, 100'000};
     setsockopt(ours.get(), SOL_SOCKET, SO_SNDTIMEO, &second, sizeof(second));
   }
-  std::string receive(size_t size) const {
+  [[nodiscard]] std::string receive(size_t size) const {
     std::string bytes(size, '\0');
     size_t received = 0;
     while (received < size) {

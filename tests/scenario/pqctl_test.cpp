@@ -30,7 +30,7 @@ class Pqctl : public PqctlOnBoard {
         .status;
   }
   // The same once its output begins.
-  int interrupt(const std::string& arguments) const {
+  [[nodiscard]] int interrupt(const std::string& arguments) const {
     return interrupt(">" + file("shown") + " " + arguments, file("shown"));
   }
 };

@@ -24,7 +24,7 @@ struct Means {
   double green = 0;
   double blue = 0;
   double chroma = 0;
-  double luma() const { return board::to_ycbcr({red, green, blue}).y; }
+  [[nodiscard]] double luma() const { return board::to_ycbcr({red, green, blue}).y; }
 };
 
 class ScreenTest : public DaemonTest {

@@ -24,7 +24,8 @@ class ProcessEnd {
   }
 
   // The time from this call to the process's exit; empty if it still runs after the timeout.
-  std::optional<std::chrono::milliseconds> wait(std::chrono::milliseconds timeout) const {
+  [[nodiscard]] std::optional<std::chrono::milliseconds> wait(
+      std::chrono::milliseconds timeout) const {
     const auto start = std::chrono::steady_clock::now();
     pollfd ended{descriptor_, POLLIN, 0};
     if (poll(&ended, 1, static_cast<int>(timeout.count())) != 1) return std::nullopt;

@@ -29,10 +29,12 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  const std::filesystem::path& path() const { return path_; }
+  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
 
   // Takes paths relative to the folder; missing parent folders are created.
-  std::string read(const std::filesystem::path& file) const { return text_of(path_ / file); }
+  [[nodiscard]] std::string read(const std::filesystem::path& file) const {
+    return text_of(path_ / file);
+  }
   void write(const std::filesystem::path& file, const std::string& text) const {
     std::filesystem::create_directories((path_ / file).parent_path());
     std::ofstream(path_ / file, std::ios::binary) << text;

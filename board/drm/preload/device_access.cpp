@@ -25,7 +25,7 @@ struct flock byte_lock(uint64_t number, short type) {
   return lock;
 }
 
-// Whether another open file than the descriptor's holds the number.
+// True if an open file other than the descriptor's holds the number.
 bool held_by_another(int descriptor, uint64_t number) {
   struct flock lock = byte_lock(number, F_WRLCK);
   if (::fcntl(descriptor, F_OFD_GETLK, &lock) != 0) fail(errno);

@@ -41,12 +41,12 @@ class DeviceAccess {
 
   DeviceRecord& record() { return record_; }
   OpenFile& file() { return record_.open_files[file_]; }
-  const DeviceFile& stored() const { return stored_; }
+  [[nodiscard]] const DeviceFile& stored() const { return stored_; }
 
  private:
   void close_abandoned_files(const std::filesystem::path& node);
   size_t find_or_register_file(int descriptor);
-  bool has_master() const;
+  [[nodiscard]] bool has_master() const;
 
   DeviceFile stored_;
   DeviceRecord record_;

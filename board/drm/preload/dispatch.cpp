@@ -35,7 +35,7 @@ int with(DeviceAccess& device, void* argument) {
   return Handle(device, *static_cast<Argument*>(argument));
 }
 
-// Who may do what is as in the kernel's own table (drm_ioctl.c). A request that is missing here
+// Permissions as in the kernel's own table (drm_ioctl.c). A request that is missing here
 // answers EINVAL, as one that a kernel doesn't know: these are what libdrm needs to find a display
 // and set its picture.
 constexpr Request kRequests[] = {

@@ -80,8 +80,8 @@ class Connection {
   [[nodiscard]] const std::string& address() const { return address_; }
 
  private:
-  std::string busy_text(const Deadline& deadline) const;
-  Error lost_while_sending(int error) const;
+  [[nodiscard]] std::string busy_text(const Deadline& deadline) const;
+  [[nodiscard]] Error lost_while_sending(int error) const;
   std::optional<std::size_t> try_receive(std::span<std::uint8_t> into, const Deadline& deadline);
 
   std::string address_;

@@ -88,7 +88,7 @@ class TuningClient {
 
  private:
   Connection take_connection();
-  std::string request_text(JsonPtr operation) const;
+  [[nodiscard]] std::string request_text(JsonPtr operation) const;
   void send_unanswered(ByteView bytes);
   void run_command(Command command, ByteView arguments);
 
