@@ -37,6 +37,10 @@ BoardOptions script(const std::string& text, BoardOptions options = {}) {
 class Launch : public testing::TestWithParam<Isolation> {
  protected:
   void SetUp() override {
+#ifdef __SANITIZE_THREAD__
+    // Its programs need addresses that proot has taken.
+    if (GetParam() == Isolation::kProot) GTEST_SKIP() << "no thread sanitizer under proot";
+#endif
     if (GetParam() == Isolation::kNamespace && !private_root_obstacle().empty()) {
       GTEST_SKIP() << "no private root here: " << private_root_obstacle();
     }

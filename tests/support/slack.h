@@ -4,7 +4,9 @@
 
 #include <chrono>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(PQ_EMULATED)
+#if defined(__SANITIZE_THREAD__)
+inline constexpr std::chrono::milliseconds kSlack{10000};
+#elif defined(__SANITIZE_ADDRESS__) || defined(PQ_EMULATED)
 inline constexpr std::chrono::milliseconds kSlack{5000};
 #else
 inline constexpr std::chrono::milliseconds kSlack{0};
