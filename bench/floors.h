@@ -11,7 +11,7 @@ namespace bench {
 
 inline constexpr int kPlatformNumber = 1;  // of qxt200, see documents.cpp
 
-// What a request wants of a document.
+// One request and the document that it is made of.
 struct Task {
   const char* document;
   std::string request;

@@ -9,7 +9,7 @@
 
 namespace pq {
 
-// How much is known of a document.
+// The state of a document's file.
 enum class DocumentState {
   kWhole,    // its text is there
   kMissing,  // there is no file, or none that may be read; a retry would not help

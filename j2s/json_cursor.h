@@ -1,9 +1,9 @@
 // Reads JSON text in place, value by value, without a tree. Knows no tables.
 //
 // Accepts JSON as RFC 8259 has it, with bytes 1 to 32 as white space, up to 64 levels deep and
-// without escapes or control characters in strings, so that a text's bytes are its value. What it
-// accepts, cJSON accepts too and finds the same values in. It fails at anything else, which says
-// nothing about the text: cJSON takes more, and the caller asks cJSON then.
+// without escapes or control characters in strings, so that a text's bytes are its value. cJSON
+// accepts all of that too and finds the same values in it. The cursor fails at anything else, even
+// if cJSON may accept it; the caller then asks cJSON.
 //
 // It also finds out whether a value is written exactly as cJSON_Print would write it, and can be
 // copied as it is.
@@ -62,7 +62,7 @@ class JsonCursor {
 
  private:
   static constexpr int kDeepest = 64;
-  static constexpr ptrdiff_t kMostDigits = 9;  // an int32_t holds all numbers of so many
+  static constexpr ptrdiff_t kMaxDigits = 9;  // an int32_t holds all numbers of so many
 
   bool fail();
   bool close();
@@ -97,7 +97,7 @@ void JsonCursor::read_integers(Use use) {
     const char* end = digits;
     for (uint32_t digit = 0; (digit = static_cast<uint32_t>(*end) - '0') <= 9; ++end)
       magnitude = magnitude * 10 + digit;
-    if (end == digits || end - digits > kMostDigits || *end == '.' || (*end | 0x20) == 'e') break;
+    if (end == digits || end - digits > kMaxDigits || *end == '.' || (*end | 0x20) == 'e') break;
     // 07 is none, and -0 is not what is printed for it.
     if (*digits == '0' && (end - digits > 1 || negative)) break;
     const auto number = static_cast<int32_t>(magnitude);

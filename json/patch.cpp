@@ -54,7 +54,7 @@ JsonPtr copy_of(const cJSON* item) {
   return copy;
 }
 
-// What two equal trees have equally much of: items, and characters of texts and names.
+// The extent of a tree, the same for equal trees: items, and characters of texts and names.
 class Extent {
  public:
   // Counts `item` and all below it, until there is more than in `most`.
@@ -125,7 +125,7 @@ class Patcher {
   };
   static const std::array<Operation, 6> kOperations;
 
-  // Whether the patch may go on after something of this cost, and the searches up to now.
+  // Charges this cost and the searches up to now; false if the patch must stop.
   [[nodiscard]] bool take(size_t nanoseconds) {
     nanoseconds += (search_.steps() - paid_steps_) * cost::kStep;
     paid_steps_ = search_.steps();

@@ -36,7 +36,7 @@ std::string_view view(const char* text) {
 size_t own_text(const cJSON* item, size_t depth) {
   constexpr std::string_view kBraces = "{\n}";
   constexpr std::string_view kBrackets = "[]";
-  constexpr std::string_view kLongestWord = "false";
+  constexpr std::string_view kMaxWord = "false";
   switch (item->type & 0xff) {
     case cJSON_Object:
       return kBraces.size() + depth;
@@ -49,7 +49,7 @@ size_t own_text(const cJSON* item, size_t depth) {
     case cJSON_Raw:
       return view(item->valuestring).size();  // as it is printed
     default:
-      return kLongestWord.size();
+      return kMaxWord.size();
   }
 }
 

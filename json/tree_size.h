@@ -24,7 +24,7 @@ struct TreeSize {
   }
 };
 
-// Whether a document may have this size (limits.h).
+// True if a document may have this size (limits.h).
 bool fits(TreeSize size);
 
 // The size of an item that is `depth` arrays and objects deep in its document, with all below it
@@ -35,7 +35,7 @@ bool fits(TreeSize size);
 // Null: it fits into no document, or a level is too deep. Stops there.
 std::optional<TreeSize> measure(const cJSON* item, size_t depth);
 
-// What its parent's text needs for an item besides the item: separator, tabs and name.
+// The bytes that the parent's text needs around an item: separator, tabs and name.
 // parent: an array or an object. depth: the item's.
 size_t frame_size(const cJSON* parent, std::string_view name, size_t depth);
 

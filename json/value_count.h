@@ -1,4 +1,4 @@
-// What the tree of a JSON text will need, before there is one.
+// Estimates the memory of a JSON text's tree before it is built.
 #ifndef JSON_VALUE_COUNT_H_
 #define JSON_VALUE_COUNT_H_
 

@@ -16,10 +16,11 @@
 namespace pq {
 namespace {
 
-// A board whose /data is full may not boot again. Nobody removes old files: new ones stop in time.
+// A board whose /data is full may not boot again. Old files are never removed, so new ones stop in
+// time.
 constexpr uint64_t kMiB = 1024 * 1024;
-constexpr uint64_t kLeastFreeMiB = 64;
-constexpr uint64_t kLeastFreePercent = 5;
+constexpr uint64_t kMinFreeMiB = 64;
+constexpr uint64_t kMinFreePercent = 5;
 
 }  // namespace
 
@@ -36,11 +37,11 @@ bool LutFiles::has_room() {
   if (statvfs(kLutFolder, &partition) != 0) return true;  // the engine will find out
   const uint64_t free_mib = uint64_t{partition.f_bavail} * partition.f_frsize / kMiB;
   const uint64_t size_mib = uint64_t{partition.f_blocks} * partition.f_frsize / kMiB;
-  const bool full = free_mib < kLeastFreeMiB || free_mib * 100 < size_mib * kLeastFreePercent;
+  const bool full = free_mib < kMinFreeMiB || free_mib * 100 < size_mib * kMinFreePercent;
   if (full && !stopped_) {
     log_error()("no LUT files for now: %" PRIu64 " of %" PRIu64 " MiB are free in %s, %" PRIu64
                 " MiB and %" PRIu64 " %% have to stay free. Remove old files there (lut_*.cube)\n",
-                free_mib, size_mib, kLutFolder, kLeastFreeMiB, kLeastFreePercent);
+                free_mib, size_mib, kLutFolder, kMinFreeMiB, kMinFreePercent);
   }
   stopped_ = full;
   return !full;

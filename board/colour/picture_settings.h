@@ -1,4 +1,4 @@
-// What programs set on a display device, and the screen shows.
+// The settings of a display device: programs make them, the screen shows them.
 #ifndef BOARD_COLOUR_PICTURE_SETTINGS_H_
 #define BOARD_COLOUR_PICTURE_SETTINGS_H_
 

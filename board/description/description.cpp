@@ -18,9 +18,9 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr uint32_t kSmallestDump = 16;  // pixels; the test picture divides its height into 16 parts
-constexpr uint32_t kLargestDump = 8192;
-constexpr uint32_t kLargestTypeCode = 255;
+constexpr uint32_t kMinDump = 16;  // pixels; the test picture divides its height into 16 parts
+constexpr uint32_t kMaxDump = 8192;
+constexpr uint32_t kMaxTypeCode = 255;
 
 std::string joined(const std::vector<std::string>& words) {
   std::string text;
@@ -86,7 +86,7 @@ class Reader {
                            : std::end(kConnectorTypes);
     if (name != std::end(kConnectorTypes)) {
       value = static_cast<uint32_t>(name - std::begin(kConnectorTypes));
-    } else if (item->is_number_unsigned() && *item <= kLargestTypeCode) {
+    } else if (item->is_number_unsigned() && *item <= kMaxTypeCode) {
       value = item->get<uint32_t>();
     } else {
       refuse("type", *item,
@@ -226,7 +226,7 @@ void transfer(auto& archive, Description& board) {
     store.version(board.store_version);
     store.flag("empty", board.store_empty);
   });
-  archive.list("connectors", board.connectors, kMostConnectors,
+  archive.list("connectors", board.connectors, kMaxConnectors,
                [](auto& fields, Connector& connector) {
                  fields.connector_type(connector.type);
                  fields.flag("connected", connector.connected);
@@ -234,17 +234,17 @@ void transfer(auto& archive, Description& board) {
                  fields.flag("lit", connector.lit);
                  fields.flag("picture_controls", connector.picture_controls);
                });
-  archive.number("gamma_lut_size", board.gamma_lut_size, 0, kLargestGammaTable);
+  archive.number("gamma_lut_size", board.gamma_lut_size, 0, kMaxGammaTable);
   archive.object("dump", [&](auto& dump) {
-    dump.number("width", board.dump_width, kSmallestDump, kLargestDump);
-    dump.number("height", board.dump_height, kSmallestDump, kLargestDump);
+    dump.number("width", board.dump_width, kMinDump, kMaxDump);
+    dump.number("height", board.dump_height, kMinDump, kMaxDump);
     dump.word("format_in", board.dump_format_in, kDumpFormats);
     dump.word("format_out", board.dump_format_out, kDumpFormats);
   });
   archive.word("engine", board.engine, kEngineNames);
   archive.object("data", [&](auto& data) {
-    data.number("size", board.data_size, 1, kLargestData);
-    data.number("free", board.data_free, 0, kLargestData);
+    data.number("size", board.data_size, 1, kMaxData);
+    data.number("free", board.data_free, 0, kMaxData);
   });
   archive.object("faults", [&](auto& faults) {
     faults.word("open", board.faults.open_errno, kErrnoNames);

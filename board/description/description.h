@@ -14,9 +14,9 @@
 
 namespace board {
 
-inline constexpr size_t kMostConnectors = 8;
-inline constexpr uint32_t kLargestGammaTable = 4096;  // entries
-inline constexpr uint32_t kLargestData = 1'000'000;   // MiB
+inline constexpr size_t kMaxConnectors = 8;
+inline constexpr uint32_t kMaxGammaTable = 4096;  // entries
+inline constexpr uint32_t kMaxData = 1'000'000;   // MiB
 
 struct Connector {
   uint32_t type = 14;    // DRM connector type code (drm_mode.h); in the file its name or the number

@@ -16,7 +16,7 @@ namespace {
 struct Layout {
   uint64_t in_use;
   DeviceRecord records[2];
-  uint8_t blobs[kMostBlobs][kLargestBlob];
+  uint8_t blobs[kMaxBlobs][kMaxBlob];
 };
 
 std::filesystem::path state_path(const std::filesystem::path& board_folder) {
@@ -72,7 +72,7 @@ size_t place_of_record(uint64_t which) {
 }
 
 size_t place_of_blob(size_t slot) {
-  return offsetof(Layout, blobs) + slot * kLargestBlob;
+  return offsetof(Layout, blobs) + slot * kMaxBlob;
 }
 
 void write_record(const std::filesystem::path& path, const DeviceRecord& record, uint64_t which) {
@@ -103,7 +103,7 @@ DeviceFile::DeviceFile(const std::filesystem::path& board_folder)
     : path_(state_path(board_folder)), file_(open_locked(path_)) {
   read_at(file_, &in_use_, sizeof(in_use_), offsetof(Layout, in_use));
   if (in_use_ <= 1) read_at(file_, &record_, sizeof(record_), place_of_record(in_use_));
-  if (record_.mark != kRecordMark || record_.settings.output_count > kMostConnectors) {
+  if (record_.mark != kRecordMark || record_.settings.output_count > kMaxConnectors) {
     throw std::runtime_error("the display device's state is not of this build");
   }
 }

@@ -40,7 +40,7 @@ class DeviceFile {
 
   // The bytes of the blob in a slot of the record.
   [[nodiscard]] std::vector<uint8_t> blob(size_t slot) const;
-  // For a slot that is free in record(); at most kLargestBlob bytes. Counts with the next store().
+  // For a slot that is free in record(); at most kMaxBlob bytes. Counts with the next store().
   void write_blob(size_t slot, const std::vector<uint8_t>& data) const;
 
  private:

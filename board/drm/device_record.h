@@ -14,9 +14,9 @@
 
 namespace board::drm {
 
-inline constexpr size_t kMostBlobs = 32;
-inline constexpr size_t kLargestBlob = kLargestGammaTable * 8;  // bytes; 8 a table entry
-inline constexpr size_t kMostOpenFiles = 64;
+inline constexpr size_t kMaxBlobs = 32;
+inline constexpr size_t kMaxBlob = kMaxGammaTable * 8;  // bytes; 8 a table entry
+inline constexpr size_t kMaxOpenFiles = 64;
 
 // Ids of the properties. As on a kernel they share one number space with the objects. Starting well
 // above any index or count makes it show when a client confuses an index with an id.
@@ -38,13 +38,13 @@ inline constexpr uint32_t crtc_id(size_t position) {
   return static_cast<uint32_t>(kFirstObjectId + position);
 }
 inline constexpr uint32_t encoder_id(size_t output) {
-  return static_cast<uint32_t>(kFirstObjectId + kMostConnectors + output);
+  return static_cast<uint32_t>(kFirstObjectId + kMaxConnectors + output);
 }
 inline constexpr uint32_t connector_id(size_t output) {
-  return static_cast<uint32_t>(kFirstObjectId + 2 * kMostConnectors + output);
+  return static_cast<uint32_t>(kFirstObjectId + 2 * kMaxConnectors + output);
 }
 inline constexpr uint32_t blob_id(size_t slot) {
-  return static_cast<uint32_t>(kFirstObjectId + 3 * kMostConnectors + slot);
+  return static_cast<uint32_t>(kFirstObjectId + 3 * kMaxConnectors + slot);
 }
 
 struct Output {
@@ -89,9 +89,9 @@ struct Settings {
 struct DeviceRecord {
   uint64_t mark;  // kRecordMark
   Settings settings;
-  std::array<Output, kMostConnectors> outputs;  // in the order of the board's description
-  std::array<Blob, kMostBlobs> blobs;
-  std::array<OpenFile, kMostOpenFiles> open_files;
+  std::array<Output, kMaxConnectors> outputs;  // in the order of the board's description
+  std::array<Blob, kMaxBlobs> blobs;
+  std::array<OpenFile, kMaxOpenFiles> open_files;
   uint64_t last_file_number;
   uint64_t commits;                 // successful atomic commits that were no mere tests
   uint64_t property_writes;         // successful single property calls
@@ -112,7 +112,7 @@ struct DeviceRecord {
   // Frees blobs that no open file holds and no CRTC shows: the kernel's reference rule. A blob that
   // its creator destroyed lives on for as long as a CRTC shows it.
   void drop_unused_blobs() {
-    for (size_t slot = 0; slot < kMostBlobs; ++slot) {
+    for (size_t slot = 0; slot < kMaxBlobs; ++slot) {
       bool used = blobs[slot].owner != 0;
       for (const Output& output : used_outputs())
         used = used || output.gamma_blob == blob_id(slot);

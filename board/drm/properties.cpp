@@ -10,7 +10,7 @@
 namespace board::drm {
 namespace {
 
-static_assert(kLargestBlob == kLargestGammaTable * sizeof(drm_color_lut));
+static_assert(kMaxBlob == kMaxGammaTable * sizeof(drm_color_lut));
 
 constexpr uint64_t kSwitch[] = {0, 1};
 constexpr uint64_t kPercent[] = {0, 100};
@@ -85,7 +85,7 @@ ObjectReference find_object(const DeviceRecord& device, uint32_t id, uint32_t ty
   const size_t crtc = position(id, crtc_id(0), count);
   const size_t encoder = position(id, encoder_id(0), count);
   const size_t connector = position(id, connector_id(0), count);
-  const size_t slot = position(id, blob_id(0), kMostBlobs);
+  const size_t slot = position(id, blob_id(0), kMaxBlobs);
   ObjectReference found;
   if (crtc < count) {
     found = {DRM_MODE_OBJECT_CRTC, device.crtc_position(crtc)};
@@ -93,7 +93,7 @@ ObjectReference find_object(const DeviceRecord& device, uint32_t id, uint32_t ty
     found = {DRM_MODE_OBJECT_ENCODER, encoder};
   } else if (connector < count) {
     found = {DRM_MODE_OBJECT_CONNECTOR, connector};
-  } else if (slot < kMostBlobs && device.blobs[slot].size != 0) {
+  } else if (slot < kMaxBlobs && device.blobs[slot].size != 0) {
     found = {DRM_MODE_OBJECT_BLOB, slot};
   }
   return type == DRM_MODE_OBJECT_ANY || type == found.type ? found : ObjectReference{};

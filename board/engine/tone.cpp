@@ -10,7 +10,7 @@ namespace {
 // Distance between curve points, in luma codes. The last interval is one code shorter, because the
 // last point stands at 1023: so the points 0, 32, ..., 992, 1023 are exactly "no change".
 constexpr int kPointDistance = 32;
-constexpr double kLargestSlopeChange = 0.25;
+constexpr double kMaxSlopeChange = 0.25;
 
 double point_at(const WeightedCurve& curve, double luma) {
   const double code = luma * kLumaMax;
@@ -44,7 +44,7 @@ double apply_dci(const DciParameters& dci, double luma) {
 
 double apply_sharpness(const SharpParameters& sharp, double luma) {
   constexpr double kTurn = 2 * std::numbers::pi;
-  const double slope_change = kLargestSlopeChange * sharp.peaking_gain / kPeakingGainMax;
+  const double slope_change = kMaxSlopeChange * sharp.peaking_gain / kPeakingGainMax;
   double change = slope_change * std::sin(kTurn * (luma - 0.5)) / kTurn;
   if (sharp.shoot_control)
     change *= static_cast<double>(change > 0 ? sharp.over : sharp.under) / kShootMax;

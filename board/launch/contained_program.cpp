@@ -102,7 +102,7 @@ bool has_started(int descriptor) {
   return count > 0;
 }
 
-// What the shell reported of the program; none when it was killed before.
+// The program's status as the shell reported it; none when the shell was killed first.
 std::optional<int> reported_status(int descriptor) {
   pollfd waiting{descriptor, POLLIN, 0};
   std::array<char, 8> text{};

@@ -73,11 +73,11 @@ void remove_abandoned(std::string_view kind) {
 
 // Also where it was killed before it had the lock. A younger folder may be about to get it.
 void remove_unfinished() {
-  constexpr std::chrono::minutes kLongestStart{1};
+  constexpr std::chrono::minutes kMaxStart{1};
   std::error_code ignored;
   for (const auto& folder : temporary_folders(kUnlocked)) {
     const auto age = fs::file_time_type::clock::now() - fs::last_write_time(folder, ignored);
-    if (age > kLongestStart && !locked_by_a_board(folder)) fs::remove_all(folder, ignored);
+    if (age > kMaxStart && !locked_by_a_board(folder)) fs::remove_all(folder, ignored);
   }
 }
 

@@ -20,9 +20,9 @@
 namespace {
 
 // Android cuts a text after this many bytes.
-constexpr size_t kLargestText = 1023;
+constexpr size_t kMaxText = 1023;
 // Keeps a line with its time and tag inside PIPE_BUF, so that a pipe takes it whole.
-constexpr size_t kLargestTag = 255;
+constexpr size_t kMaxTag = 255;
 
 constexpr std::string_view kPriorityLetters = "??VDIWEFS";
 
@@ -69,7 +69,7 @@ iovec part(std::string_view text) {
 }  // namespace
 
 extern "C" int __android_log_write(int prio, const char* tag, const char* text) {
-  std::string_view message(text, strnlen(text, kLargestText));
+  std::string_view message(text, strnlen(text, kMaxText));
   while (message.ends_with('\n'))
     message.remove_suffix(1);
 
@@ -78,7 +78,7 @@ extern "C" int __android_log_write(int prio, const char* tag, const char* text) 
   int parts = 0;
   line[static_cast<size_t>(parts++)] = part(time_and_priority(prio, buffer));
   if (tag != nullptr) {
-    line[static_cast<size_t>(parts++)] = part({tag, strnlen(tag, kLargestTag)});
+    line[static_cast<size_t>(parts++)] = part({tag, strnlen(tag, kMaxTag)});
     line[static_cast<size_t>(parts++)] = part(": ");
   }
   line[static_cast<size_t>(parts++)] = part(message);
@@ -92,7 +92,7 @@ extern "C" int __android_log_write(int prio, const char* tag, const char* text) 
 }
 
 extern "C" int __android_log_print(int prio, const char* tag, const char* fmt, ...) {
-  std::array<char, kLargestText + 1> text{};
+  std::array<char, kMaxText + 1> text{};
   va_list arguments;
   va_start(arguments, fmt);
   std::vsnprintf(text.data(), text.size(), fmt, arguments);

@@ -41,9 +41,9 @@ void hide_new_system_calls() {
 // proot puts translated paths below the stack. Since Linux 6.5 it can't grow a stack that way, so
 // the pages have to be there already.
 __attribute__((noinline)) void grow_stack() {
-  constexpr size_t kLargestUse = size_t{1} << 20;  // of a board's program, on its first thread
-  [[maybe_unused]] volatile char room[kLargestUse];
-  for (size_t i = 0; i < kLargestUse; i += 4096)
+  constexpr size_t kMaxUse = size_t{1} << 20;  // of a board's program, on its first thread
+  [[maybe_unused]] volatile char room[kMaxUse];
+  for (size_t i = 0; i < kMaxUse; i += 4096)
     room[i] = 0;
 }
 

@@ -12,7 +12,7 @@ namespace board {
 namespace {
 
 // A file's name has at most 255 bytes (NAME_MAX); Android itself sets no limit.
-constexpr size_t kLongestName = 255;
+constexpr size_t kMaxName = 255;
 
 bool name_character(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '.' ||
@@ -22,7 +22,7 @@ bool name_character(char c) {
 }  // namespace
 
 bool PropertyStore::name_allowed(std::string_view name) {
-  return !name.empty() && name.size() <= kLongestName && !name.starts_with('.') &&
+  return !name.empty() && name.size() <= kMaxName && !name.starts_with('.') &&
          !name.ends_with('.') && name.find("..") == std::string_view::npos &&
          std::all_of(name.begin(), name.end(), name_character);
 }
@@ -38,7 +38,7 @@ int PropertyStore::set(std::string_view name, std::string_view value) const {
     const int result = create_file(folder_ / name, value);
     return result == -EEXIST ? -EPERM : result;
   }
-  if (value.size() > kLargestValue) return -EINVAL;
+  if (value.size() > kMaxValue) return -EINVAL;
   return replace_file(folder_ / name, value);
 }
 
@@ -49,7 +49,7 @@ std::string PropertyStore::refusal(std::string_view name, std::string_view value
     case -EINVAL:
       text << "names have letters, digits and . _ : @ - (no dot at the ends, no two in a row), "
               "values at most "
-           << kLargestValue << " bytes";
+           << kMaxValue << " bytes";
       break;
     case -EPERM:
       text << "a read-only property (ro.) can be set only once";

@@ -16,7 +16,7 @@ namespace board {
 class PropertyStore {
  public:
   // As on Android: with its zero byte a value fits 92 bytes; only read-only ones may be longer.
-  static constexpr size_t kLargestValue = 91;
+  static constexpr size_t kMaxValue = 91;
 
   // folder: holds the files; it must exist before the first set().
   explicit PropertyStore(std::filesystem::path folder) : folder_(std::move(folder)) {}

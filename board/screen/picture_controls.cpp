@@ -10,7 +10,7 @@ namespace board::screen {
 namespace {
 
 constexpr double kNeutral = 50;
-constexpr double kLargestTurn = 30 * std::numbers::pi / 180;
+constexpr double kMaxTurn = 30 * std::numbers::pi / 180;
 constexpr double kMidGrey = 0.5;
 
 double percent(int value) {
@@ -18,7 +18,7 @@ double percent(int value) {
 }
 
 Rgb apply(const PictureControls& controls, const Rgb& input) {
-  const double turn = (percent(controls.hue) - kNeutral) / kNeutral * kLargestTurn;
+  const double turn = (percent(controls.hue) - kNeutral) / kNeutral * kMaxTurn;
   const double contrast = percent(controls.contrast) / kNeutral;
   const double chroma = percent(controls.saturation) / kNeutral * contrast;
   const double brightness = (percent(controls.brightness) - kNeutral) / 100;

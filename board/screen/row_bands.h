@@ -14,10 +14,10 @@ namespace board::screen {
 // does. `work` touches nothing that another row's call writes, and does not throw.
 template <typename Work>
 void for_each_row(uint32_t rows, const Work& work) {
-  constexpr uint32_t kSmallestBand = 64;  // below it a thread costs more than it saves
-  constexpr uint32_t kMostBands = 8;
-  const uint32_t bands = std::clamp(
-      std::min(std::thread::hardware_concurrency(), rows / kSmallestBand), 1U, kMostBands);
+  constexpr uint32_t kMinBand = 64;  // below it a thread costs more than it saves
+  constexpr uint32_t kMaxBands = 8;
+  const uint32_t bands =
+      std::clamp(std::min(std::thread::hardware_concurrency(), rows / kMinBand), 1U, kMaxBands);
   const auto run = [&](uint32_t band) {
     const auto end = static_cast<uint32_t>(uint64_t{rows} * (band + 1) / bands);
     for (auto row = static_cast<uint32_t>(uint64_t{rows} * band / bands); row < end; ++row)

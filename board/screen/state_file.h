@@ -1,5 +1,5 @@
-// What is on screen, as a file: the display service writes it at each change, and a screenshot or a
-// test reads it, also from outside of the board's private root.
+// The state of the screen as a file. The display service writes it at each change; screenshots and
+// tests read it, also from outside the board's private root.
 //
 // The file is for one machine and one build: a record in native byte order, then the gamma table's
 // red, green and blue entries.

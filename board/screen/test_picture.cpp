@@ -44,9 +44,9 @@ Rgb primary_ramps(uint32_t x, uint32_t width) {
 
 // Every hue along the row; saturation from none at 0 to about the most that mid-grey can have at 1.
 Rgb hue_sweep(double hue, double saturation) {
-  constexpr double kMostChroma = 0.3;
+  constexpr double kMaxChroma = 0.3;
   const double angle = hue * 2 * std::numbers::pi;
-  const double chroma = saturation * kMostChroma;
+  const double chroma = saturation * kMaxChroma;
   return to_rgb({0.5, chroma * std::cos(angle), chroma * std::sin(angle)});
 }
 

@@ -175,7 +175,7 @@ TEST(Board, LeavesAFileCalledLogInThatFolderAlone) {
   EXPECT_EQ("mine", folder.read("log"));
 }
 
-// Whoever can make one of these must not choose where a property is written.
+// A user who can create one of these must not choose where a property is written.
 TEST(RunningBoards, AreNeitherLinksNorOpenToOthers) {
   const TemporaryFolder folder;
   ASSERT_EQ(0, ::setenv("TMPDIR", folder.path().c_str(), 1));

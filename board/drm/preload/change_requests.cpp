@@ -14,7 +14,7 @@ namespace board::drm {
 namespace {
 
 constexpr int64_t kFrame = 16'666'667;  // ns at 60 Hz
-constexpr uint32_t kMostItems = 4096;   // far more than there are objects and properties
+constexpr uint32_t kMaxItems = 4096;    // far more than there are objects and properties
 
 // A request's lists, as drmModeAtomicCommit lays them out: objects, how many properties each has,
 // and then all properties with their values, object after object.
@@ -26,7 +26,7 @@ struct Lists {
 };
 
 int read_lists(const drm_mode_atomic& atomic, Lists& lists) {
-  if (atomic.count_objs > kMostItems) return -ENOMEM;
+  if (atomic.count_objs > kMaxItems) return -ENOMEM;
   lists.objects.resize(atomic.count_objs);
   lists.counts.resize(atomic.count_objs);
   int result = copy_from_caller(atomic.objs_ptr, lists.objects);
@@ -34,7 +34,7 @@ int read_lists(const drm_mode_atomic& atomic, Lists& lists) {
   size_t total = 0;
   for (const uint32_t count : lists.counts)
     total += count;
-  if (total > kMostItems) return -ENOMEM;
+  if (total > kMaxItems) return -ENOMEM;
   lists.properties.resize(total);
   lists.values.resize(total);
   if (result == 0) result = copy_from_caller(atomic.props_ptr, lists.properties);
@@ -86,7 +86,7 @@ int create_blob(DeviceAccess& device, drm_mode_create_blob& blob) {
   if (blob.length == 0) return -EINVAL;
   auto& slots = device.record().blobs;
   const auto free = std::ranges::find(slots, 0U, &Blob::size);
-  if (blob.length > kLargestBlob || free == slots.end()) return -ENOMEM;
+  if (blob.length > kMaxBlob || free == slots.end()) return -ENOMEM;
   std::vector<uint8_t> data(blob.length);
   if (const int result = copy_from_caller(blob.data, data); result < 0) return result;
   const auto slot = static_cast<size_t>(free - slots.begin());

@@ -55,9 +55,9 @@ constexpr Request kRequests[] = {
     {DRM_IOCTL_MODE_ATOMIC, Needs::kMaster, with<drm_mode_atomic, atomic_commit>},
 };
 
-constexpr size_t kLargestArgument = 256;
+constexpr size_t kMaxArgument = 256;
 static_assert(std::ranges::all_of(kRequests, [](const Request& request) {
-  return _IOC_SIZE(request.code) <= kLargestArgument;
+  return _IOC_SIZE(request.code) <= kMaxArgument;
 }));
 
 // By number alone: size and direction in the code are the caller's, and structures grow.
@@ -70,9 +70,9 @@ const Request* find_request(unsigned long code) {
 int answer(const Request& request, DeviceAccess& device, unsigned long code, void* argument) {
   if (request.needs == Needs::kMaster && device.file().master == 0) return -EACCES;
   const size_t size = _IOC_SIZE(code);
-  if (size > kLargestArgument) return -EINVAL;
+  if (size > kMaxArgument) return -EINVAL;
   if (argument == nullptr) return -EFAULT;
-  alignas(std::max_align_t) std::array<uint8_t, kLargestArgument> copy = {};
+  alignas(std::max_align_t) std::array<uint8_t, kMaxArgument> copy = {};
   std::memcpy(copy.data(), argument, size);
   const int result = device.run([&] { return request.handle(device, copy.data()); });
   if ((code & IOC_OUT) != 0) std::memcpy(argument, copy.data(), size);

@@ -12,8 +12,8 @@
 namespace board::drm {
 namespace {
 
-constexpr uint32_t kSmallestSize = 4;
-constexpr uint32_t kLargestSize = 8192;
+constexpr uint32_t kMinSize = 4;
+constexpr uint32_t kMaxSize = 8192;
 constexpr uint32_t kConnected = 1;  // as libdrm's DRM_MODE_CONNECTED; the kernel's enum is internal
 constexpr uint32_t kDisconnected = 2;
 
@@ -63,8 +63,8 @@ int get_resources(DeviceAccess& device, drm_mode_card_res& resources) {
     if (output.has_encoder != 0) encoders.push_back(encoder_id(index));
   }
   resources.count_fbs = 0;
-  resources.min_width = resources.min_height = kSmallestSize;
-  resources.max_width = resources.max_height = kLargestSize;
+  resources.min_width = resources.min_height = kMinSize;
+  resources.max_width = resources.max_height = kMaxSize;
   return first_error(
       {copy_to_caller(resources.crtc_id_ptr, resources.count_crtcs, crtcs),
        copy_to_caller(resources.connector_id_ptr, resources.count_connectors, connectors),

@@ -28,7 +28,7 @@ struct Cube {
   [[nodiscard]] LinearColour apply(const LinearColour& colour) const;
 };
 
-// Whether a text is meant as a .cube file: a line of it states the table's size.
+// True if the text is meant as a .cube file: one of its lines states the table's size.
 bool is_cube(std::string_view text);
 
 // Throws Error kInput with the line number.
