@@ -18,7 +18,7 @@ namespace {
 
 // A board whose /data is full may not boot again. Old files are never removed, so new ones stop in
 // time.
-constexpr uint64_t kMiB = 1024 * 1024;
+constexpr uint64_t kMiB = uint64_t{1024} * 1024;
 constexpr uint64_t kMinFreeMiB = 64;
 constexpr uint64_t kMinFreePercent = 5;
 
