@@ -98,14 +98,32 @@ void store_lengths(const j2s_ctx& ctx, int struct_index, const cJSON* json, std:
   }
 }
 
-// Some of the arrays have been loaded, none of the lengths.
-void lower_lengths(const j2s_ctx& ctx, int struct_index, const cJSON* json, std::byte* structure) {
+// The elements that the array has after a load that ended at member `last`, which may have failed;
+// -1: it went through all of them.
+int elements_of(const j2s_ctx& ctx, int struct_index, const Member& array, const cJSON* json,
+                const std::byte* structure, int last) {
+  if (!array.is_array() && read_pointer<void>(structure, array) == nullptr) return 0;
+  const int before = read_length(ctx, structure, array);
   for (const int index : MemberChain(ctx, struct_index)) {
-    const Member member(ctx, index);
-    if (!is_dynamic_array(ctx, member)) continue;
-    const int before = read_length(ctx, structure, member);
-    const int length = std::max(0, loaded_length(ctx, member, json, before));
-    if (length < before) store_number(structure, Member(ctx, member.len_obj), length);
+    if (index == array.index) return std::max(0, loaded_length(ctx, array, json, before));
+    if (index == last) break;
+  }
+  return before;  // not reached
+}
+
+// After a failure: each length says what the shortest of its arrays has.
+void limit_lengths(const j2s_ctx& ctx, int struct_index, const cJSON* json, std::byte* structure,
+                   int last) {
+  for (const int length_index : MemberChain(ctx, struct_index)) {
+    const Member length_member(ctx, length_index);
+    if (!is_length(ctx, length_member)) continue;
+    int shortest = kMaxArrayLength + 1;
+    for (const int index : MemberChain(ctx, struct_index)) {
+      const Member member(ctx, index);
+      if (!is_dynamic_array(ctx, member) || member.len_obj != length_index) continue;
+      shortest = std::min(shortest, elements_of(ctx, struct_index, member, json, structure, last));
+    }
+    if (shortest <= kMaxArrayLength) store_number(structure, length_member, shortest);
   }
 }
 
@@ -140,10 +158,13 @@ void replace_buffer(j2s_ctx& ctx, const Member& pointer, std::byte* structure, b
 }
 
 int settle_lengths(const j2s_ctx& ctx, int struct_index, const cJSON* json, std::byte* structure,
-                   int result) {
-  if (result >= 0) result = check_lengths(ctx, struct_index, json, structure);
+                   int result, int last) {
+  if (result >= 0) {
+    last = -1;
+    result = check_lengths(ctx, struct_index, json, structure);
+  }
   if (result < 0) {
-    lower_lengths(ctx, struct_index, json, structure);
+    limit_lengths(ctx, struct_index, json, structure, last);
   } else {
     store_lengths(ctx, struct_index, json, structure);
   }

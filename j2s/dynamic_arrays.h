@@ -26,10 +26,11 @@ void replace_buffer(j2s_ctx& ctx, const Member& pointer, std::byte* structure, b
                     int length);
 
 // The last step of loading a structure: stores the lengths that the JSON names or implies.
-// result: of the members. Returns it, or -1 after a message when an array has no item and fewer
-// elements than its length would say. After any failure no length exceeds what its arrays have.
+// result: of the members. last: the one that failed, if any. Returns the result, or -1 after a
+// message when an array has no item and fewer elements than its length would say. After any failure
+// no length exceeds what its arrays have.
 int settle_lengths(const j2s_ctx& ctx, int struct_index, const cJSON* json, std::byte* structure,
-                   int result);
+                   int result, int last);
 
 }  // namespace j2s
 

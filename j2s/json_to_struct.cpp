@@ -99,6 +99,7 @@ class ItemFinder {
 // Members of the structure that `json` holds, in the order of the tables.
 int load_struct(j2s_ctx& ctx, int struct_index, cJSON* json, std::byte* structure) {
   int result = 0;
+  int last = -1;
   bool has_lengths = false;
   ItemFinder items(json);
   for (const int index : MemberChain(ctx, struct_index)) {
@@ -108,10 +109,11 @@ int load_struct(j2s_ctx& ctx, int struct_index, cJSON* json, std::byte* structur
     const bool counts = is_length(ctx, member);
     has_lengths = has_lengths || counts || member.is_pointer();
     if (counts) continue;
+    last = index;
     result = load_member(ctx, member, item, json, structure);
     if (result < 0) break;
   }
-  return has_lengths ? settle_lengths(ctx, struct_index, json, structure, result) : result;
+  return has_lengths ? settle_lengths(ctx, struct_index, json, structure, result, last) : result;
 }
 
 int load_scalar(j2s_ctx& ctx, const Member& member, const cJSON* item, std::byte* structure) {
@@ -169,7 +171,8 @@ int _j2s_json_to_obj(j2s_ctx* ctx, cJSON* item, cJSON* parent, int obj_index, vo
   const bool counts = j2s::is_length(*ctx, member);
   const int result = counts ? 0 : j2s::load_member(*ctx, member, item, parent, structure);
   if (!counts && !member.is_pointer()) return result;
-  return j2s::settle_lengths(*ctx, j2s::find_owner(*ctx, obj_index), parent, structure, result);
+  return j2s::settle_lengths(*ctx, j2s::find_owner(*ctx, obj_index), parent, structure, result,
+                             obj_index);
 }
 
 int j2s_json_to_struct(j2s_ctx* ctx, cJSON* json, const char* name, void* ptr) {
