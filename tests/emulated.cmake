@@ -6,6 +6,8 @@ set(not_emulated
   Clients.TwoHundredIdleOnesDelayNeitherAQueryNorTheEnd
   # Walks through a million items, for a minute.
   JsonPatchLimits.ManyOperationsOnAHugeDocumentEndAsFailure
+  # Holds a bound in processor time.
+  JsonPatchCost.IsATimeThatTheWorstRequestsKeepTo
   # proot cannot start programs for another processor.
   Isolations.ShowAChangeAPatternAndADump/UnderProot
   Launch.GivesTheDaemonTheBoardsFilesAndPrograms/UnderProot)
